@@ -1,0 +1,81 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tl/expected.hpp>
+#include <vector>
+
+#include "platform/Error.h"
+#include "platform/FileURL.h"
+
+namespace sprig::platform {
+
+/// What stands at a location once links have been followed. A link without a target is `none`.
+enum class EntryKind { none, directory, other };
+
+/// `atomic`: a reader sees the old file or the whole new one. `none`: the bytes go straight to the location.
+enum class WriteOption { none, atomic };
+
+/// One folder, held open for many questions about its entries.
+class Folder {
+ public:
+  virtual ~Folder() = default;
+
+  /// Whether an entry called `name` exists, links followed (a link without a target does not).
+  /// False for a name that is not one path component, and when the answer can't be had.
+  virtual bool hasEntry(std::string_view name) const = 0;
+};
+
+/// The file system as the product needs it.
+///
+/// Threads:   every operation may be called from any thread at any time.
+/// Ownership: descriptors are opened and closed within one call; a `Folder` holds one while it lives.
+/// Failure:   an `Error` where one is returned. `EACCES` and `EPERM` of anything that writes or creates are
+///            `FileWriteNoPermissionError` in `CocoaErrorDomain`; the rest are in `POSIXErrorDomain`.
+///            A failed write leaves no temporary file behind, nor a part of a new file.
+/// Units:     sizes are bytes.
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  virtual EntryKind entryKind(const FileURL& location) const = 0;
+
+  bool fileExists(const FileURL& location) const { return entryKind(location) != EntryKind::none; }
+
+  /// Opens `location` for questions. Never null: in a folder that can't be opened nothing exists.
+  virtual std::unique_ptr<Folder> openFolder(const FileURL& location) const = 0;
+
+  /// The names of a folder's entries, hidden ones included, without "." and "..", in no defined order;
+  /// nothing when the folder can't be listed.
+  virtual std::optional<std::vector<std::string>> contentsOfDirectory(const FileURL& location) const = 0;
+
+  /// Creates a folder and every missing one above it. An existing folder is a success.
+  virtual std::optional<Error> createDirectory(const FileURL& location) = 0;
+
+  /// The whole file. Locations that are not regular files are an error, never a wait.
+  virtual tl::expected<std::string, Error> contentsOfFile(const FileURL& location) const = 0;
+
+  /// Writes a whole file, creating or replacing it; a new file's mode is 0666 less the umask. No link is
+  /// followed: an atomic write replaces it, a plain one fails.
+  virtual std::optional<Error> writeData(std::string_view data, const FileURL& location,
+                                         WriteOption option) = 0;
+
+  /// Adds `data` to the end of an existing file in one write.
+  virtual std::optional<Error> appendData(std::string_view data, const FileURL& location) = 0;
+
+  /// The location with every link in it followed; the location itself where that can't be found out.
+  virtual FileURL resolvingSymlinks(const FileURL& location) const = 0;
+
+  /// The home folder of the person who uses the system.
+  virtual FileURL homeDirectory() const = 0;
+
+  /// This program's own home for that person, where it may make folders as it likes.
+  virtual FileURL homeDirectoryForCurrentUser() const = 0;
+
+  /// The folder shared by the programs of one application group; nothing when there is none.
+  virtual std::optional<FileURL> containerURL(std::string_view applicationGroupIdentifier) const = 0;
+};
+
+}  // namespace sprig::platform

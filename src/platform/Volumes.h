@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/FileURL.h"
+
+namespace sprig::platform {
+
+/// The mounted volumes a user would see.
+///
+/// Threads: any.
+class Volumes {
+ public:
+  virtual ~Volumes() = default;
+
+  /// Where they are mounted, hidden ones left out; nothing when the list can't be had.
+  virtual std::optional<std::vector<FileURL>> mountedVolumeURLs() const = 0;
+};
+
+}  // namespace sprig::platform
