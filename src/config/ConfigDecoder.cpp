@@ -1,0 +1,195 @@
+#include "config/ConfigDecoder.h"
+
+#include <algorithm>
+#include <boost/json/basic_parser_impl.hpp>
+#include <boost/json/monotonic_resource.hpp>
+#include <boost/json/parser.hpp>
+#include <boost/json/value.hpp>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+#include "config/ConfigFields.h"
+
+namespace sprig {
+
+namespace {
+
+namespace json = boost::json;
+
+/// Where in the document a value stands: a chain of keys and indices, made into text only for an error.
+struct Path {
+  const Path* parent = nullptr;
+  const char* key = nullptr;
+  std::size_t index = 0;
+
+  std::string text() const {
+    if (parent == nullptr) return {};
+    const auto above = parent->text();
+    if (key == nullptr) return above + "[" + std::to_string(index) + "]";
+    return above.empty() ? key : above + "." + key;
+  }
+};
+
+const char* nameOfType(const json::value& value) {
+  switch (value.kind()) {
+    case json::kind::null:
+      return "null";
+    case json::kind::bool_:
+      return value.get_bool() ? "true" : "false";
+    case json::kind::string:
+      return "a string";
+    case json::kind::array:
+      return "a list";
+    case json::kind::object:
+      return "an object";
+    default:
+      return "a number";
+  }
+}
+
+[[noreturn]] void fail(const Path& path, const std::string& what) {
+  const auto place = path.text();
+  throw DecodingError((place.empty() ? "the document" : place) + ": " + what);
+}
+
+[[noreturn]] void failType(const Path& path, const char* expected, const json::value& found) {
+  fail(path, std::string("expected ") + expected + ", found " + nameOfType(found));
+}
+
+const json::object& objectAt(const json::value& value, const Path& path) {
+  if (const auto* object = value.if_object()) return *object;
+  failType(path, "an object", value);
+}
+
+const json::array& listAt(const json::value& value, const Path& path) {
+  if (const auto* list = value.if_array()) return *list;
+  failType(path, "a list", value);
+}
+
+void decode(const json::value& value, const Path& path, std::string& result) {
+  const auto* text = value.if_string();
+  if (text == nullptr) failType(path, "a string", value);
+  result.assign(text->data(), text->size());
+}
+
+void decode(const json::value& value, const Path& path, bool& result) {
+  const auto* flag = value.if_bool();
+  if (flag == nullptr) failType(path, "true or false", value);
+  result = *flag;
+}
+
+void decode(const json::value& value, const Path& path, std::int64_t& result) {
+  if (const auto* integer = value.if_int64()) {
+    result = *integer;
+  } else if (value.is_uint64()) {
+    fail(path, "expected an integer of at most 9223372036854775807, found a larger one");
+  } else if (value.is_double()) {
+    fail(path, "expected an integer, found a number with a fraction or exponent, or beyond 64 bits");
+  } else {
+    failType(path, "an integer", value);
+  }
+}
+
+template <typename Record>
+void decode(const json::value& value, const Path& path, Record& record);
+
+template <typename Element>
+void decode(const json::value& value, const Path& path, std::vector<Element>& result) {
+  const auto& list = listAt(value, path);
+  result.resize(list.size());
+  for (std::size_t index = 0; index < list.size(); ++index) {
+    decode(list[index], Path{&path, nullptr, index}, result[index]);
+  }
+}
+
+template <typename Value>
+void decodeMember(const json::value* found, const Path& path, std::optional<Value>& result) {
+  if (found != nullptr && !found->is_null()) decode(*found, path, result.emplace());
+}
+
+template <typename Value>
+void decodeMember(const json::value* found, const Path& path, Value& result) {
+  if (found == nullptr) fail(path, "missing");
+  decode(*found, path, result);
+}
+
+template <typename Record>
+void decode(const json::value& value, const Path& path, Record& record) {
+  const auto& object = objectAt(value, path);
+  forEachField<Record>([&](const auto& field) {
+    decodeMember(object.if_contains(field.key), Path{&path, field.key}, record.*field.member);
+  });
+}
+
+std::string position(std::string_view document, std::size_t offset) {
+  const auto before = document.substr(0, offset);
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const auto lineBegin = before.rfind('\n') + 1;  // npos + 1 is 0
+  // Bytes that continue a UTF-8 character do not count as columns.
+  const auto column =
+      1 + std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineBegin), before.end(),
+                        [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
+  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
+std::string quoteByte(char found) {
+  if (found >= 0x20 && found < 0x7F) return std::string("\"") + found + "\"";
+  char text[16];
+  std::snprintf(text, sizeof text, "byte 0x%02X", static_cast<unsigned>(static_cast<unsigned char>(found)));
+  return text;
+}
+
+std::string describeSyntaxError(std::string_view document, std::size_t offset,
+                                const boost::system::error_code& error) {
+  if (offset >= document.size()) {
+    return position(document, document.size()) + ": the document ends too early";
+  }
+  const auto place = position(document, offset);
+  if (error == json::error::too_deep) {
+    return place + ": nested more than " + std::to_string(maximumNesting) + " levels deep";
+  }
+  if (error == json::error::extra_data) {
+    return place + ": expected the end of the document, found " + quoteByte(document[offset]);
+  }
+  return place + ": " + error.message() + " at " + quoteByte(document[offset]);
+}
+
+std::string_view withoutByteOrderMark(std::string_view document) {
+  using namespace std::string_view_literals;
+  if (document.starts_with("\xEF\xBB\xBF"sv)) document.remove_prefix(3);
+  const auto beginning = document.substr(0, 4);
+  if (beginning.starts_with("\xFF\xFE"sv) || beginning.starts_with("\xFE\xFF"sv) ||
+      beginning.find('\0') != std::string_view::npos) {
+    throw DecodingError("line 1, column 1: the document is not UTF-8 text (it looks like UTF-16 or UTF-32)");
+  }
+  return document;
+}
+
+}  // namespace
+
+AppConfigItem decodeConfig(std::string_view document) {
+  document = withoutByteOrderMark(document);
+  // The values are dropped as a whole once the records hold what they need.
+  json::monotonic_resource memory(std::max<std::size_t>(document.size(), 4096));
+  json::parse_options options;
+  options.max_depth = maximumNesting;
+  json::parser parser(&memory, options);
+  boost::system::error_code error;
+  const auto consumed = parser.write_some(document.data(), document.size(), error);
+  if (!error && consumed < document.size()) {
+    const auto rest = document.find_first_not_of(" \t\r\n", consumed);
+    if (rest != std::string_view::npos) {
+      error = json::error::extra_data;
+      throw DecodingError(describeSyntaxError(document, rest, error));
+    }
+  }
+  if (error) throw DecodingError(describeSyntaxError(document, consumed, error));
+
+  const json::value root = parser.release();
+  AppConfigItem config;
+  decode(root, Path{}, config);
+  return config;
+}
+
+}  // namespace sprig
