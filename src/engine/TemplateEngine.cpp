@@ -1,0 +1,93 @@
+#include "engine/TemplateEngine.h"
+
+#include <chrono>
+#include <cinttypes>
+#include <cstdio>
+#include <limits>
+
+#include "engine/Placeholders.h"
+#include "text/Text.h"
+#include "text/TrailingNumber.h"
+
+namespace sprig {
+
+namespace {
+
+constexpr std::int64_t firstNumber = 2;
+constexpr std::int64_t highestNumber = 9999;
+
+/// The name with the template's extension, unless it has that one or any other already.
+std::string completeExtension(std::string name, const std::string& extension) {
+  if (extension.empty() || name.ends_with(extension) || name.find('.') != std::string::npos) return name;
+  if (extension.front() != '.') name += '.';
+  return name + extension;
+}
+
+std::string numbered(const std::string& stem, std::int64_t number, const std::string& extension) {
+  return stem + " " + std::to_string(number) + extension;
+}
+
+}  // namespace
+
+RenderedTemplate TemplateEngine::render(const TemplateItem& item, const std::optional<std::string>& userName,
+                                        const std::optional<std::string>& folderName,
+                                        const std::optional<std::string>& projectName,
+                                        platform::Instant date) {
+  const std::string typed(text::trimWhitespaceAndNewlines(userName.value_or("")));
+  auto filename = typed.empty() ? renderSuggestedFilename(item, folderName, projectName, date)
+                                : completeExtension(typed, item.extensionName);
+  auto values = makePlaceholderValues(folderName, projectName, date);
+  values.set("name", parseFilenameComponents(filename).base);
+  values.set("filename", filename);
+  return {std::move(filename), substitutePlaceholders(item.content, values)};
+}
+
+std::string TemplateEngine::renderSuggestedFilename(const TemplateItem& item,
+                                                    const std::optional<std::string>& folderName,
+                                                    const std::optional<std::string>& projectName,
+                                                    platform::Instant date) {
+  constexpr std::string_view untitled = "Untitled";
+  auto pattern = text::trimWhitespaceAndNewlines(item.filenamePattern);
+  if (pattern.empty()) pattern = untitled;
+  auto values = makePlaceholderValues(folderName, projectName, date);
+  values.set("name", std::string(untitled));
+  return completeExtension(substitutePlaceholders(pattern, values), item.extensionName);
+}
+
+FilenameComponents TemplateEngine::parseFilenameComponents(std::string_view filename) {
+  const std::string name(text::trimWhitespaceAndNewlines(filename));
+  const auto dot = name.rfind('.');
+  if (dot == std::string::npos || dot == 0) return {name, ""};
+  return {name.substr(0, dot), name.substr(dot)};
+}
+
+std::string TemplateEngine::resolveCollision(const platform::FileURL& folderURL,
+                                             const std::string& filename) {
+  const auto& platform = platform::current();
+  const auto folder = platform.files.openFolder(folderURL);
+  if (!folder->hasEntry(filename)) return filename;
+
+  const auto [base, extension] = parseFilenameComponents(filename);
+  std::string stem = base;
+  std::int64_t first = firstNumber;
+  const auto trailing = text::splitTrailingNumber(base);
+  if (trailing && trailing->number < std::numeric_limits<std::int64_t>::max()) {
+    stem = trailing->stem;
+    first = trailing->number + 1;
+  }
+  for (auto number = first; number <= highestNumber; ++number) {
+    auto candidate = numbered(stem, number, extension);
+    if (!folder->hasEntry(candidate)) return candidate;
+  }
+  const auto sinceEpoch =
+      std::chrono::duration_cast<std::chrono::seconds>(platform.clock.now().time_since_epoch());
+  return numbered(stem, sinceEpoch.count(), extension);
+}
+
+std::string TemplateEngine::formatTwoDigits(std::int64_t value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%02" PRId64, value);
+  return text;
+}
+
+}  // namespace sprig
