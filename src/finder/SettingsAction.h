@@ -1,0 +1,10 @@
+#pragma once
+
+namespace sprig {
+
+/// Opens the settings with whatever program handles their URL. Without one, nothing happens but the log line.
+///
+/// Threads: main thread; does not wait for the other program.
+void performOpenSettingsAction();
+
+}  // namespace sprig
