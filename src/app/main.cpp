@@ -1,0 +1,12 @@
+#include <memory>
+
+#include "app/FinderSync.h"
+#include "platform/ExtensionMain.h"
+
+int main(int argumentCount, char** arguments) {
+  sprig::platform::ExtensionMain(argumentCount, arguments,
+                                 []() -> std::unique_ptr<sprig::platform::FIFinderSync> {
+                                   return std::make_unique<sprig::FinderSync>();
+                                 });
+  return 0;
+}
