@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "platform/FileChangeSource.h"
+#include "platform/FileURL.h"
+#include "ports/linux/Descriptor.h"
+#include "ports/linux/InotifyWatch.h"
+
+namespace sprig::ports {
+
+/// The background thread behind all file-change sources, and their state.
+///
+/// Threads:   any, but `end` is not called on the background thread. Handlers are called, and destroyed,
+///            without the lock, so they may do anything with sources.
+/// Ownership: shared by the sources, which may outlive the thread.
+class ChangeLoop {
+ public:
+  using Handler = platform::FileChangeSource::Handler;
+
+  /// One source. Guarded by the loop's lock.
+  struct Source {
+    std::uint64_t id = 0;
+    /// Null once the source is settled.
+    std::unique_ptr<InotifyWatch> watch;
+    /// Null before delivery begins and after it has ended.
+    std::shared_ptr<Handler> handler;
+    /// Events taken from the kernel that the handler has not been called for.
+    std::size_t undelivered = 0;
+    bool isCancelled = false;
+  };
+
+  ChangeLoop();
+
+  /// Makes the last calls that are due, then ends the thread. Called once.
+  void end();
+
+  /// A source that collects events from now on; null when `location` can't be watched.
+  std::shared_ptr<Source> add(const platform::FileURL& location, platform::FileEvents events);
+  void resume(const std::shared_ptr<Source>& source, Handler handler);
+  void cancel(const std::shared_ptr<Source>& source);
+
+ private:
+  void run();
+  void deliverReady(std::uint64_t id);
+  void deliverLastCalls();
+  void deliver(const std::shared_ptr<Source>& source);
+  void settleCancelled();
+  bool isOnBackgroundThread();
+  bool isEndReached();
+
+  /// Ends a cancelled source: takes the last events, closes the watch, and arranges the last call. Returns a
+  /// handler that is no longer needed, to be dropped without the lock. Requires: the lock is held.
+  [[nodiscard]] std::shared_ptr<Handler> settle(const std::shared_ptr<Source>& source);
+
+  const Descriptor epoll;
+  const Descriptor wake;
+  std::mutex lock;
+  // All that follows but the thread is guarded by lock.
+  std::uint64_t lastId = 0;
+  std::map<std::uint64_t, std::shared_ptr<Source>> sources;
+  /// Cancelled by a handler, which may yet make their successors.
+  std::vector<std::shared_ptr<Source>> unsettled;
+  std::vector<std::shared_ptr<Source>> lastCalls;
+  std::thread::id backgroundThread;
+  bool isEnding = false;
+  std::thread thread;
+};
+
+}  // namespace sprig::ports

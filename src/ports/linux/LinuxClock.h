@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Clock.h"
+
+namespace sprig::ports {
+
+/// The system's clock and time zone; a change of zone is noticed while the program runs.
+class LinuxClock final : public platform::Clock {
+ public:
+  platform::Instant now() const override { return std::chrono::system_clock::now(); }
+  platform::DateComponents components(platform::Instant instant) const override;
+};
+
+}  // namespace sprig::ports

@@ -1,0 +1,174 @@
+#include "ports/linux/LinuxFileSystem.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "ports/linux/Descriptor.h"
+#include "ports/linux/FileError.h"
+#include "ports/linux/FileWriter.h"
+#include "ports/linux/OpenFile.h"
+#include "ports/linux/retrying.h"
+
+namespace sprig::ports {
+
+using platform::EntryKind;
+using platform::Error;
+using platform::FileURL;
+
+namespace {
+
+constexpr off_t maximumFileSize = off_t{1} << 30;
+
+class LinuxFolder final : public platform::Folder {
+ public:
+  explicit LinuxFolder(Descriptor openFolder) : folder(std::move(openFolder)) {}
+
+  bool hasEntry(std::string_view name) const override {
+    if (!FileURL::isPathComponent(name)) return false;
+    // Names are asked for by the hundred: ordinary ones need no memory of their own, nor a cleared one.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+    std::array<char, NAME_MAX + 1> terminated;
+    if (name.size() >= terminated.size()) return exists(std::string(name).c_str());
+    *std::copy(name.begin(), name.end(), terminated.begin()) = '\0';
+    return exists(terminated.data());
+  }
+
+ private:
+  bool exists(const char* name) const { return ::faccessat(folder.get(), name, F_OK, 0) == 0; }
+
+  Descriptor folder;  // none: every question is answered with no
+};
+
+/// Reads to the end, whatever size was announced; false with `errno` on failure.
+bool readAll(SystemCalls& calls, int descriptor, std::size_t announced, std::string& content) {
+  std::size_t used = 0;
+  content.resize(announced + 1);
+  for (;;) {
+    if (used == content.size()) content.resize(content.size() * 2);
+    const ssize_t count =
+        retrying([&] { return calls.read(descriptor, content.data() + used, content.size() - used); });
+    if (count <= 0) {
+      content.resize(used);
+      return count == 0;
+    }
+    used += static_cast<std::size_t>(count);
+    if (used > std::size_t{maximumFileSize}) {
+      errno = EFBIG;
+      return false;
+    }
+  }
+}
+
+/// Why a file of this kind and size is not read; 0 when it is.
+int refusalToRead(const struct stat& status) {
+  if (S_ISDIR(status.st_mode)) return EISDIR;
+  if (!S_ISREG(status.st_mode)) return EINVAL;
+  return status.st_size > maximumFileSize ? EFBIG : 0;
+}
+
+}  // namespace
+
+LinuxFileSystem::LinuxFileSystem(std::shared_ptr<SystemCalls> systemCalls) : calls(std::move(systemCalls)) {}
+
+EntryKind LinuxFileSystem::entryKind(const FileURL& location) const {
+  struct stat status = {};
+  if (::stat(location.path().c_str(), &status) == -1) return EntryKind::none;
+  return S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::other;
+}
+
+std::unique_ptr<platform::Folder> LinuxFileSystem::openFolder(const FileURL& location) const {
+  const char* path = location.path().c_str();
+  return std::make_unique<LinuxFolder>(
+      Descriptor(retrying([&] { return ::open(path, O_PATH | O_DIRECTORY | O_CLOEXEC); })));
+}
+
+std::optional<std::vector<std::string>> LinuxFileSystem::contentsOfDirectory(const FileURL& location) const {
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(location.path().c_str()), &::closedir);
+  if (!folder) return std::nullopt;
+  std::vector<std::string> names;
+  errno = 0;
+  // Safe: nobody else reads this folder stream. NOLINTNEXTLINE(concurrency-mt-unsafe)
+  while (const dirent* entry = ::readdir(folder.get())) {
+    const std::string_view name = static_cast<const char*>(entry->d_name);
+    if (name != "." && name != "..") names.emplace_back(name);
+    errno = 0;
+  }
+  if (errno != 0) return std::nullopt;
+  return names;
+}
+
+std::optional<Error> LinuxFileSystem::createDirectory(const FileURL& location) {
+  std::error_code failure;
+  std::filesystem::create_directories(location.path(), failure);
+  if (!failure) return std::nullopt;
+  return fileError(FileOperation::createFolder, location, "creating it or a folder above it",
+                   failure.value());
+}
+
+tl::expected<std::string, Error> LinuxFileSystem::contentsOfFile(const FileURL& location) const {
+  const auto failed = [&](std::string_view step, int code) {
+    return tl::unexpected(fileError(FileOperation::read, location, step, code));
+  };
+  const OpenFile file(*calls, AT_FDCWD, location.path().c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
+  if (!file.isOpen()) return failed("opening the file", errno);
+  struct stat status = {};
+  if (retrying([&] { return calls->status(file.descriptor(), status); }) == -1) {
+    return failed("asking for its size", errno);
+  }
+  if (const int code = refusalToRead(status)) return failed("reading it as an ordinary file", code);
+  std::string content;
+  if (!readAll(*calls, file.descriptor(), static_cast<std::size_t>(status.st_size), content)) {
+    return failed("reading the data", errno);
+  }
+  return content;
+}
+
+std::optional<Error> LinuxFileSystem::writeData(std::string_view data, const FileURL& location,
+                                                platform::WriteOption option) {
+  FileWriter writer(*calls, location);
+  return option == platform::WriteOption::atomic ? writer.replaceAtomically(data) : writer.writeInPlace(data);
+}
+
+std::optional<Error> LinuxFileSystem::appendData(std::string_view data, const FileURL& location) {
+  return FileWriter(*calls, location).append(data);
+}
+
+FileURL LinuxFileSystem::resolvingSymlinks(const FileURL& location) const {
+  const std::unique_ptr<char, void (*)(void*)> resolved(::realpath(location.path().c_str(), nullptr),
+                                                        &std::free);
+  return resolved ? FileURL(resolved.get()) : location;
+}
+
+FileURL LinuxFileSystem::homeDirectory() const {
+  const auto home = process.environment("HOME");
+  if (home && home->starts_with('/')) return FileURL(*home);
+  return users.homeDirectory().value_or(FileURL("/"));
+}
+
+FileURL LinuxFileSystem::homeDirectoryForCurrentUser() const {
+  return baseDirectory("XDG_DATA_HOME", ".local/share").appendingPath("sprig");
+}
+
+std::optional<FileURL> LinuxFileSystem::containerURL(std::string_view applicationGroupIdentifier) const {
+  return baseDirectory("XDG_CONFIG_HOME", ".config").appendingPathComponent(applicationGroupIdentifier);
+}
+
+/// A base directory of the XDG rules, by which a relative path in the variable is as none.
+FileURL LinuxFileSystem::baseDirectory(std::string_view variable, std::string_view defaultBelowHome) const {
+  const auto folder = process.environment(variable);
+  if (folder && folder->starts_with('/')) return FileURL(*folder);
+  return homeDirectory().appendingPath(defaultBelowHome);
+}
+
+}  // namespace sprig::ports

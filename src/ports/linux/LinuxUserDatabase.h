@@ -1,0 +1,32 @@
+#pragma once
+
+#include <pwd.h>
+
+#include <optional>
+#include <string>
+
+#include "platform/UserDatabase.h"
+
+namespace sprig::ports {
+
+/// The user database as the C library sees it (files, LDAP, systemd-homed, ...), asked anew each time.
+class LinuxUserDatabase final : public platform::UserDatabase {
+ public:
+  struct Entry {
+    platform::FileURL home;
+    std::string loginName;
+    std::string fullName;
+  };
+
+  /// The entry of the process's real user; nothing without one.
+  std::optional<Entry> entry() const;
+
+  /// What a record of the database says; nothing when it names no absolute home folder. The full name is the
+  /// first field of the comment, or the login name.
+  static std::optional<Entry> entry(const passwd& record);
+
+  std::optional<platform::FileURL> homeDirectory() const override;
+  std::string fullUserName() const override;
+};
+
+}  // namespace sprig::ports
