@@ -1,0 +1,73 @@
+# Completion of sprig's command line for bash.
+
+# The current word as the command would get it, as far as quotes and backslashes go.
+_sprig_unquoted() {
+  local typed=${cur#[\"\']}
+  printf '%s' "${typed//\\/}"
+}
+
+# Offers the lines of standard input that begin like the current word, quoted as that word is. Bash itself
+# quotes file names only, and leaves "$" alone.
+_sprig_offer_titles() {
+  local typed line
+  typed=$(_sprig_unquoted)
+  while IFS= read -r line; do
+    [[ $line == "$typed"* ]] || continue
+    # shellcheck disable=SC2001  # "&" in a replacement means different things to different versions of bash
+    case $cur in
+      \'*) line=${line//\'/\'\\\'\'} ;;
+      \"*) line=$(sed 's/[\\$`"]/\\&/g' <<<"$line") ;;
+      *) printf -v line %q "$line" ;;
+    esac
+    COMPREPLY+=("$line")
+  done
+}
+
+_sprig_offer_words() { mapfile -t COMPREPLY < <(compgen -W "$1" -- "$cur"); }
+
+# Offers folders (-d) or files (-f); "filenames" has bash quote them.
+_sprig_offer_paths() {
+  mapfile -t COMPREPLY < <(compgen "$1" -- "$(_sprig_unquoted)")
+  compopt -o filenames 2>/dev/null
+}
+
+_sprig() {
+  local cur=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
+  local common='-v --verbose -h --help' index operands=0
+  COMPREPLY=()
+  for ((index = 2; index < COMP_CWORD; index++)); do
+    [[ ${COMP_WORDS[index]} == -* || ${COMP_WORDS[index - 1]} == --in ]] || ((operands++))
+  done
+  if [[ $COMP_CWORD -gt 1 && $command == new ]]; then
+    if [[ $previous == --in ]]; then
+      _sprig_offer_paths -d
+    elif [[ $cur == -* ]]; then
+      _sprig_offer_words "--in $common"
+    elif ((operands == 0)); then
+      _sprig_offer_titles < <("${COMP_WORDS[0]}" list --titles 2>/dev/null)
+    fi
+  elif [[ $COMP_CWORD -gt 1 && $command == list ]]; then
+    if [[ $cur == -* ]]; then _sprig_offer_words "--json --titles $common"; else _sprig_offer_paths -d; fi
+  elif [[ $COMP_CWORD -gt 1 && $command == detect ]]; then
+    if [[ $cur == -* ]]; then _sprig_offer_words "$common"; else _sprig_offer_paths -d; fi
+  elif [[ $COMP_CWORD -gt 1 && $command == config ]]; then
+    if [[ $cur == -* ]]; then
+      _sprig_offer_words "$common"
+    elif ((operands == 0)); then
+      _sprig_offer_words 'path init check'
+    elif [[ $previous == check ]]; then
+      _sprig_offer_paths -f
+    fi
+  elif [[ $cur == -* ]]; then
+    _sprig_offer_words "$common --version"
+  else
+    _sprig_offer_paths -f
+    local word
+    ((COMP_CWORD == 1)) && for word in list new detect config; do
+      [[ $word == "$cur"* ]] && COMPREPLY+=("$word")
+    done
+  fi
+  return 0
+}
+
+complete -F _sprig sprig

@@ -1,0 +1,39 @@
+# Completion of sprig's command line for fish.
+
+function __sprig_command
+    set -l words (commandline -opc)
+    test (count $words) -ge 2; and test "$words[2]" = $argv[1]
+end
+
+# Whether so many operands stand between the command and the cursor.
+function __sprig_operands
+    set -l words (commandline -opc)
+    set -l count 0
+    for index in (seq 3 (count $words))
+        string match -q -- '-*' $words[$index]; and continue
+        test "$words[(math $index - 1)]" = --in; and continue
+        set count (math $count + 1)
+    end
+    test $count -eq $argv[1]
+end
+
+set -l first 'test (count (commandline -opc)) -eq 1'
+
+complete -c sprig -n $first -a list -d 'Show what the menu holds'
+complete -c sprig -n $first -a new -d 'Create a file without questions'
+complete -c sprig -n $first -a detect -d 'Show the project types of a folder'
+complete -c sprig -n $first -a config -d 'Find, write or check the configuration file'
+complete -c sprig -n $first -l version -d 'Show the version'
+complete -c sprig -s v -l verbose -d 'Show log lines on standard error as well'
+complete -c sprig -s h -l help -d 'Show help'
+
+complete -c sprig -n '__sprig_command list' -f -l json -d 'The whole menu as JSON'
+complete -c sprig -n '__sprig_command list' -f -l titles -d 'Only the titles of templates'
+complete -c sprig -n '__sprig_command list; or __sprig_command detect' -f -a '(__fish_complete_directories)'
+
+complete -c sprig -n '__sprig_command new' -f
+complete -c sprig -n '__sprig_command new' -x -l in -d 'Where the file goes' -a '(__fish_complete_directories)'
+complete -c sprig -n '__sprig_command new; and __sprig_operands 0' -f -a '(sprig list --titles 2>/dev/null)'
+
+complete -c sprig -n '__sprig_command config; and __sprig_operands 0' -f -a 'path init check'
+complete -c sprig -n '__sprig_command config; and not __sprig_operands 0; and not __fish_seen_subcommand_from check' -f

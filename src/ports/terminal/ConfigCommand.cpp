@@ -1,0 +1,111 @@
+#include "ports/terminal/ConfigCommand.h"
+
+#include <algorithm>
+
+#include "config/BuiltinTemplates.h"
+#include "config/ConfigDecoder.h"
+#include "config/ConfigEncoder.h"
+#include "config/ConfigManager.h"
+#include "ports/terminal/DataOutput.h"
+#include "ports/terminal/NewFile.h"
+#include "ports/terminal/SourceExcerpt.h"
+#include "ports/terminal/StandardStreams.h"
+#include "ports/terminal/UserPath.h"
+
+namespace sprig::terminal {
+
+using platform::FileURL;
+
+namespace {
+
+std::string summary(const AppConfigItem& config) {
+  const auto& templates = config.templates;
+  const auto disabled =
+      std::count_if(templates.begin(), templates.end(), [](const auto& item) { return !item.enabled; });
+  auto result = std::to_string(templates.size()) + (templates.size() == 1 ? " template" : " templates");
+  if (disabled > 0) result += ", " + std::to_string(disabled) + " of them disabled";
+  return result;
+}
+
+}  // namespace
+
+ExitStatus ConfigCommand::run() {
+  switch (request.task) {
+    case ConfigTask::path:
+      return path();
+    case ConfigTask::init:
+      return init();
+    case ConfigTask::check:
+      return check();
+  }
+  return ExitStatus::wrongUse;
+}
+
+ExitStatus ConfigCommand::path() const {
+  const auto file = ConfigManager::configURL();
+  if (!platform::current().files.fileExists(file)) {
+    terminal.screen().complain(
+        "there is no file at that place yet, so the built-in templates are used; "
+        "\"sprig config init\" writes a first file");
+  }
+  return printData(file.path() + "\n", terminal.screen());
+}
+
+ExitStatus ConfigCommand::init() const {
+  auto& files = platform::current().files;
+  const auto folder = files.containerURL(applicationGroupIdentifier);
+  if (!folder) return refuse("there is no folder for configuration files");
+  const auto file = folder->appendingPath(shortConfigName);
+  const auto inForce = ConfigManager::configURL();
+  if (files.fileExists(inForce) && inForce != file) {
+    return refuse("another configuration file is in force already: " + inForce.path());
+  }
+  if (const auto error = files.createDirectory(*folder)) return refuse(error->description);
+  switch (createNewFile(file, encodeConfig(defaultFallbackConfig()))) {
+    case NewFileResult::created:
+      return printData(file.path() + "\n", terminal.screen());
+    case NewFileResult::existsAlready:
+      return refuse(file.path() + " exists already; nothing was changed");
+    case NewFileResult::failed:
+      break;
+  }
+  return refuse("can't write " + file.path() + ": " + lastErrorText());
+}
+
+ExitStatus ConfigCommand::check() const {
+  if (request.file) {
+    const auto file = absoluteLocation(*request.file);
+    return file ? checkFile(*request.file, *file) : refuse("the current folder is gone");
+  }
+  const auto file = ConfigManager::configURL();
+  if (platform::current().files.fileExists(file)) return checkFile(file.path(), file);
+  const auto text =
+      "no configuration file; the built-in templates are used: " + summary(defaultFallbackConfig());
+  return printData(text + "\n", terminal.screen());
+}
+
+ExitStatus ConfigCommand::checkFile(const std::string& shownName, const FileURL& file) const {
+  const auto document = platform::current().files.contentsOfFile(file);
+  if (!document) return refuse(document.error().description);
+  try {
+    const auto config = decodeConfig(*document);
+    return printData(terminal.screen().text(shownName) + ": " + summary(config) + "\n", terminal.screen());
+  } catch (const DecodingError& error) {
+    explain(shownName, error.what(), *document);
+    return ExitStatus::failed;
+  }
+}
+
+ExitStatus ConfigCommand::refuse(const std::string& reason) const {
+  terminal.screen().complain(reason);
+  return ExitStatus::failed;
+}
+
+void ConfigCommand::explain(const std::string& shownName, const std::string& problem,
+                            std::string_view document) const {
+  const auto& screen = terminal.screen();
+  const auto heading = screen.text(shownName) + ": " + screen.text(problem) + "\n";
+  static_cast<void>(screen.write(heading + excerptFor(problem, document, screen)));
+}
+
+}  // namespace sprig::terminal

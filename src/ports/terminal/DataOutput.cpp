@@ -1,0 +1,18 @@
+#include "ports/terminal/DataOutput.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "ports/terminal/StandardStreams.h"
+
+namespace sprig::terminal {
+
+ExitStatus printData(std::string_view data, const Screen& errors) {
+  if (writeFully(STDOUT_FILENO, data)) return ExitStatus::success;
+  // A reader that has seen enough needs no explanation.
+  if (errno != EPIPE) errors.complain("can't write to standard output: " + lastErrorText());
+  return ExitStatus::failed;
+}
+
+}  // namespace sprig::terminal

@@ -1,0 +1,17 @@
+#pragma once
+
+namespace sprig::terminal {
+
+/// What the program tells the shell that called it.
+enum class ExitStatus {
+  /// A file was created, or what was asked for was printed.
+  success = 0,
+  /// The user left the menu or the prompt.
+  cancelled = 1,
+  /// The command line made no sense, or named something that isn't there.
+  wrongUse = 2,
+  /// Something could not be done; standard error says what.
+  failed = 3,
+};
+
+}  // namespace sprig::terminal

@@ -1,0 +1,36 @@
+#include "ports/terminal/FolderArgument.h"
+
+#include "ports/terminal/UserPath.h"
+
+namespace sprig::terminal {
+
+using platform::FileURL;
+
+namespace {
+
+Located located(const std::optional<FileURL>& location, const Screen& errors) {
+  if (location) return *location;
+  errors.complain("the current folder is gone");
+  return tl::unexpected(ExitStatus::failed);
+}
+
+}  // namespace
+
+Located existingFolder(const std::optional<std::string>& argument, const Screen& errors) {
+  if (!argument) return located(currentFolder(), errors);
+  if (kindOf(*argument) == PathKind::item) {
+    errors.complain("“" + *argument + "” is not a folder");
+    return tl::unexpected(ExitStatus::wrongUse);
+  }
+  return existingItem(*argument, errors);
+}
+
+Located existingItem(const std::string& argument, const Screen& errors) {
+  if (kindOf(argument) == PathKind::missing) {
+    errors.complain("there is no file or folder “" + argument + "” (\"sprig --help\" shows the usage)");
+    return tl::unexpected(ExitStatus::wrongUse);
+  }
+  return located(absoluteLocation(argument), errors);
+}
+
+}  // namespace sprig::terminal

@@ -1,0 +1,102 @@
+#pragma once
+
+/// What `--help` prints, in at most 80 columns. The manual page says the same at length.
+namespace sprig::terminal {
+
+inline constexpr const char* browseHelp = R"help(sprig - new files from templates, where you are working
+
+Usage:
+  sprig [FOLDER]        pick a template from the menu; the file is created in
+                        FOLDER (default: the current folder)
+  sprig FILE...         the same beside the first FILE
+  sprig list [--json] [FOLDER]             what the menu holds
+  sprig new TEMPLATE [NAME] [--in FOLDER]  create a file without questions
+  sprig detect [FOLDER]                    the project types of a folder
+  sprig config path | init | check [FILE]  the configuration file
+
+Options:
+  -v, --verbose         show log lines on standard error as well
+  -h, --help            this text; "sprig COMMAND --help" tells more
+      --version         the version
+      --                what follows are names, not options or commands
+
+Standard output gets the path of the created file and nothing else.
+
+Examples:
+  sprig                               ask everything, here
+  $EDITOR "$(sprig)"                  ... and edit the new file
+  $EDITOR "$(sprig new 'Meeting Notes')"
+  sprig new builtin-python tool --in ~/bin
+  sprig config init                   write the built-in templates to a file
+
+Exit status: 0 created or printed, 1 cancelled, 2 wrong use, 3 failed.
+)help";
+
+inline constexpr const char* listHelp = R"help(Usage: sprig list [--json | --titles] [FOLDER]
+
+Prints the menu of FOLDER (default: the current folder): the templates with
+their ids, by either of which "sprig new" knows them.
+
+Options:
+      --json     the whole menu as one line of JSON
+      --titles   only the names of the templates, one a line
+  -v, --verbose  show log lines on standard error as well
+  -h, --help     this text
+
+Examples:
+  sprig list
+  sprig list --json | jq -r '.items[].title'
+)help";
+
+inline constexpr const char* newHelp = R"help(Usage: sprig new TEMPLATE [NAME] [--in FOLDER]
+
+Creates a file from TEMPLATE (an id or a name) without asking. The file is
+called NAME, completed with the template's extension; without NAME, as the
+template suggests. A taken name gets a number. Prints the file's path.
+
+Options:
+      --in FOLDER  where the file goes (default: the current folder)
+      --           what follows are names, even if they begin with "-"
+  -v, --verbose    show log lines on standard error as well
+  -h, --help       this text
+
+Examples:
+  sprig new 'Meeting Notes'
+  sprig new builtin-tsx Button --in src/components
+  sprig new 'Plain Text' -- -draft-
+)help";
+
+inline constexpr const char* detectHelp = R"help(Usage: sprig detect [FOLDER]
+
+Prints the kinds of software project FOLDER (default: the current folder)
+belongs to, one a line, sorted; nothing when there are none. Marker files such
+as "package.json" or "Cargo.toml" tell, in the folder and up to three above it.
+
+Options:
+  -v, --verbose  show log lines on standard error as well
+  -h, --help     this text
+
+Example:
+  sprig detect ~/projects/site
+)help";
+
+inline constexpr const char* configHelp = R"help(Usage: sprig config path
+       sprig config init
+       sprig config check [FILE]
+
+  path   prints where the configuration file in force is looked for
+  init   writes the built-in templates and settings as a first file to edit,
+         never over an existing one, and prints its path
+  check  reads FILE (default: the file in force) and says how many templates
+         it has, or what is wrong with it and where (status 3)
+
+Options:
+  -v, --verbose  show log lines on standard error as well
+  -h, --help     this text
+
+Examples:
+  $EDITOR "$(sprig config init)"
+  sprig config check && sprig list
+)help";
+
+}  // namespace sprig::terminal

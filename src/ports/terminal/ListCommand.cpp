@@ -1,0 +1,39 @@
+#include "ports/terminal/ListCommand.h"
+
+#include <unistd.h>
+
+#include "app/FinderSync.h"
+#include "ports/terminal/DataOutput.h"
+#include "ports/terminal/FolderArgument.h"
+#include "ports/terminal/MenuListing.h"
+#include "ports/terminal/MenuRows.h"
+
+namespace sprig::terminal {
+
+ExitStatus ListCommand::run() {
+  const auto folder = existingFolder(request.folder, terminal.screen());
+  if (!folder) return folder.error();
+  terminal.controller().concernFolder(*folder);
+  FinderSync finderSync;
+  const auto menu = finderSync.menu(platform::FIMenuKind::contextualMenuForContainer);
+  terminal.settle();
+  if (!menu) {
+    terminal.screen().complain("the menu is switched off in the settings (\"showInFinder\")");
+    return printData(listing(*folder, {}), terminal.screen());
+  }
+  return printData(listing(*folder, entriesOf(*menu)), terminal.screen());
+}
+
+std::string ListCommand::listing(const platform::FileURL& folder, const platform::Menu& entries) const {
+  switch (request.format) {
+    case ListFormat::people:
+      return listingForPeople(entries, Screen(STDOUT_FILENO));
+    case ListFormat::json:
+      return listingAsJson(folder, entries);
+    case ListFormat::titles:
+      return templateTitles(entries);
+  }
+  return "";
+}
+
+}  // namespace sprig::terminal

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "ports/terminal/CommandLine.h"
+#include "ports/terminal/ExitStatus.h"
+#include "ports/terminal/TerminalPlatform.h"
+
+namespace sprig::terminal {
+
+/// `sprig new`: a file from a named template, without a question.
+class NewCommand {
+ public:
+  NewCommand(TerminalPlatform& platform, NewRequest what) : terminal(platform), request(std::move(what)) {}
+
+  ExitStatus run();
+
+ private:
+  bool concernFolder();
+  void complainAboutTemplate() const;
+
+  TerminalPlatform& terminal;
+  const NewRequest request;
+};
+
+}  // namespace sprig::terminal

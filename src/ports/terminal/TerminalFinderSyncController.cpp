@@ -1,0 +1,17 @@
+#include "ports/terminal/TerminalFinderSyncController.h"
+
+#include <utility>
+
+namespace sprig::terminal {
+
+void TerminalFinderSyncController::concernFolder(const platform::FileURL& folder) {
+  folderURL = folder;
+  itemURLs.reset();
+}
+
+void TerminalFinderSyncController::concernItems(std::vector<platform::FileURL> items) {
+  folderURL.reset();
+  itemURLs = std::move(items);
+}
+
+}  // namespace sprig::terminal

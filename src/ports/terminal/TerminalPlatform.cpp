@@ -1,0 +1,28 @@
+#include "ports/terminal/TerminalPlatform.h"
+
+#include <unistd.h>
+
+namespace sprig::terminal {
+
+TerminalPlatform::TerminalPlatform(Logging logging)
+    : standardError(STDERR_FILENO),
+      reader(LineReader::make(mainQueue, standardError)),
+      systemLog(logging, mainQueue, standardError),
+      workspace(standardError),
+      alerts(mainQueue, *reader, standardError),
+      scope(services),
+      services{files,       users,   process,   clock,  systemLog, mainQueue,
+               fileChanges, volumes, workspace, images, alerts,    target} {}
+
+ExitStatus TerminalPlatform::outcomeOfPick() {
+  settle();
+  if (workspace.hasRevealedFile()) {
+    return workspace.hasFailedToPrint() ? ExitStatus::failed : ExitStatus::success;
+  }
+  if (alerts.hasShownAlert()) return ExitStatus::failed;
+  if (alerts.hasCancelledQuestion()) return ExitStatus::cancelled;
+  standardError.complain("nothing was created; ~/.kestrel/sprig/extension.log says why");
+  return ExitStatus::failed;
+}
+
+}  // namespace sprig::terminal

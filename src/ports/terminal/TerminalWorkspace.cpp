@@ -1,0 +1,40 @@
+#include "ports/terminal/TerminalWorkspace.h"
+
+#include <unistd.h>
+
+#include "config/ConfigManager.h"
+#include "platform/Platform.h"
+#include "ports/terminal/StandardStreams.h"
+
+namespace sprig::terminal {
+
+namespace {
+
+std::string whereSettingsAre() {
+  const auto file = ConfigManager::configURL();
+  if (platform::current().files.fileExists(file)) {
+    return "Your templates and settings are in\n  " + file.path() +
+           "\nChange them with any editor; the next menu follows.";
+  }
+  return "You have no configuration file yet, so the built-in templates are offered.\n"
+         "\"sprig config init\" writes them to a file for you to edit.";
+}
+
+}  // namespace
+
+void TerminalWorkspace::activateFileViewerSelecting(const std::vector<platform::FileURL>& files) {
+  for (const auto& file : files) {
+    revealed = true;
+    if (writeFully(STDOUT_FILENO, file.path() + "\n")) continue;
+    failedToPrint = true;
+    output.complain("created " + file.path() + ", but can't print that: " + lastErrorText());
+  }
+}
+
+bool TerminalWorkspace::open(const std::string& url) {
+  if (url != "sprig://settings") return false;
+  static_cast<void>(output.write("\n" + output.paragraphs(whereSettingsAre(), 0)));
+  return true;
+}
+
+}  // namespace sprig::terminal

@@ -1,0 +1,62 @@
+#include <unistd.h>
+#include <clocale>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "ports/terminal/BrowseCommand.h"
+#include "ports/terminal/CommandLine.h"
+#include "ports/terminal/ConfigCommand.h"
+#include "ports/terminal/DataOutput.h"
+#include "ports/terminal/DetectCommand.h"
+#include "ports/terminal/ListCommand.h"
+#include "ports/terminal/NewCommand.h"
+#include "ports/terminal/Screen.h"
+#include "ports/terminal/StandardStreams.h"
+#include "ports/terminal/TerminalPlatform.h"
+
+namespace sprig::terminal {
+
+namespace {
+
+/// Runs the command that a request is for.
+class Runner {
+ public:
+  explicit Runner(Logging logging) : platform(logging) {}
+
+  ExitStatus operator()(const BrowseRequest& request) { return BrowseCommand(platform, request).run(); }
+  ExitStatus operator()(const ListRequest& request) { return ListCommand(platform, request).run(); }
+  ExitStatus operator()(const NewRequest& request) { return NewCommand(platform, request).run(); }
+  ExitStatus operator()(const DetectRequest& request) { return DetectCommand(platform, request).run(); }
+  ExitStatus operator()(const ConfigRequest& request) { return ConfigCommand(platform, request).run(); }
+  ExitStatus operator()(const TextRequest& request) { return printData(request.text, platform.screen()); }
+
+ private:
+  TerminalPlatform platform;
+};
+
+ExitStatus run(std::vector<std::string> arguments) {
+  const Screen errors(STDERR_FILENO);
+  try {
+    const auto commandLine = parseCommandLine(std::move(arguments));
+    if (!commandLine) {
+      errors.complain(commandLine.error() + "; see \"sprig --help\"");
+      return ExitStatus::wrongUse;
+    }
+    return std::visit(Runner(commandLine->logging), commandLine->request);
+  } catch (const std::exception& error) {
+    errors.complain(error.what());
+    return ExitStatus::failed;
+  }
+}
+
+}  // namespace
+
+}  // namespace sprig::terminal
+
+int main(int argumentCount, char** arguments) {
+  std::setlocale(LC_ALL, "");  // NOLINT(concurrency-mt-unsafe): there are no other threads yet
+  sprig::terminal::openMissingStandardStreams();
+  return static_cast<int>(
+      sprig::terminal::run({argumentCount > 0 ? arguments + 1 : arguments, arguments + argumentCount}));
+}
