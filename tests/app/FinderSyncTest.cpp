@@ -1,0 +1,66 @@
+#include "app/FinderSync.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "finder/ContextMenu.h"
+#include "support/TestPlatform.h"
+
+namespace sprig {
+namespace {
+
+using platform::FileURL;
+
+struct Extension : testing::Test {
+  test::TestPlatform platform;
+  FileURL home = *platform.users.home;
+  FileURL disk = platform.makeFolder("Volumes/Backup");
+
+  std::set<FileURL> servedWith(std::optional<std::vector<FileURL>> volumes) {
+    platform.volumes.volumes = std::move(volumes);
+    FinderSync extension;
+    return platform.controller.served;
+  }
+};
+
+TEST_F(Extension, ServesTheHomeFolderAndTheVolumesButTheStartupDisk) {
+  const auto link = platform.folder.url().appendingPath("Startup");
+  ASSERT_EQ(symlink("/", link.path().c_str()), 0);
+  const auto alias = platform.folder.url().appendingPath("Alias");
+  ASSERT_EQ(symlink(disk.path().c_str(), alias.path().c_str()), 0);
+  EXPECT_EQ(servedWith({{FileURL("/"), FileURL("/Volumes"), link, alias, disk, disk, home}}),
+            (std::set<FileURL>{home, disk, alias}));
+  EXPECT_EQ(servedWith(std::nullopt), std::set<FileURL>{home});
+  platform.users.home.reset();
+  EXPECT_EQ(servedWith(std::nullopt), std::set<FileURL>{platform.files.ownHome});
+}
+
+TEST_F(Extension, LogsItsStartAndLoadsTheConfiguration) {
+  servedWith({{disk}});
+  const auto log = platform.takeLog();
+  ASSERT_EQ(log.size(), 3U);
+  EXPECT_EQ(log[0], "FinderSync init started");
+  EXPECT_EQ(log[1], "Initialized FinderSync monitoring 2 directory URLs");
+  EXPECT_TRUE(log[2].starts_with("Config not found at ")) << log[2];
+}
+
+TEST_F(Extension, AnswersTheFileManager) {
+  FinderSync extension;
+  platform.takeLog();
+  extension.beginObservingDirectory(disk);
+  extension.endObservingDirectory(disk);
+  extension.performAction(openSettingsActionSelector, {});
+  extension.performAction({"unknown:"}, {});
+  EXPECT_EQ(platform.takeLog(), (std::vector<std::string>{"beginObservingDirectory: " + disk.path(),
+                                                          "endObservingDirectory: " + disk.path(),
+                                                          "openSettingsAction invoked"}));
+  EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"sprig://settings"});
+  EXPECT_EQ(extension.toolbarItemName(), "Sprig");
+  EXPECT_EQ(extension.toolbarItemToolTip(), "Create a new file from template");
+  EXPECT_EQ(extension.toolbarItemImage(), (platform::Image{"doc.badge.plus", "Sprig"}));
+  platform.images.missing = {"doc.badge.plus"};
+  EXPECT_EQ(extension.toolbarItemImage(), platform::Image{});
+}
+
+}  // namespace
+}  // namespace sprig

@@ -1,0 +1,240 @@
+#include "config/ConfigDecoder.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "config/BuiltinTemplates.h"
+#include "config/ConfigEncoder.h"
+
+namespace sprig {
+namespace {
+
+/// A template's members; `changed` replaces the member of its key, or is added when there is none.
+std::string templateWith(const std::string& changedKey = "", const std::string& changed = "") {
+  const std::vector<std::pair<std::string, std::string>> members{
+      {"id", R"("i")"},         {"name", R"("n")"},
+      {"extension", R"(".x")"}, {"filenamePattern", R"("p")"},
+      {"content", R"("c")"},    {"icon", R"("s")"},
+      {"category", R"("k")"},   {"enabled", "true"},
+      {"favorite", "false"},    {"requiresInput", "true"},
+      {"isBuiltin", "false"}};
+  std::string text;
+  bool found = false;
+  for (const auto& [key, value] : members) {
+    const bool isChanged = key == changedKey;
+    found = found || isChanged;
+    if (isChanged && changed.empty()) continue;
+    text += (text.empty() ? "" : ",") + ("\"" + key + "\":" + (isChanged ? changed : value));
+  }
+  if (!found && !changedKey.empty()) text += ",\"" + changedKey + "\":" + changed;
+  return "{" + text + "}";
+}
+
+std::string documentWith(const std::string& settings, const std::string& templates) {
+  return R"({"version":1,"settings":)" + settings + R"(,"templates":[)" + templates + "]}";
+}
+
+std::string errorOf(const std::string& document) {
+  try {
+    static_cast<void>(decodeConfig(document));
+  } catch (const DecodingError& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+TEST(ConfigDecoder, KeepsAbsentApartFromEmpty) {
+  const auto config = decodeConfig(documentWith(
+      R"({"launchAtLogin":null,"maxVisibleTemplates":-9223372036854775808,"defaultBehavior":"","other":[{}]})",
+      templateWith() + "," + templateWith("scope", "null") + "," + templateWith("scope", "{}") + "," +
+          templateWith("scope", R"({"projectTypes":[],"x":1})") + "," +
+          templateWith("contentBase64", R"("")")));
+  EXPECT_EQ(config.settings.launchAtLogin, std::nullopt);
+  EXPECT_EQ(config.settings.showInFinder, std::nullopt);
+  EXPECT_EQ(config.settings.defaultBehavior, "");
+  EXPECT_EQ(config.settings.maxVisibleTemplates, std::numeric_limits<std::int64_t>::min());
+  const auto& templates = config.templates;
+  EXPECT_EQ(templates[0], templates[1]);
+  EXPECT_EQ(templates[0].scope, std::nullopt);
+  EXPECT_EQ(templates[2].scope, TemplateScope{});
+  EXPECT_EQ(templates[3].scope, TemplateScope{std::vector<std::string>{}});
+  EXPECT_EQ(templates[4].contentBase64, "");
+  EXPECT_EQ(templates[0].extensionName, ".x");
+}
+
+TEST(ConfigDecoder, NamesThePathAndTheTypeOfAWrongValue) {
+  struct Row {
+    std::string document;
+    std::string error;
+  };
+  for (const auto& row : {
+           Row{"[]", "the document: expected an object, found a list"},
+           Row{R"({"settings":{},"templates":[]})", "version: missing"},
+           Row{R"({"version":"1","settings":{},"templates":[]})",
+               "version: expected an integer, found a string"},
+           Row{R"({"version":1,"templates":[]})", "settings: missing"},
+           Row{R"({"version":1,"settings":null,"templates":[]})", "settings: expected an object, found null"},
+           Row{R"({"version":1,"settings":{}})", "templates: missing"},
+           Row{R"({"version":1,"settings":{},"templates":{}})",
+               "templates: expected a list, found an object"},
+           Row{documentWith(R"({"maxVisibleTemplates":"10"})", ""),
+               "settings.maxVisibleTemplates: expected an integer, found a string"},
+           Row{documentWith(R"({"showInFinder":1})", ""),
+               "settings.showInFinder: expected true or false, found a number"},
+           Row{documentWith("{}", templateWith() + "," + templateWith("enabled", "1")),
+               "templates[1].enabled: expected true or false, found a number"},
+           Row{documentWith("{}", templateWith("extension")), "templates[0].extension: missing"},
+           Row{documentWith("{}", templateWith("name", "null")),
+               "templates[0].name: expected a string, found null"},
+           Row{documentWith("{}", "true"), "templates[0]: expected an object, found true"},
+           Row{documentWith("{}", templateWith("scope", R"({"projectTypes":["a",2]})")),
+               "templates[0].scope.projectTypes[1]: expected a string, found a number"},
+           // The first failure in the order of the fields wins, whatever the order in the document.
+           Row{R"({"templates":[1],"settings":{"showInFinder":1},"version":1})",
+               "settings.showInFinder: expected true or false, found a number"},
+           Row{documentWith("{}", R"({"isBuiltin":1,"name":2})"), "templates[0].id: missing"},
+       }) {
+    EXPECT_EQ(errorOf(row.document), row.error);
+  }
+}
+
+TEST(ConfigDecoder, TakesOnlyWholeNumbersOf64Bits) {
+  const auto versionIs = [](const std::string& number) {
+    return R"({"version":)" + number + R"(,"settings":{},"templates":[]})";
+  };
+  EXPECT_EQ(decodeConfig(versionIs("9223372036854775807")).version, 9223372036854775807);
+  EXPECT_EQ(decodeConfig(versionIs("-0")).version, 0);
+  for (const char* bad : {"9223372036854775808", "18446744073709551616", "-9223372036854775809", "1.0", "1e0",
+                          "1e400", "0.5"}) {
+    EXPECT_TRUE(errorOf(versionIs(bad)).starts_with("version: expected an integer"))
+        << errorOf(versionIs(bad));
+  }
+}
+
+TEST(ConfigDecoder, NamesLineAndColumnOfWhatIsNotJSON) {
+  struct Row {
+    std::string document;
+    std::string error;
+  };
+  using namespace std::string_literals;
+  for (const auto& row : {
+           Row{"", "line 1, column 1: the document ends too early"},
+           Row{"{\n  \"version\": 1,\n", "line 3, column 1: the document ends too early"},
+           Row{"{\n \"name\": \"caf\u00E9\" oops", "line 2, column 17: syntax error at \"o\""},
+           Row{"{\"a\":01}", "line 1, column 7: syntax error at \"1\""},
+           Row{"{} {}", "line 1, column 4: expected the end of the document, found \"{\""},
+           Row{"\xFF\xFE{\0"s,
+               "line 1, column 1: the document is not UTF-8 text (it looks like UTF-16 or UTF-32)"},
+           Row{"{\0}\0"s,
+               "line 1, column 1: the document is not UTF-8 text (it looks like UTF-16 or UTF-32)"},
+       }) {
+    EXPECT_EQ(errorOf(row.document), row.error);
+  }
+  for (const auto& bad : {"{'a':1}"s, "{\"a\":NaN}"s, "{\"a\":\"\\ud800\"}"s, "{\"a\":\"\\udc00\"}"s,
+                          "{\"a\":\"\xED\xA0\x80\"}"s, "{\"a\":\"\xFF\"}"s, "{\"a\":\"\n\"}"s, "// c\n{}"s,
+                          "{\"a\":1,}"s, "{\"a\":\"\\x\"}"s}) {
+    EXPECT_TRUE(errorOf(bad).starts_with("line ")) << bad << ": " << errorOf(bad);
+  }
+}
+
+TEST(ConfigDecoder, SurvivesHostileDocuments) {
+  using namespace std::string_literals;
+  const auto deep = R"({"version":1,"settings":{},"templates":[],"x":)" + std::string(1'000'000, '[');
+  EXPECT_EQ(errorOf(deep), "line 1, column 174: nested more than 128 levels deep");
+  EXPECT_EQ(errorOf(documentWith("{}", "") + "\xEF\xBB\xBF"),
+            "line 1, column 43: expected the end of the document, found byte 0xEF");
+  EXPECT_EQ(decodeConfig("\xEF\xBB\xBF" + documentWith("{}", "")).version, 1)
+      << "a byte-order mark is skipped";
+  EXPECT_EQ(decodeConfig(R"({"version":1,"version":2,"settings":{},"templates":[]})").version, 2);
+  const auto escaped = decodeConfig(documentWith("{}", templateWith("content", R"("a\u0000\uD83D\uDE00")")));
+  EXPECT_EQ(escaped.templates[0].content, "a\0\U0001F600"s);
+}
+
+TEST(ConfigEncoder, WritesWhatTheDecoderReads) {
+  using namespace std::string_literals;
+  AppConfigItem config = defaultFallbackConfig();
+  EXPECT_EQ(decodeConfig(encodeConfig(config)), config);
+  config.version = std::numeric_limits<std::int64_t>::min();
+  config.settings = {};
+  config.templates[0].content = "quote \" slash \\ nul \0 \x1F tab\t\u2028 \U0001F600"s;
+  config.templates[0].contentBase64 = "";
+  config.templates[1].scope = TemplateScope{};
+  config.templates[2].scope = TemplateScope{std::vector<std::string>{}};
+  EXPECT_EQ(decodeConfig(encodeConfig(config)), config);
+  config.templates.clear();
+  EXPECT_EQ(encodeConfig(config),
+            "{\n  \"version\": -9223372036854775808,\n  \"settings\": {},\n  \"templates\": []\n}\n");
+}
+
+TEST(ConfigEncoder, WritesKeysInTheOrderOfTheFields) {
+  TemplateItem item;
+  item.contentBase64 = "eA==";
+  item.scope = TemplateScope{std::vector<std::string>{"web", "go"}};
+  AppSettingsItem settings{true, false, "x", true, false, 3, true, false, true};
+  const auto document = encodeConfig({1, settings, {item}});
+  std::size_t position = 0;
+  for (const char* key : {"version",
+                          "settings",
+                          "launchAtLogin",
+                          "showInFinder",
+                          "defaultBehavior",
+                          "showFavoritesFirst",
+                          "showCategories",
+                          "maxVisibleTemplates",
+                          "projectDetection",
+                          "notificationsEnabled",
+                          "anonymousAnalytics",
+                          "templates",
+                          "id",
+                          "name",
+                          "extension",
+                          "filenamePattern",
+                          "content",
+                          "contentBase64",
+                          "icon",
+                          "category",
+                          "enabled",
+                          "favorite",
+                          "requiresInput",
+                          "isBuiltin",
+                          "scope",
+                          "projectTypes"}) {
+    const auto found = document.find("\"" + std::string(key) + "\": ", position);
+    ASSERT_NE(found, std::string::npos) << key << " after " << position << " in\n" << document;
+    position = found;
+  }
+}
+
+TEST(BuiltinTemplates, HaveTheTextsThatUsersRelyOn) {
+  const auto templates = defaultFallbackConfig().templates;
+  const std::size_t sizes[] = {15, 0, 130, 118, 220, 64, 88, 7, 24, 0, 0};
+  ASSERT_EQ(templates.size(), std::size(sizes));
+  std::string favourites;
+  std::string scoped;
+  std::string requiring;
+  for (std::size_t i = 0; i < templates.size(); ++i) {
+    EXPECT_EQ(templates[i].content.size(), sizes[i]) << templates[i].id;
+    EXPECT_TRUE(templates[i].enabled && templates[i].isBuiltin && !templates[i].contentBase64);
+    if (templates[i].favorite) favourites += templates[i].extensionName;
+    if (templates[i].requiresInput) requiring += templates[i].extensionName;
+    if (templates[i].scope) scoped += templates[i].extensionName;
+  }
+  EXPECT_EQ(favourites, ".md.txt.tsx");
+  EXPECT_EQ(requiring, ".tsx");
+  EXPECT_EQ(scoped, ".tsx.ts.py");
+}
+
+TEST(Documentation, HasAnExampleThatLoads) {
+  std::ifstream file(SPRIG_DOCS "/config.example.json");
+  ASSERT_TRUE(file);
+  std::ostringstream document;
+  document << file.rdbuf();
+  const auto config = decodeConfig(document.str());
+  EXPECT_EQ(decodeConfig(encodeConfig(config)), config);
+  EXPECT_GT(config.templates.size(), 1U);
+}
+
+}  // namespace
+}  // namespace sprig

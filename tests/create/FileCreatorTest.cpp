@@ -1,0 +1,184 @@
+#include "create/FileCreator.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "create/Base64.h"
+#include "support/TestPlatform.h"
+
+namespace sprig {
+namespace {
+
+using platform::Error;
+using platform::FileURL;
+
+TemplateItem notes() {
+  TemplateItem item;
+  item.name = "Notes";
+  item.extensionName = ".md";
+  item.filenamePattern = "{{folder}} notes.md";
+  item.content = "# {{name}} in {{project}}\n";
+  return item;
+}
+
+struct Creator : testing::Test {
+  test::TestPlatform platform;
+  FileURL folder = platform.makeFolder("Projects");
+
+  std::optional<std::string> contentOf(const std::string& name) {
+    return platform.contentOf(folder.appendingPath(name));
+  }
+};
+
+TEST_F(Creator, WritesTheRenderedTextUnderAFreeNameAndRevealsIt) {
+  platform.makeFile("Projects/Projects notes.md", "mine");
+  const auto created = FileCreator::createFile(notes(), folder, {});
+  ASSERT_EQ(created, folder.appendingPath("Projects notes 2.md"));
+  EXPECT_EQ(contentOf("Projects notes 2.md"), "# Projects notes in Projects\n");
+  EXPECT_EQ(contentOf("Projects notes.md"), "mine");
+  EXPECT_EQ(platform.systemLog.lines(),
+            std::vector<std::string>{"[SprigFinder] Successfully wrote file to " + created->path()});
+  EXPECT_TRUE(platform.workspace.revealed.empty()) << "the reveal waits for the main queue";
+  platform.mainQueue.runPending();
+  EXPECT_EQ(platform.workspace.revealed, std::vector<FileURL>{*created});
+  EXPECT_TRUE(platform.application.shown.empty());
+  EXPECT_EQ(platform.entriesOf(platform.files.home), std::vector<std::string>{}) << "no line in the log file";
+}
+
+TEST_F(Creator, PrefersUsableBase64ToTheText) {
+  struct Row {
+    std::optional<std::string> base64;
+    std::string content;
+  };
+  const std::string bytes("{{name}}\0\xFF", 10);
+  auto item = notes();
+  item.content = "text of {{name}}";
+  for (const auto& row :
+       {Row{"e3tuYW1lfX0A/w==", bytes}, Row{"e3tu\r\nYW1l\tfX0A/w==\n", bytes}, Row{"", "text of n"},
+        Row{std::nullopt, "text of n"}, Row{"e3t", "text of n"}, Row{"!!!", ""}}) {
+    item.contentBase64 = row.base64;
+    const auto created = FileCreator::createFile(item, folder, "n");
+    ASSERT_TRUE(created);
+    EXPECT_EQ(platform.contentOf(*created), row.content) << row.base64.value_or("absent");
+    unlink(created->path().c_str());
+  }
+}
+
+TEST_F(Creator, ExplainsWhyItCouldNotWrite) {
+  struct Row {
+    Error error;
+    const char* title;
+    std::string text;
+  };
+  for (const auto& row : {
+           Row{{"NSCocoaErrorDomain", 513, "D"},
+               "Permission Denied",
+               "You don't have permission to write files in this directory.\n\nTechnical details:\nD"},
+           Row{{"NSCocoaErrorDomain", 512, "D"},
+               "Couldn't create the file.",
+               "The folder may be read-only or unavailable.\n\nTechnical details:\nD"},
+           Row{{"NSPOSIXErrorDomain", 513, "D\nE"},
+               "Couldn't create the file.",
+               "The folder may be read-only or unavailable.\n\nTechnical details:\nD\nE"},
+       }) {
+    platform.files.refusals = {{"first", 1, "dropped"}, row.error};
+    EXPECT_EQ(FileCreator::createFile(notes(), folder, "a"), std::nullopt);
+    EXPECT_EQ(platform.systemLog.takeLines(),
+              std::vector<std::string>{"[SprigFinder] FileCreator error: " + row.error.description});
+    platform.mainQueue.runPending();
+    EXPECT_EQ(platform.application.shown.back().messageText, row.title);
+    EXPECT_EQ(platform.application.shown.back().informativeText, row.text);
+  }
+  EXPECT_TRUE(platform.workspace.revealed.empty());
+}
+
+TEST_F(Creator, WritesDirectlyWhereAnAtomicWriteIsRefused) {
+  platform.files.refusals = {{"first", 1, "dropped"}};
+  EXPECT_TRUE(FileCreator::createFile(notes(), folder, "a"));
+  EXPECT_EQ(contentOf("a.md"), "# a in Projects\n");
+  platform.mainQueue.runPending();
+  EXPECT_TRUE(platform.application.shown.empty());
+  const std::string longest(255, 'x');
+  EXPECT_TRUE(FileCreator::createFile(notes(), folder, longest.substr(3) + ".md"));
+  EXPECT_EQ(contentOf(longest.substr(3) + ".md"), "# " + longest.substr(3) + " in Projects\n");
+}
+
+TEST_F(Creator, LosesNothingWhicheverSystemCallFails) {
+  const auto mine = platform.makeFile("Projects/a.md", "mine");
+  for (const int code : {ENOSPC, EACCES, EIO, EINTR}) {
+    for (int failing = 1;; ++failing) {
+      platform.calls->failCall(failing, code);
+      const auto created = FileCreator::createFile(notes(), folder, "a");
+      const bool tripped = platform.calls->made >= failing;
+      platform.mainQueue.runPending();
+      EXPECT_EQ(platform.contentOf(mine), "mine");
+      EXPECT_EQ(platform.entriesOf(folder).size(), created ? 2U : 1U) << "a temporary file, or a partial one";
+      EXPECT_EQ(platform.application.shown.size(), created ? 0U : 1U);
+      if (created) {
+        EXPECT_EQ(platform.contentOf(*created), "# a in Projects\n");
+        unlink(created->path().c_str());
+      }
+      platform.application.shown.clear();
+      if (!tripped) break;
+    }
+  }
+}
+
+TEST_F(Creator, NeverLeavesTheFolder) {
+  const auto outside = platform.makeFile("outside.md", "mine");
+  for (const char* name : {"../outside.md", "a/b.md", "..", ".", "/etc/x.md"}) {
+    EXPECT_EQ(FileCreator::createFile(notes(), folder, name), std::nullopt) << name;
+    platform.mainQueue.runPending();
+    const auto& alert = platform.application.shown.back();
+    EXPECT_EQ(alert.messageText, "Couldn't create the file.");
+    EXPECT_NE(alert.informativeText.find(std::string("Can't create a file named \"") + name),
+              std::string::npos)
+        << alert.informativeText;
+  }
+  EXPECT_EQ(platform.contentOf(outside), "mine");
+  EXPECT_EQ(platform.entriesOf(folder), std::vector<std::string>{});
+  EXPECT_EQ(platform.application.shown.size(), 5U);
+}
+
+TEST_F(Creator, RefusesTextThatIsNotUnicode) {
+  const auto strange = platform.makeFolder("strange \xFF");
+  EXPECT_EQ(FileCreator::createFile(notes(), strange, "a.md"), std::nullopt);
+  EXPECT_TRUE(platform.systemLog.lines().empty());
+  platform.mainQueue.runPending();
+  EXPECT_EQ(platform.application.shown.back().messageText, "Encoding error");
+  EXPECT_EQ(platform.application.shown.back().informativeText, "Unable to encode template content.");
+  auto plain = notes();
+  plain.content = "no placeholder";
+  EXPECT_TRUE(FileCreator::createFile(plain, strange, "a.md"));
+}
+
+TEST_F(Creator, ShowsAnAlertThatCanOnlyBeClosed) {
+  FileCreator::showErrorDialog("Title", "Details");
+  EXPECT_TRUE(platform.application.shown.empty()) << "later, also on the main thread";
+  platform.mainQueue.runPending();
+  const auto& alert = platform.application.shown.back();
+  EXPECT_EQ(alert.messageText, "Title");
+  EXPECT_EQ(alert.informativeText, "Details");
+  EXPECT_EQ(alert.style, platform::AlertStyle::warning);
+  ASSERT_EQ(alert.buttons.size(), 1U);
+  EXPECT_EQ(alert.buttons[0].title, "Close");
+  EXPECT_EQ(platform.application.activations, std::vector<std::string>{"activateIgnoringOtherApps"});
+}
+
+TEST(Base64, SkipsStrangersAndRefusesBrokenGroups) {
+  struct Row {
+    const char* text;
+    std::optional<std::string> bytes;
+  };
+  for (const auto& row :
+       {Row{"", ""}, Row{"Zg==", "f"}, Row{"Zm8=", "fo"}, Row{"Zm9v", "foo"}, Row{"Zm9vYg==", "foob"},
+        Row{" Z m\n9\tv ", "foo"}, Row{"Zm9v!-_", "foo"}, Row{"+/+/", "\xFB\xFF\xBF"}, Row{"Z", std::nullopt},
+        Row{"Zg", std::nullopt}, Row{"Zg=", std::nullopt}, Row{"Zm8", std::nullopt},
+        Row{"Zg===", std::nullopt}, Row{"Zm9v=", std::nullopt}, Row{"Zg==Zg==", std::nullopt},
+        Row{"=", std::nullopt}, Row{"Z===", std::nullopt}}) {
+    EXPECT_EQ(decodeBase64(row.text), row.bytes) << row.text;
+  }
+}
+
+}  // namespace
+}  // namespace sprig

@@ -1,0 +1,65 @@
+#include "engine/Placeholders.h"
+
+#include <gtest/gtest.h>
+
+#include "support/TestPlatform.h"
+
+namespace sprig {
+namespace {
+
+TEST(Placeholders, AreReplacedInTheirTwoSpellingsAndNoOther) {
+  PlaceholderValues values;
+  values.set("name", "N");
+  values.set("date", "{{name}}");
+  values.set("empty", "");
+  struct Row {
+    const char* text;
+    const char* expected;
+  };
+  for (const auto& row : {
+           Row{"", ""},
+           Row{"plain", "plain"},
+           Row{"{{name}}", "N"},
+           Row{"{{ name }}", "N"},
+           Row{"a{{name}}b{{ name }}c", "aNbNc"},
+           Row{"{{empty}}", ""},
+           Row{"{{Name}} {{name }} {{ name}} {{  name  }} {name} {{title}} {{nam}} {{names}} {{}} {{ }}",
+               "{{Name}} {{name }} {{ name}} {{  name  }} {name} {{title}} {{nam}} {{names}} {{}} {{ }}"},
+           Row{"{{{name}}}", "{N}"},
+           Row{"{{{{name}}}}", "{{N}}"},
+           Row{"{{ {{name}} }}", "{{ N }}"},
+           Row{"{{name", "{{name"},
+           Row{"{{name}", "{{name}"},
+           Row{"{", "{"},
+           Row{"{{", "{{"},
+           Row{"{{ ", "{{ "},
+           // A value is not searched again, nor joined with its surroundings.
+           Row{"{{date}}", "{{name}}"},
+           Row{"{{empty}}{name}}", "{name}}"},
+           Row{"{{{empty}}{name}}", "{{name}}"},
+           Row{"grüße {{name}} \xFF", "grüße N \xFF"},
+       }) {
+    EXPECT_EQ(substitutePlaceholders(row.text, values), row.expected) << row.text;
+  }
+}
+
+TEST(Placeholders, TakeTheirValuesFromOneInstantAndTheSurroundings) {
+  test::TestPlatform platform;
+  const auto render = [](std::optional<std::string> folder, std::optional<std::string> project,
+                         platform::Instant date) {
+    return substitutePlaceholders(
+        "{{date}}|{{time}}|{{datetime}}|{{year}}|{{month}}|{{day}}|{{project}}|{{folder}}|{{author}}",
+        makePlaceholderValues(folder, project, date));
+  };
+  const auto march = test::TestClock::at(2026, 3, 7, 0, 0, 0);
+  EXPECT_EQ(render("src", "app", march), "2026-03-07|00:00:00|2026-03-07 00:00:00|2026|03|07|app|src|jdoe");
+  EXPECT_EQ(render("src", {}, test::TestClock::at(1987, 11, 16, 9, 5, 2)),
+            "1987-11-16|09:05:02|1987-11-16 09:05:02|1987|11|16|src|src|jdoe");
+  platform.process.variables["USER"] = "";
+  EXPECT_EQ(render({}, " x ", march), "2026-03-07|00:00:00|2026-03-07 00:00:00|2026|03|07| x ||");
+  platform.process.variables.clear();
+  EXPECT_EQ(render({}, {}, march), "2026-03-07|00:00:00|2026-03-07 00:00:00|2026|03|07|||Jane Doe");
+}
+
+}  // namespace
+}  // namespace sprig

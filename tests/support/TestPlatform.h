@@ -1,0 +1,226 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/Platform.h"
+#include "ports/linux/LinuxFileSystem.h"
+#include "support/FailingFileSystem.h"
+#include "support/FaultyCalls.h"
+#include "support/TemporaryFolder.h"
+
+namespace sprig::test {
+
+/// Real files, with the homes and containers that a test gives.
+class TestFileSystem : public ports::LinuxFileSystem {
+ public:
+  TestFileSystem(const platform::FileURL& root, std::shared_ptr<ports::SystemCalls> systemCalls)
+      : LinuxFileSystem(std::move(systemCalls)),
+        home(root.appendingPath("home")),
+        ownHome(root.appendingPath("own")) {}
+
+  platform::FileURL home;
+  platform::FileURL ownHome;
+  std::optional<platform::FileURL> container;
+  /// The errors of the next writes of whole files, in order; further writes are carried out.
+  std::deque<platform::Error> refusals;
+  /// Which entries every folder has, where a test would have to make too many.
+  std::function<bool(std::string_view)> imaginedEntries;
+
+  std::unique_ptr<platform::Folder> openFolder(const platform::FileURL& location) const override;
+  std::optional<platform::Error> writeData(std::string_view data, const platform::FileURL& location,
+                                           platform::WriteOption option) override;
+  platform::FileURL homeDirectory() const override { return home; }
+  platform::FileURL homeDirectoryForCurrentUser() const override { return ownHome; }
+  std::optional<platform::FileURL> containerURL(std::string_view identifier) const override {
+    return identifier == "sprig" ? container : std::nullopt;
+  }
+};
+
+class TestUserDatabase : public platform::UserDatabase {
+ public:
+  std::optional<platform::FileURL> home;
+  std::string fullName = "Jane Doe";
+  std::optional<platform::FileURL> homeDirectory() const override { return home; }
+  std::string fullUserName() const override { return fullName; }
+};
+
+class TestProcessInfo : public platform::ProcessInfo {
+ public:
+  std::map<std::string, std::string, std::less<>> variables{{"USER", "jdoe"}};
+  platform::OperatingSystemVersion version{14, 0, 0};
+  std::optional<std::string> environment(std::string_view variable) const override;
+  platform::OperatingSystemVersion operatingSystemVersion() const override { return version; }
+};
+
+/// Stands still until a test turns it. Its calendar is UTC.
+class TestClock : public platform::Clock {
+ public:
+  platform::Instant instant = at(2026, 11, 16, 9, 5, 2);
+  static platform::Instant at(int year, unsigned month, unsigned day, int hour, int minute, int second);
+  platform::Instant now() const override { return instant; }
+  platform::DateComponents components(platform::Instant instant) const override;
+};
+
+class RecordingSystemLog : public platform::SystemLog {
+ public:
+  void log(std::string_view line) override;
+  std::vector<std::string> lines() const;
+  /// Hands over what was written since the last call.
+  std::vector<std::string> takeLines();
+
+ private:
+  mutable std::mutex lock;
+  std::vector<std::string> recorded;  // guarded by lock
+};
+
+/// Runs work when a test says so, on the thread that made it.
+class TestMainQueue : public platform::MainQueue {
+ public:
+  bool isMainThread() const override { return std::this_thread::get_id() == mainThread; }
+  void async(Work work) override;
+  void sync(Work work) override;
+  void runPending();
+  /// Waits for work up to ten seconds and runs it; false when none came.
+  bool waitAndRun();
+
+ private:
+  const std::thread::id mainThread = std::this_thread::get_id();
+  std::mutex lock;
+  std::condition_variable changed;
+  std::deque<Work> pending;  // guarded by lock
+};
+
+/// Sources whose events a test makes, delivered at once on its own thread.
+class ManualFileChanges : public platform::FileChangeSources {
+ public:
+  std::unique_ptr<platform::FileChangeSource> makeFileSystemObjectSource(
+      const platform::FileURL& location, platform::FileEvents events) override;
+  /// Delivers an event to every live source of `location` that wants it; how many did.
+  int fire(const platform::FileURL& location, platform::FileEvents event);
+  /// Sources that are resumed and not cancelled.
+  int liveSources(const platform::FileURL& location) const;
+
+ private:
+  class Source;
+  std::set<Source*> sources;
+};
+
+class TestVolumes : public platform::Volumes {
+ public:
+  std::optional<std::vector<platform::FileURL>> volumes = std::vector<platform::FileURL>{};
+  std::optional<std::vector<platform::FileURL>> mountedVolumeURLs() const override { return volumes; }
+};
+
+class RecordingWorkspace : public platform::Workspace {
+ public:
+  std::vector<platform::FileURL> revealed;
+  std::vector<std::string> opened;
+  void activateFileViewerSelecting(const std::vector<platform::FileURL>& files) override;
+  bool open(const std::string& url) override;
+};
+
+/// Has every symbol but the missing ones.
+class TestSymbolImages : public platform::SymbolImages {
+ public:
+  std::set<std::string> missing;
+  bool refusesConfiguration = false;
+  std::optional<platform::Image> systemSymbol(const std::string& symbolName,
+                                              const std::string& accessibilityDescription) const override;
+  std::optional<platform::Image> configured(
+      const platform::Image& image, const platform::SymbolConfiguration& configuration) const override;
+};
+
+/// Plays the user in modal sessions.
+class ScriptedApplication : public platform::Application {
+ public:
+  explicit ScriptedApplication(TestMainQueue& mainQueue) : queue(mainQueue) {}
+
+  /// What the user does with an alert; by default nothing, as where nothing can be shown.
+  std::function<void(platform::Alert&)> user = [](platform::Alert&) {};
+  /// The alerts shown, as they were when the user saw them.
+  std::vector<platform::Alert> shown;
+  /// How the program was activated, in order.
+  std::vector<std::string> activations;
+  std::optional<platform::ActivationPolicy> policy;
+
+  void setActivationPolicy(platform::ActivationPolicy newPolicy) override { policy = newPolicy; }
+  void activate() override { activations.emplace_back("activate"); }
+  void activateIgnoringOtherApps() override { activations.emplace_back("activateIgnoringOtherApps"); }
+  int runModal(platform::Alert& alert) override;
+  void stopModal(int code) override;
+
+  /// What a port does when the user types a name and presses a button, presses it, or closes the window.
+  static void type(platform::Alert& alert, const std::string& text);
+  void press(platform::Alert& alert, const std::string& keyEquivalent);
+  static void close(platform::Alert& alert) { alert.window->delegate->windowWillClose(); }
+
+ private:
+  /// A modal session: its code once it has ended.
+  using Session = std::optional<int>;
+
+  TestMainQueue& queue;
+  std::vector<Session*> sessions;  // the innermost last
+};
+
+class TestFinderSyncController : public platform::FIFinderSyncController {
+ public:
+  std::set<platform::FileURL> served;
+  std::optional<platform::FileURL> targeted;
+  std::optional<std::vector<platform::FileURL>> selected;
+  void setDirectoryURLs(const std::set<platform::FileURL>& folders) override { served = folders; }
+  std::optional<platform::FileURL> targetedURL() const override { return targeted; }
+  std::optional<std::vector<platform::FileURL>> selectedItemURLs() const override { return selected; }
+};
+
+/// The tests' own port, in force while it lives: everything is recorded or scripted, but for files, which are
+/// real and stand in a folder that goes with it.
+class TestPlatform {
+ public:
+  TestPlatform();
+
+  TemporaryFolder folder;
+  /// The system calls behind `files`; fail where a test says so.
+  std::shared_ptr<FaultyCalls> calls = std::make_shared<FaultyCalls>();
+  TestFileSystem files{folder.url(), calls};
+  /// What the product sees of `files`; fails where a test says so.
+  FailingFileSystem faultyFiles{files};
+  TestUserDatabase users;
+  TestProcessInfo process;
+  TestClock clock;
+  RecordingSystemLog systemLog;
+  TestMainQueue mainQueue;
+  ManualFileChanges fileChanges;
+  TestVolumes volumes;
+  RecordingWorkspace workspace;
+  TestSymbolImages images;
+  ScriptedApplication application{mainQueue};
+  TestFinderSyncController controller;
+
+  /// A folder of that name in the temporary one, made if need be.
+  platform::FileURL makeFolder(const std::string& name);
+  platform::FileURL makeFile(const std::string& name, const std::string& content = "");
+  /// Absent: no such file.
+  std::optional<std::string> contentOf(const platform::FileURL& file) const;
+  /// The names in a folder, sorted.
+  std::vector<std::string> entriesOf(const platform::FileURL& location) const;
+  /// Writes the configuration document in force from the next load on.
+  platform::FileURL writeConfig(const std::string& document);
+  /// The messages logged since the last call, without the prefix.
+  std::vector<std::string> takeLog();
+
+ private:
+  platform::Platform services{faultyFiles, users,   process,   clock,  systemLog,   mainQueue,
+                              fileChanges, volumes, workspace, images, application, controller};
+  platform::PlatformScope scope{services};
+};
+
+}  // namespace sprig::test
