@@ -1,0 +1,151 @@
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <string>
+
+#include "contract/Process.h"
+#include "ports/linux/Descriptor.h"
+#include "ports/linux/LinuxFileSystem.h"
+#include "ports/linux/LinuxProcessInfo.h"
+#include "ports/linux/LinuxSystemLog.h"
+#include "ports/linux/LinuxUserDatabase.h"
+#include "support/TemporaryFolder.h"
+
+namespace sprig::test {
+namespace {
+
+using Text = std::optional<std::string>;
+
+TEST(LinuxFolders, AreTheOnesOfTheEnvironmentUnlessRelative) {
+  const std::string recorded = ports::LinuxUserDatabase().homeDirectory().value().path();
+  struct Row {
+    Text home, data, config;
+    std::string homeFolder, ownHome, container;
+  };
+  const Row rows[] = {
+      {"/h", {}, {}, "/h", "/h/.local/share/sprig", "/h/.config/sprig"},
+      {"/h", "/d/", "/c", "/h", "/d/sprig", "/c/sprig"},
+      {"/h", "d", "./c", "/h", "/h/.local/share/sprig", "/h/.config/sprig"},
+      {"/h", "", "", "/h", "/h/.local/share/sprig", "/h/.config/sprig"},
+      {"relative", {}, {}, recorded, recorded + "/.local/share/sprig", recorded + "/.config/sprig"},
+      {{}, {}, {}, recorded, recorded + "/.local/share/sprig", recorded + "/.config/sprig"}};
+  const ports::LinuxFileSystem files;
+  for (const auto& row : rows) {
+    const ScopedVariable home("HOME", row.home);
+    const ScopedVariable data("XDG_DATA_HOME", row.data);
+    const ScopedVariable config("XDG_CONFIG_HOME", row.config);
+    EXPECT_EQ(files.homeDirectory().path(), row.homeFolder);
+    EXPECT_EQ(files.homeDirectoryForCurrentUser().path(), row.ownHome);
+    EXPECT_EQ(files.containerURL("sprig").value().path(), row.container);
+    EXPECT_FALSE(files.containerURL("../sprig"));
+  }
+}
+
+TEST(LinuxProcessInfo, TellsEmptyVariablesFromMissingOnes) {
+  const ScopedVariable empty("SPRIG_EMPTY", "");
+  const ScopedVariable missing("SPRIG_MISSING", std::nullopt);
+  const ports::LinuxProcessInfo process;
+  EXPECT_EQ(process.environment("SPRIG_EMPTY"), "");
+  EXPECT_EQ(process.environment("SPRIG_MISSING"), std::nullopt);
+  // Only the part that the view covers is the name.
+  EXPECT_EQ(process.environment(std::string_view("SPRIG_EMPTY2", 11)), "");
+}
+
+TEST(LinuxUserDatabase, TakesTheNameFromTheCommentAndNeedsAHome) {
+  struct Row {
+    const char* login;
+    const char* comment;
+    const char* home;
+    Text fullName;
+  };
+  for (const Row& row :
+       {Row{"jdoe", "Jane Doe,Room 1,555", "/home/jdoe", "Jane Doe"},
+        Row{"jdoe", "Jane Doe", "/home/jdoe/", "Jane Doe"}, Row{"jdoe", "", "/", "jdoe"},
+        Row{"jdoe", ",,,", "/", "jdoe"}, Row{"jdoe", nullptr, "/", "jdoe"}, Row{"jdoe", "Jane Doe", "", {}},
+        Row{"jdoe", "Jane Doe", nullptr, {}}, Row{"jdoe", "Jane Doe", "home/jdoe", {}}}) {
+    passwd record = {};
+    record.pw_name = const_cast<char*>(row.login);
+    record.pw_gecos = const_cast<char*>(row.comment);
+    record.pw_dir = const_cast<char*>(row.home);
+    const auto entry = ports::LinuxUserDatabase::entry(record);
+    EXPECT_EQ(entry ? Text(entry->fullName) : Text(), row.fullName);
+  }
+}
+
+TEST(LinuxUserDatabase, AsksForTheRealUserWhateverTheEnvironmentSays) {
+  const ScopedVariable home("HOME", "/elsewhere");
+  const ScopedVariable user("USER", "somebody");
+  const passwd* record = ::getpwuid(::getuid());
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(ports::LinuxUserDatabase().homeDirectory().value().path(), record->pw_dir);
+  EXPECT_FALSE(ports::LinuxUserDatabase().fullUserName().empty());
+}
+
+/// A log daemon's socket in a temporary folder.
+class Daemon {
+ public:
+  Daemon() {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, path().c_str(), sizeof address.sun_path - 1);
+    EXPECT_EQ(::bind(socket.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  }
+  std::string path() const { return (folder / "log").path(); }
+  std::string receive() const {
+    std::array<char, 4096> buffer;
+    const auto size = ::recv(socket.get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
+    return size < 0 ? "(none)" : std::string(buffer.data(), static_cast<std::size_t>(size));
+  }
+
+ private:
+  TemporaryFolder folder;
+  ports::Descriptor socket{::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0)};
+};
+
+/// What is written to standard error while `work` runs.
+std::string standardErrorOf(const std::function<void()>& work) {
+  const TemporaryFolder folder;
+  const auto file = folder / "stderr";
+  const ports::Descriptor kept(::dup(STDERR_FILENO));
+  EXPECT_NE(std::freopen(file.path().c_str(), "w", stderr), nullptr);
+  work();
+  ::dup2(kept.get(), STDERR_FILENO);
+  return readFile(file);
+}
+
+TEST(LinuxSystemLog, PassesLinesUnchangedToTheDaemonOrTheFallback) {
+  const std::string pid = std::to_string(::getpid());
+  for (const std::string line : {"100% %s %n %@", "two\nlines", "", "caf\xc3\xa9"}) {
+    const Daemon daemon;
+    ports::LinuxSystemLog log("sprig-test", ports::SystemLogFallback::standardError, daemon.path());
+    EXPECT_EQ(standardErrorOf([&] { log.log(line); }), "");
+    const auto datagram = daemon.receive();
+    EXPECT_TRUE(datagram.starts_with("<13>")) << datagram;
+    EXPECT_TRUE(datagram.ends_with(" sprig-test[" + pid + "]: " + line)) << datagram;
+
+    ports::LinuxSystemLog loud("x", ports::SystemLogFallback::standardError, "/nowhere/log");
+    EXPECT_EQ(standardErrorOf([&] { loud.log(line); }), line + "\n");
+    ports::LinuxSystemLog quiet("x", ports::SystemLogFallback::none, "/nowhere/log");
+    EXPECT_EQ(standardErrorOf([&] { quiet.log(line); }), "");
+  }
+}
+
+TEST(LinuxSystemLog, NeverWaitsForADaemonThatDoesNotRead) {
+  const Daemon daemon;
+  ports::LinuxSystemLog log("sprig-test", ports::SystemLogFallback::standardError, daemon.path());
+  const auto descriptors = openDescriptors();
+  const auto overflow = standardErrorOf([&] {
+    for (int line = 0; line < 3000; ++line) log.log(std::to_string(line));
+  });
+  EXPECT_TRUE(overflow.ends_with("\n2999\n"));
+  EXPECT_EQ(openDescriptors(), descriptors);
+}
+
+}  // namespace
+}  // namespace sprig::test

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace sprig::test {
+
+/// How many descriptors the process has open.
+std::size_t openDescriptors();
+
+/// What `question` answers in a process without special rights: a child that drops them, or here and now when
+/// the tests run as an ordinary user. Requires: no other threads.
+bool asOrdinaryUser(const std::function<bool()>& question);
+
+/// The file mode creation mask, for a scope.
+class ScopedUmask {
+ public:
+  explicit ScopedUmask(mode_t mask);
+  ~ScopedUmask();
+  ScopedUmask(const ScopedUmask&) = delete;
+  ScopedUmask& operator=(const ScopedUmask&) = delete;
+
+ private:
+  mode_t previous;
+};
+
+/// An environment variable, for a scope; an absent value removes it. Requires: no other threads.
+class ScopedVariable {
+ public:
+  ScopedVariable(std::string variableName, const std::optional<std::string>& value);
+  ~ScopedVariable();
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+ private:
+  std::string name;
+  std::optional<std::string> previous;
+};
+
+}  // namespace sprig::test
