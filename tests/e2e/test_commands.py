@@ -1,0 +1,221 @@
+"""The commands for scripts and for the configuration."""
+
+import json
+import os
+import subprocess
+import time
+
+import pytest
+
+from conftest import template
+
+
+def titles(items):
+    return [item.get("title", "---") for item in items]
+
+
+def test_list_shows_people_names_and_ids_with_sections_as_headings(home):
+    home.configure(template("Report"), template("Budget", category="finance"), maxVisibleTemplates=1)
+    assert home.run("list").stdout == ("Report      report\n"
+                                       "More Templates\n"
+                                       "  Finance & Operations\n"
+                                       "    Budget  budget\n")
+
+
+def test_list_shows_programs_the_whole_menu(home):
+    home.configure(template("Report"), template("Budget", category="finance", icon="sum"), maxVisibleTemplates=1)
+    menu = json.loads(home.run("list", "--json", "..").stdout)
+    assert menu["folder"] == str(home.path)
+    report, _, more, rule, settings = menu["items"]
+    assert report == {"title": "Report", "id": "report", "enabled": True, "icon": "doc"}
+    assert rule == {"separator": True}
+    assert (settings["title"], more["title"]) == ("Sprig Settings…", "More Templates")
+    assert more["items"][0]["items"] == [{"title": "Budget", "id": "budget", "enabled": True, "icon": "sum"}]
+
+
+def test_list_and_the_menu_say_that_menus_are_switched_off(home):
+    home.configure(template("Report"), showInFinder=False)
+    result = home.run("list", "--json")
+    assert (result.returncode, json.loads(result.stdout)["items"]) == (0, [])
+    assert "switched off" in result.stderr
+    assert home.run().returncode == 3
+
+
+@pytest.mark.parametrize("arguments, made, content", [
+    (["Report"], "Report.txt", "Report in demo\n"),
+    (["report", "Final"], "Final.txt", "Report in demo\n"),  # by its id
+    (["Report", "v1.5"], "v1.5", "Report in demo\n"),
+    (["Report", "--in", "sub dir"], "sub dir/Report.txt", "Report in sub dir\n"),
+    (["--in=sub dir", "Report", "x"], "sub dir/x.txt", "Report in sub dir\n"),
+    (["Report", "--", "--in"], "--in.txt", "Report in demo\n"),
+    (["Report", "--", "-v"], "-v.txt", "Report in demo\n"),
+    (["--", "-dash-"], "-dash-.txt", "-dash- in demo\n"),
+    (["list"], "list.txt", "list in demo\n"),
+    (["Report", "list"], "list.txt", "Report in demo\n"),
+    (["Report", "[a,b]"], "[a,b].txt", "Report in demo\n"),
+    (["Report", ""], "Report.txt", "Report in demo\n"),
+    (["Asks"], "Asks.txt", "Asks in demo\n"),
+    (["Off"], "Off.txt", "Off in demo\n"),
+    (["Report", "two\nlines"], "two\nlines.txt", "Report in demo\n"),
+])
+def test_new_creates_a_file_without_questions(home, arguments, made, content):
+    (home.demo / "sub dir").mkdir()
+    home.configure(template("Report"), template("-dash-"), template("list"), template("Asks", requiresInput=True),
+                   template("Off", enabled=False))
+    result = home.run("new", *arguments)
+    assert (result.returncode, result.stdout, result.stderr) == (0, f"{home.demo}/{made}\n", "")
+    assert (home.demo / made).read_text() == content
+
+
+def test_an_editor_gets_the_path_of_the_new_file(home):
+    script = 'cat "$(sprig new "Meeting Notes" "Kick-off")"'
+    result = subprocess.run(["sh", "-c", script], cwd=home.demo, env=home.env({}), text=True, capture_output=True)
+    assert result.stdout.startswith("# Meeting Notes — 20")
+
+
+@pytest.mark.parametrize("arguments, complaint", [
+    (["new", "Meetin Notes"], "no template is called “Meetin Notes”. Did you mean “Meeting Notes”?"),
+    (["new", "python"], "Did you mean “Python Script”?"),
+    (["new", "Nothing like it at all"], 'at all”. "sprig list" shows them all.'),
+    (["new"], "which template?"),
+    (["new", "a", "b", "c"], "don't know what to do with “c”"),
+    (["new", "a", "--in"], "--in"),
+    (["new", "a", "--in", ""], "--in needs a folder"),
+    (["nowhere"], "there is no file or folder “nowhere”"),
+    (["-weird"], "unknown option “-weird”"),
+    (["--bad"], "unknown option “--bad”"),
+    ([""], "an argument is empty"),
+    (["file", "nowhere"], "there is no file or folder “nowhere”"),
+    (["list", "file"], "“file” is not a folder"),
+    (["list", "--json", "--titles"], "exclude each other"),
+    (["detect", "nowhere"], "there is no file or folder"),
+    (["config"], "config needs one of: path, init, check"),
+    (["config", "destroy"], "config needs one of"),
+    (["config", "path", "file"], "don't know what to do with “file”"),
+])
+def test_wrong_use_is_explained(home, arguments, complaint):
+    (home.demo / "file").touch()
+    result = home.run(*arguments)
+    assert (result.returncode, result.stdout) == (2, "")
+    assert result.stderr.startswith("sprig: ") and complaint in result.stderr
+    assert os.listdir(home.demo) == ["file"]
+
+
+def test_a_folder_without_permission_is_explained(home):
+    home.demo.chmod(0o555)
+    result = home.run_as_ordinary_user("new", "Plain Text")
+    assert (result.returncode, result.stdout) == (3, "")
+    assert result.stderr.startswith("sprig: Permission Denied\n"
+                                    "  You don't have permission to write files in this directory.\n"
+                                    "\n"
+                                    "  Technical details:\n")
+    assert f"{home.demo}/Untitled.txt" in result.stderr
+
+
+@pytest.mark.parametrize("arguments", [["--in", "nowhere"], ["a/b"], ["--in", "file"], ["x" * 300]])
+def test_a_file_that_cannot_be_created_is_explained(home, arguments):
+    (home.demo / "file").touch()
+    result = home.run("new", "Plain Text", *arguments)
+    assert (result.returncode, result.stdout) == (3, "")
+    assert result.stderr.startswith("sprig: Couldn't create the file.\n  The folder may be read-only or unavailable.")
+    assert os.listdir(home.demo) == ["file"]
+
+
+def test_a_current_folder_that_is_gone_is_explained(home):
+    script = 'mkdir gone && cd gone && rmdir ../gone && for command in list "new builtin-json" ""; do "$0" $command; echo $?; done'
+    result = subprocess.run(["sh", "-c", script, home.program], cwd=home.demo, env=home.env({}), text=True,
+                            capture_output=True, stdin=subprocess.DEVNULL)
+    assert (result.stderr, result.stdout) == ("sprig: the current folder is gone\n" * 3, "3\n" * 3)
+
+
+def test_detect_names_project_types_in_order(home):
+    (home.demo / "package.json").touch()
+    (home.demo / "src").mkdir()
+    (home.demo / "src/Dockerfile").mkdir()
+    assert home.run("detect", "src").stdout == "devops\ndocker\njavascript\nnode\n"
+    result = home.run("detect", str(home.path))
+    assert (result.returncode, result.stdout) == (0, "")
+
+
+def test_init_writes_a_first_configuration_and_never_over_one(home):
+    assert "sprig config init" in home.run("config", "path").stderr
+    assert home.run("config", "check").stdout.endswith("built-in templates are used: 11 templates\n")
+    before = home.run("list", "--json").stdout
+    first = home.run("config", "init")
+    assert (first.returncode, first.stdout) == (0, f"{home.config}\n")
+    document = home.config.read_text()
+    assert home.run("list", "--json").stdout == before
+    second = home.run("config", "init")
+    assert (second.returncode, second.stdout) == (3, "") and "exists already" in second.stderr
+    assert home.config.read_text() == document
+    assert home.run("config", "path").stdout == f"{home.config}\n"
+    assert home.run("config", "check").stdout == f"{home.config}: 11 templates\n"
+
+
+@pytest.mark.parametrize("place", ["dangling", "other"])
+def test_init_respects_what_is_there_in_another_form(home, place):
+    home.config.parent.mkdir(parents=True)
+    if place == "dangling":
+        home.config.symlink_to("nowhere")
+    else:
+        other = home.path / "Library/Application Support/Kestrel/Sprig/config.json"
+        other.parent.mkdir(parents=True)
+        other.write_text("{}")
+    result = home.run("config", "init")
+    assert (result.returncode, result.stdout) == (3, "")
+    assert str(home.config if place == "dangling" else other) in result.stderr
+    assert not home.config.exists() and not (home.config.parent / "nowhere").exists()
+
+
+@pytest.mark.parametrize("document, complaint", [
+    ('{"version": 1, "settings": {}, "templates": [7]}', "config.json: templates[0]: expected an object, found a number\n"),
+    ('{\n\t"vérsion": x}', 'config.json: line 2, column 13: syntax error at "x"\n   "vérsion": x}\n              ^\n'),
+    ('{"' + "a" * 500 + '" 1}', "…" + "a" * 35 + '" 1}\n' + " " * 40 + "^\n"),
+    ("", "config.json: line 1, column 1: the document ends too early\n"),
+    ("\x1b[31m", 'column 1: syntax error at byte 0x1B\n  ^[[31m\n  ^\n'),
+])
+def test_check_says_what_is_wrong_and_where(home, document, complaint):
+    home.config.parent.mkdir(parents=True)
+    home.config.write_text(document)
+    result = home.run("config", "check", LANG="C.UTF-8")
+    assert (result.returncode, result.stdout) == (3, "")
+    assert complaint in result.stderr
+
+
+def test_check_counts_templates(home):
+    home.configure(template("A"), template("B", enabled=False), template("C"))
+    assert home.run("config", "check", os.path.relpath(home.config, home.demo)).stdout == (
+        "../.config/sprig/config.json: 3 templates, 1 of them disabled\n")
+    assert home.run("config", "check", "nowhere").returncode == 3
+    assert home.run("config", "check", ".").returncode == 3
+
+
+@pytest.mark.parametrize("command", [[], ["list"], ["new"], ["detect"], ["config"]])
+def test_help_fits_the_terminal_and_has_examples(home, command):
+    result = home.run(*command, "--help")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert max(map(len, result.stdout.splitlines())) <= 80
+    assert "Example" in result.stdout
+
+
+def test_what_cannot_be_printed_is_a_failure(home):
+    for command in ("list", "detect", "--version"):
+        result = subprocess.run(["sh", "-c", f'touch Gemfile; "$0" {command} >&-', home.program], cwd=home.demo,
+                                env=home.env({}), text=True, capture_output=True)
+        assert (result.returncode, result.stderr[:23]) == (3, "sprig: can't write to s"), command
+    full = subprocess.run(["sh", "-c", '"$0" new "Markdown Note" > /dev/full', home.program], cwd=home.demo,
+                          env=home.env({}), text=True, capture_output=True)
+    assert full.returncode == 3 and f"created {home.demo}/Untitled.md, but" in full.stderr
+
+
+def test_list_starts_at_once(home):
+    if "asan" in str(home.program) or "tsan" in str(home.program):
+        return
+    best = min(timed(lambda: home.run("list")) for _ in range(10))
+    assert best < 0.1  # about a hundredth of a second where nothing else runs
+
+
+def timed(action):
+    begin = time.perf_counter()
+    action()
+    return time.perf_counter() - begin

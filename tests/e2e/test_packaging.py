@@ -1,0 +1,77 @@
+"""What comes with the program: completions for shells, the manual page."""
+
+import re
+import subprocess
+
+import pytest
+
+from conftest import SOURCE, need, template
+
+COMPLETIONS = SOURCE / "packaging/completions"
+MANUAL = SOURCE / "packaging/man/sprig.1"
+HARD = "R&D \"plan\" of $HOME, `Ann's`"
+SHELLS = {
+    "bash": (["--norc", "--noprofile", "-i"], f"source {COMPLETIONS}/sprig.bash"),
+    "zsh": (["-f", "-i"], f"fpath=({COMPLETIONS} $fpath); autoload -Uz compinit; compinit -u -d $HOME/.zcompdump"),
+    "fish": (["--no-config", "-i"], f"source {COMPLETIONS}/sprig.fish"),
+}
+
+
+COMPLETED = {
+    "sprig new Meet": ["new", "Meeting Notes"],
+    "sprig new 'Meet": ["new", "Meeting Notes"],
+    "sprig new Meeting\\ N": ["new", "Meeting Notes"],
+    "sprig new R": ["new", HARD],
+    "sprig new \"R": ["new", HARD],
+    "sprig new 'R": ["new", HARD],
+    "sprig new Report --in fold": ["new", "Report", "--in", "folder of mine"],
+    "sprig conf": ["config"],
+    "sprig config ini": ["config", "init"],
+    "sprig config check conf": ["config", "check", "config file.json"],
+    "sprig list --js": ["list", "--json"],
+    "sprig detect fold": ["detect", "folder of mine"],
+    "sprig conte": ["contents.txt"],
+}
+
+
+def install_spy(home):
+    """A stand-in for the program that answers the completions, and else prints its arguments."""
+    (home.path / "bin").mkdir()
+    spy = home.path / "bin/sprig"
+    spy.write_text(f'#!/bin/sh\n[ "$*" = "list --titles" ] && exec "{home.program}" list --titles\n'
+                   'for argument; do echo "<$argument>"; done; echo done.\n')
+    spy.chmod(0o755)
+    return f"{spy.parent}:{home.environment['PATH']}"
+
+
+@pytest.mark.parametrize("shell", SHELLS)
+def test_tab_completes(home, shell):
+    home.configure(template("Meeting Notes"), template(HARD), template("Other"))
+    (home.demo / "folder of mine").mkdir()
+    (home.demo / "contents.txt").touch()
+    (home.demo / "config file.json").touch()
+    options, setup = SHELLS[shell]
+    child = home.spawn(need(shell, shell), *options, PATH=install_spy(home), PS1="ready$ ")
+    child.delaybeforesend = None
+    child.sendline(f'{setup}; cd {home.demo}; echo "set"-up')
+    child.expect_exact("set-up")
+    made = {}
+    for typed in COMPLETED:
+        child.send(typed + "\t")
+        child.send("\r")
+        child.expect_exact("done.")
+        made[typed] = [found.rstrip("/") for found in re.findall("<([^>]*)>", child.before)]
+    child.close(force=True)
+    assert made == COMPLETED
+
+
+def test_the_manual_page_is_well_formed_and_names_every_option_of_the_help(home):
+    lint = subprocess.run([need("mandoc", "mandoc"), "-T", "lint", "-W", "error", MANUAL], text=True,
+                          capture_output=True)
+    assert (lint.returncode, lint.stdout) == (0, "")
+    manual = subprocess.run(["mandoc", "-T", "utf8", MANUAL], text=True, capture_output=True).stdout
+    manual = re.sub(".\b", "", manual)
+    for command in ([], ["list"], ["new"], ["detect"], ["config"]):
+        help_text = home.run(*command, "--help").stdout
+        for option in set(re.findall(r"--[a-z]+", help_text)):
+            assert option in manual, option
