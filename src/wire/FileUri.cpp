@@ -1,0 +1,27 @@
+#include "wire/FileUri.h"
+
+#include <climits>
+
+#include "wire/Pointers.h"
+
+namespace sprig::wire {
+
+std::optional<std::string> pathFromUri(std::string_view uri) {
+  constexpr std::string_view localFile = "file:///";
+  if (uri.substr(0, localFile.size()) != localFile) return std::nullopt;
+  if (uri.find('\0') != std::string_view::npos) return std::nullopt;
+  const TextPointer path(g_filename_from_uri(std::string(uri).c_str(), nullptr, nullptr));
+  if (!path || *path != '/') return std::nullopt;
+  std::string result(path.get());
+  if (result.size() >= PATH_MAX) return std::nullopt;
+  return result;
+}
+
+std::optional<std::string> uriFromPath(std::string_view path) {
+  if (path.find('\0') != std::string_view::npos) return std::nullopt;
+  const TextPointer uri(g_filename_to_uri(std::string(path).c_str(), nullptr, nullptr));
+  if (!uri) return std::nullopt;
+  return std::string(uri.get());
+}
+
+}  // namespace sprig::wire

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+
+/// The interface between Sprig and file managers on the session bus; com.kestrel.Sprig.Extension1.xml says
+/// what its methods mean.
+namespace sprig::wire {
+
+inline constexpr const char* busName = "com.kestrel.Sprig.Extension";
+inline constexpr const char* objectPath = "/com/kestrel/Sprig/Extension";
+inline constexpr const char* interfaceName = "com.kestrel.Sprig.Extension1";
+
+/// What a menu is for.
+enum class Kind : std::uint32_t { items = 0, background = 1, sidebar = 2, toolbar = 3 };
+
+/// Keys of `platform_data`; both values are strings.
+inline constexpr const char* activationTokenKey = "activation-token";
+inline constexpr const char* parentWindowKey = "parent-window";
+
+}  // namespace sprig::wire
