@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tl/expected.hpp>
+#include <variant>
+#include <vector>
+
+/// What the extension and the process that draws its dialogs say to each other: one JSON object a line,
+/// commands down to the dialog's standard input, events up from its standard output. The end of either stream
+/// ends the dialog.
+///
+/// Threads: any. All text is UTF-8.
+namespace sprig::dialog {
+
+/// The key that presses a button wherever the keyboard is in the window.
+enum class ButtonKey { none, enter, escape };
+
+struct ButtonLook {
+  std::string title;
+  ButtonKey key = ButtonKey::none;
+};
+
+struct IconLook {
+  /// Names in the icon theme; the first one that it has is drawn.
+  std::vector<std::string> names;
+  /// Pixels, before the desktop's scale.
+  int size = 0;
+  /// What a screen reader says; empty for an icon that only decorates.
+  std::string description;
+};
+
+/// One line of text the user can edit.
+struct FieldLook {
+  std::string text;
+  /// Pixels, before the desktop's scale.
+  int width = 0;
+};
+
+/// A stretch of the field's text, in UTF-16 code units.
+struct Selection {
+  std::size_t location = 0;
+  std::size_t length = 0;
+};
+
+/// The first command: opens the window.
+struct Show {
+  std::string title;
+  std::string text;
+  std::optional<IconLook> icon;
+  /// It has the keyboard at first, with all of its text selected.
+  std::optional<FieldLook> field;
+  /// The most important one first.
+  std::vector<ButtonLook> buttons;
+  /// Stays above ordinary windows.
+  bool isFloating = false;
+  /// What lets the window take the focus; empty for none.
+  std::string activationToken;
+  /// The window this one belongs to, "x11:<hexadecimal id>" or "wayland:<exported handle>"; empty for none.
+  std::string parentWindow;
+};
+
+/// Changes the window.
+struct Change {
+  /// Absent: the field keeps its text.
+  std::optional<std::string> text;
+  /// Absent: the field keeps its selection.
+  std::optional<Selection> selection;
+  bool comesToFront = false;
+  /// As in `Show`, for coming to the front.
+  std::string activationToken;
+};
+
+/// Ends the dialog.
+struct Close {};
+
+using Command = std::variant<Show, Change, Close>;
+
+enum class EventKind {
+  /// The window is on the screen.
+  shown,
+  /// A button was pressed, by whatever means.
+  button,
+  /// Return was pressed in the field.
+  field,
+  /// The user wants the window closed. It stays until the dialog is told to close.
+  close,
+};
+
+struct Event {
+  EventKind kind = EventKind::shown;
+  /// Which of the buttons, for `button`.
+  std::size_t button = 0;
+  /// What stands in the field; empty without one.
+  std::string text;
+};
+
+/// One line, line break included. Requires: UTF-8.
+std::string encode(const Command& command);
+std::string encode(const Event& event);
+
+/// The message in a line (without its line break), or why it is none. Keys that are not known are ignored.
+tl::expected<Command, std::string> decodeCommand(std::string_view line);
+tl::expected<Event, std::string> decodeEvent(std::string_view line);
+
+}  // namespace sprig::dialog

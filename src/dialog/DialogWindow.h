@@ -1,0 +1,54 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "dialog/DialogMessages.h"
+
+namespace sprig::dialog {
+
+/// The window of an alert or a prompt. It draws what it is told and reports what the user does; it decides
+/// nothing, so that it stays as it is when a button is pressed.
+///
+/// Threads: main thread, after GTK was initialised.
+/// Ownership: the window on the screen lives as long as this.
+class DialogWindow {
+ public:
+  using Report = std::function<void(const Event&)>;
+
+  /// Shows the window.
+  DialogWindow(const Show& show, Report reportEvent);
+  ~DialogWindow();
+  DialogWindow(const DialogWindow&) = delete;
+  DialogWindow& operator=(const DialogWindow&) = delete;
+
+  void apply(const Change& change);
+
+ private:
+  void addContent(const Show& show);
+  GtkWidget* makeColumn(const Show& show);
+  GtkWidget* makeField(const FieldLook& look);
+  GtkWidget* makeButtons(const std::vector<ButtonLook>& looks);
+  GtkWidget* makeButton(const ButtonLook& look);
+  void describeForScreenReaders(const Show& show);
+  void closeOnEscape();
+  void pressOnEscape(std::size_t index);
+  void addShortcut(guint key, GtkShortcutFunc perform, void* data);
+  void open(const Show& show);
+  void report(EventKind kind, std::size_t button = 0);
+  std::size_t indexOf(const void* button) const;
+
+  const Report listener;
+  // All owned by the window.
+  GtkWindow* const window;
+  GtkWidget* heading = nullptr;
+  GtkWidget* details = nullptr;
+  GtkEntry* entry = nullptr;
+  std::vector<GtkWidget*> buttons;
+};
+
+}  // namespace sprig::dialog

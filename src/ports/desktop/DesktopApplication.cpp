@@ -1,0 +1,63 @@
+#include "ports/desktop/DesktopApplication.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace sprig::desktop {
+
+namespace {
+
+bool isQuestion(const platform::Alert& alert) { return alert.accessoryView != nullptr; }
+
+std::string onOneLine(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
+}
+
+}  // namespace
+
+std::string DesktopApplication::besideThisProgram() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "sprig-dialog";
+}
+
+void DesktopApplication::comeToFront(const std::string& activationToken) {
+  if (!sessions.empty()) sessions.back()->comeToFront(activationToken);
+}
+
+int DesktopApplication::runModal(platform::Alert& alert) {
+  DialogSession session(alert, program, click);
+  // A token is good for one window.
+  click.activationToken.clear();
+  sessions.push_back(&session);
+  run(session, alert);
+  sessions.pop_back();
+  return *session.code();
+}
+
+void DesktopApplication::stopModal(int code) {
+  if (!sessions.empty()) sessions.back()->stop(code);
+}
+
+/// Whatever happens in the window of an outer session waits until that one is the innermost again.
+void DesktopApplication::run(DialogSession& session, const platform::Alert& alert) {
+  while (!session.code()) {
+    if (!session.performNext()) {
+      if (const auto& reason = session.failure()) {
+        logLoss(alert, *reason);
+        return session.stop(DialogSession::noButtonCode);
+      }
+      g_main_context_iteration(nullptr, TRUE);
+    }
+    for (auto* shown : sessions) shown->sendChanges();
+  }
+}
+
+void DesktopApplication::logLoss(const platform::Alert& alert, const std::string& reason) {
+  log.log("[SprigFinder] No dialog for \"" + onOneLine(alert.messageText) + "\": " + onOneLine(reason));
+  if (!isQuestion(alert))
+    log.log("[SprigFinder] " + onOneLine(alert.messageText + " " + alert.informativeText));
+}
+
+}  // namespace sprig::desktop

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <functional>
+#include <optional>
+
+#include "config/ConfigManager.h"
+#include "platform/Platform.h"
+#include "ports/desktop/AnnouncingFileChangeSources.h"
+#include "ports/desktop/DesktopFinderSyncController.h"
+#include "ports/desktop/DesktopSymbolImages.h"
+#include "ports/desktop/DesktopWorkspace.h"
+#include "ports/desktop/GLibMainQueue.h"
+#include "ports/linux/InotifyFileChangeSources.h"
+#include "ports/linux/LinuxClock.h"
+#include "ports/linux/LinuxFileSystem.h"
+#include "ports/linux/LinuxProcessInfo.h"
+#include "ports/linux/LinuxUserDatabase.h"
+#include "ports/linux/MountedVolumes.h"
+
+namespace sprig::desktop {
+
+/// The product's platform behind file managers, in force for as long as it lives.
+///
+/// Threads:   made and used on the main thread.
+/// Ownership: the arguments outlive this.
+class DesktopPlatform {
+ public:
+  DesktopPlatform(GDBusConnection& connection, platform::SystemLog& systemLog,
+                  platform::Application& application);
+
+  GLibMainQueue& queue() { return mainQueue; }
+  DesktopFinderSyncController& finderSyncController() { return controller; }
+  DesktopWorkspace& fileManagers() { return workspace; }
+
+  /// Has `handler` called, on the main thread, each time that another configuration is in force. Called once,
+  /// when the product has been started.
+  void whenConfigurationChanges(std::function<void()> handler);
+
+ private:
+  void compareConfiguration();
+
+  GLibMainQueue mainQueue;
+  ports::LinuxFileSystem files;
+  ports::LinuxUserDatabase users;
+  ports::LinuxProcessInfo process;
+  ports::LinuxClock clock;
+  ports::MountedVolumes volumes;
+  DesktopWorkspace workspace;
+  DesktopSymbolImages images;
+  DesktopFinderSyncController controller;
+  std::function<void()> configurationChanged;
+  ConfigSnapshot configuration;
+  // The order below matters at the end: first the product's objects go, then the background thread that may
+  // still be at work for them, and the platform stays in force until then.
+  std::optional<platform::PlatformScope> scope;
+  ports::InotifyFileChangeSources inotify;
+  AnnouncingFileChangeSources fileChanges;
+  platform::Platform services;
+};
+
+}  // namespace sprig::desktop

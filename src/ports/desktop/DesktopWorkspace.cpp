@@ -1,0 +1,155 @@
+#include "ports/desktop/DesktopWorkspace.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+#include "platform/Platform.h"
+#include "wire/FileUri.h"
+
+namespace sprig::desktop {
+
+using wire::ErrorPointer;
+using wire::ObjectPointer;
+
+namespace {
+
+constexpr const char* sessionFileManager = "org.freedesktop.FileManager1";
+
+ObjectPointer<GAppLaunchContext> launchContext(const std::string& activationToken) {
+  ObjectPointer<GAppLaunchContext> context(g_app_launch_context_new());
+  if (!activationToken.empty()) {
+    for (const auto* variable : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"}) {
+      g_app_launch_context_setenv(context.get(), variable, activationToken.c_str());
+    }
+  }
+  return context;
+}
+
+void complain(const std::string& what, const GError* error) {
+  platform::current().systemLog.log("[SprigFinder] Can't " + what + ": " +
+                                    (error != nullptr ? error->message : "unknown"));
+}
+
+/// One way after the other of showing files, until one works. It belongs to the call under way.
+class Reveal {
+ public:
+  using Pointer = std::unique_ptr<Reveal>;
+
+  Reveal(GDBusConnection* connection, const Click& click, const std::vector<platform::FileURL>& files,
+         int limit)
+      : bus(static_cast<GDBusConnection*>(g_object_ref(connection))),
+        sender(click.sender),
+        activationToken(click.activationToken),
+        milliseconds(limit) {
+    for (const auto& file : files) {
+      if (auto uri = wire::uriFromPath(file.path())) fileUris.push_back(std::move(*uri));
+    }
+    if (!files.empty())
+      folderUri = wire::uriFromPath(files.front().deletingLastPathComponent().path()).value_or("");
+  }
+
+  static void start(Pointer reveal) {
+    if (reveal->fileUris.empty()) return;
+    if (reveal->sender.empty()) return askSession(std::move(reveal));
+    const auto sender = reveal->sender;
+    showItems(std::move(reveal), sender.c_str(), senderAnswered);
+  }
+
+ private:
+  static void showItems(Pointer reveal, const char* fileManager, GAsyncReadyCallback answered) {
+    GVariantBuilder uris;
+    g_variant_builder_init(&uris, G_VARIANT_TYPE_STRING_ARRAY);
+    for (const auto& uri : reveal->fileUris) g_variant_builder_add(&uris, "s", uri.c_str());
+    auto* parameters = g_variant_new("(ass)", &uris, reveal->activationToken.c_str());
+    auto* connection = reveal->bus.get();
+    const int limit = reveal->milliseconds;
+    g_dbus_connection_call(connection, fileManager, "/org/freedesktop/FileManager1", sessionFileManager,
+                           "ShowItems", parameters, nullptr, G_DBUS_CALL_FLAGS_NONE, limit, nullptr, answered,
+                           reveal.release());
+  }
+
+  static ErrorPointer errorOf(GObject* connection, GAsyncResult* result) {
+    GError* error = nullptr;
+    const wire::VariantPointer answer(
+        g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(connection), result, &error));
+    return ErrorPointer(error);
+  }
+
+  /// Only where the file manager can't do it is another one asked: one that is slow may yet show the file.
+  static bool isUnableTo(const GError* error) {
+    constexpr std::array<int, 5> codes = {G_DBUS_ERROR_UNKNOWN_OBJECT, G_DBUS_ERROR_UNKNOWN_METHOD,
+                                          G_DBUS_ERROR_UNKNOWN_INTERFACE, G_DBUS_ERROR_SERVICE_UNKNOWN,
+                                          G_DBUS_ERROR_NAME_HAS_NO_OWNER};
+    return error->domain == G_DBUS_ERROR && std::find(codes.begin(), codes.end(), error->code) != codes.end();
+  }
+
+  static void senderAnswered(GObject* connection, GAsyncResult* result, void* self) noexcept {
+    Pointer reveal(static_cast<Reveal*>(self));
+    const auto error = errorOf(connection, result);
+    if (!error) return;
+    if (isUnableTo(error.get())) return askSession(std::move(reveal));
+    complain("have the file shown where it was asked for", error.get());
+  }
+
+  static void askSession(Pointer reveal) {
+    showItems(std::move(reveal), sessionFileManager, sessionAnswered);
+  }
+
+  static void sessionAnswered(GObject* connection, GAsyncResult* result, void* self) noexcept {
+    Pointer reveal(static_cast<Reveal*>(self));
+    if (errorOf(connection, result)) openFolder(std::move(reveal));
+  }
+
+  static void openFolder(Pointer reveal) {
+    const auto context = launchContext(reveal->activationToken);
+    const auto folder = reveal->folderUri;
+    g_app_info_launch_default_for_uri_async(folder.c_str(), context.get(), nullptr, folderOpened,
+                                            reveal.release());
+  }
+
+  static void folderOpened(GObject*, GAsyncResult* result, void* self) noexcept {
+    const Pointer reveal(static_cast<Reveal*>(self));
+    GError* error = nullptr;
+    g_app_info_launch_default_for_uri_finish(result, &error);
+    const ErrorPointer owned(error);
+    if (owned) complain("show " + reveal->folderUri, error);
+  }
+
+  const ObjectPointer<GDBusConnection> bus;
+  const std::string sender;
+  const std::string activationToken;
+  const int milliseconds;
+  std::vector<std::string> fileUris;
+  std::string folderUri;
+};
+
+void opened(GObject* handler, GAsyncResult* result, void*) noexcept {
+  GError* error = nullptr;
+  g_app_info_launch_uris_finish(reinterpret_cast<GAppInfo*>(handler), result, &error);
+  const ErrorPointer owned(error);
+  if (owned) complain("start the program that opens the URL", error);
+}
+
+}  // namespace
+
+DesktopWorkspace::DesktopWorkspace(GDBusConnection& connection, std::chrono::milliseconds timeLimit)
+    : bus(static_cast<GDBusConnection*>(g_object_ref(&connection))), limit(timeLimit) {}
+
+void DesktopWorkspace::activateFileViewerSelecting(const std::vector<platform::FileURL>& files) {
+  Reveal::start(std::make_unique<Reveal>(bus.get(), click, files, static_cast<int>(limit.count())));
+}
+
+bool DesktopWorkspace::open(const std::string& url) {
+  const wire::TextPointer scheme(g_uri_parse_scheme(url.c_str()));
+  if (!scheme) return false;
+  const ObjectPointer<GAppInfo> handler(g_app_info_get_default_for_uri_scheme(scheme.get()));
+  if (!handler) return false;
+  auto text = url;
+  GList urls = {text.data(), nullptr, nullptr};
+  const auto context = launchContext(click.activationToken);
+  g_app_info_launch_uris_async(handler.get(), &urls, context.get(), nullptr, opened, nullptr);
+  return true;
+}
+
+}  // namespace sprig::desktop

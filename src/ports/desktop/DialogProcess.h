@@ -1,0 +1,73 @@
+#pragma once
+
+#include <gio/gio.h>
+#include <glib-unix.h>
+
+#include <chrono>
+#include <deque>
+#include <optional>
+#include <string>
+
+#include "dialog/DialogMessages.h"
+#include "dialog/LineBuffer.h"
+#include "ports/linux/Descriptor.h"
+#include "wire/Pointers.h"
+
+namespace sprig::desktop {
+
+/// The program that draws a dialog.
+struct DialogProgram {
+  std::string path;
+  /// How long it may take to have its window on the screen.
+  std::chrono::milliseconds startLimit{20000};
+};
+
+/// One run of that program, and what it and we have to say to each other.
+///
+/// Threads:   main thread; its events arrive while GLib's default main context is iterated.
+/// Ownership: the process ends with this, whatever state it is in, and is never left as a zombie.
+/// Failure:   see `failure`; then there are no further events, and what is sent is lost.
+class DialogProcess {
+ public:
+  explicit DialogProcess(const DialogProgram& program);
+  ~DialogProcess();
+  DialogProcess(const DialogProcess&) = delete;
+  DialogProcess& operator=(const DialogProcess&) = delete;
+
+  void send(const dialog::Command& command);
+
+  /// The next event; nothing until there is one.
+  std::optional<dialog::Event> takeEvent();
+
+  /// Why nothing more will come from the process; absent while something may.
+  const std::optional<std::string>& failure() const { return reason; }
+
+ private:
+  struct SourceEnder {
+    void operator()(GSource* source) const {
+      g_source_destroy(source);
+      g_source_unref(source);
+    }
+  };
+  using Source = std::unique_ptr<GSource, SourceEnder>;
+
+  void start(const std::string& path);
+  void limitStart(std::chrono::milliseconds limit);
+  Source watch(GIOCondition condition, GUnixFDSourceFunc call);
+  void receive();
+  void takeLines();
+  void flush();
+  void fail(std::string description);
+
+  ports::Descriptor connection;
+  wire::ObjectPointer<GSubprocess> process;
+  Source readable;
+  Source writable;
+  Source startTimer;
+  dialog::LineBuffer received;
+  std::string unsent;
+  std::deque<dialog::Event> events;
+  std::optional<std::string> reason;
+};
+
+}  // namespace sprig::desktop

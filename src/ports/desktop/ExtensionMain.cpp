@@ -1,0 +1,35 @@
+#include "platform/ExtensionMain.h"
+
+#include "ports/desktop/DesktopApplication.h"
+#include "ports/desktop/DesktopPlatform.h"
+#include "ports/desktop/ExtensionService.h"
+#include "ports/linux/LinuxSystemLog.h"
+
+namespace sprig::platform {
+
+int ExtensionMain(int, char**, PrincipalClass principalClass) {
+  using namespace sprig::desktop;
+  ports::LinuxSystemLog systemLog("sprig-extension", ports::SystemLogFallback::standardError);
+  GError* error = nullptr;
+  const wire::ObjectPointer<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error));
+  if (!connection) {
+    const wire::ErrorPointer owned(error);
+    systemLog.log(std::string("[SprigFinder] Can't connect to the session bus: ") + error->message);
+    return 1;
+  }
+  DesktopApplication application(systemLog);
+  DesktopPlatform desktop(*connection, systemLog, application);
+  const auto extension = principalClass();
+  const ServiceParts parts{*connection, desktop.queue(), desktop.finderSyncController(),
+                           [&](const Click& click) {
+                             application.setClick(click);
+                             desktop.fileManagers().setClick(click);
+                           },
+                           [&](const std::string& token) { application.comeToFront(token); }};
+  ExtensionService service(parts, *extension);
+  desktop.whenConfigurationChanges([&] { service.announceMenus(); });
+  service.run();
+  return 0;
+}
+
+}  // namespace sprig::platform

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sprig::desktop {
+
+/// The name under which the icon theme has a symbol: one of our own drawings for the symbols that menus and
+/// built-in templates use; any other name that could be one of the theme's (lower-case letters, digits, "-")
+/// stands for itself. Nothing for a name that can't be.
+///
+/// Threads: any. Does not look into the theme.
+std::optional<std::string> iconName(std::string_view symbolName);
+
+}  // namespace sprig::desktop
