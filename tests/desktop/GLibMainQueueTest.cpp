@@ -1,0 +1,32 @@
+#include "ports/desktop/GLibMainQueue.h"
+
+#include "contract/QueueAndClockContract.h"
+
+namespace sprig::test {
+namespace {
+
+class GLibQueueWorld {
+ public:
+  platform::MainQueue& queue() { return mainQueue; }
+  void runPending() {
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) continue;
+  }
+
+ private:
+  desktop::GLibMainQueue mainQueue;
+};
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ClockContract);
+using QueueWorlds = testing::Types<GLibQueueWorld>;
+INSTANTIATE_TYPED_TEST_SUITE_P(OfGLib, MainQueueContract, QueueWorlds);
+
+TEST(GLibMainQueue, WakesALoopThatWaits) {
+  desktop::GLibMainQueue queue;
+  bool isOver = false;
+  std::thread thread([&] { queue.async([&] { isOver = true; }); });
+  while (!isOver) g_main_context_iteration(nullptr, TRUE);
+  thread.join();
+}
+
+}  // namespace
+}  // namespace sprig::test

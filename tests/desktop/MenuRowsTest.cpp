@@ -1,0 +1,109 @@
+#include "ports/desktop/MenuRows.h"
+
+#include <gtest/gtest.h>
+
+#include "finder/ContextMenu.h"
+#include "ports/desktop/SymbolIcons.h"
+
+namespace sprig::desktop {
+namespace {
+
+using platform::Menu;
+using platform::MenuItem;
+
+MenuItem templateItem(const std::string& identifier, const std::string& title = "A") {
+  auto item = MenuItem::titled(title);
+  item.action = templateActionSelector;
+  item.identifier = identifier;
+  return item;
+}
+
+MenuItem submenu(const std::string& title, std::vector<MenuItem> items) {
+  auto item = MenuItem::titled(title);
+  item.submenu = std::make_unique<Menu>();
+  item.submenu->title = title;
+  item.submenu->items = std::move(items);
+  return item;
+}
+
+template <typename... Items>
+std::vector<MenuItem> list(Items... items) {
+  std::vector<MenuItem> result;
+  (result.push_back(std::move(items)), ...);
+  return result;
+}
+
+std::vector<std::string> actionsOf(const MenuRows& menu) {
+  std::vector<std::string> actions;
+  for (const auto& row : menu.rows) actions.push_back(row.action);
+  return actions;
+}
+
+TEST(MenuRows, TellActionsApart) {
+  auto disabled = templateItem("off");
+  disabled.isEnabled = false;
+  auto settings = MenuItem::titled("Settings");
+  settings.action = openSettingsActionSelector;
+  const Menu menu{"", list(templateItem("a"), templateItem("a#2"), templateItem("a"), templateItem(""),
+                           templateItem("\xFF"), templateItem(std::string("x\0y", 3)), std::move(disabled),
+                           std::move(settings))};
+  const auto rows = menuRows(menu);
+  EXPECT_EQ(actionsOf(rows),
+            (std::vector<std::string>{"template:a", "template:a#2", "template:a#3",
+                                      "template:", "template:\uFFFD", "template:x\uFFFDy", "", "settings"}));
+  EXPECT_EQ(rows.entries.at("template:a#3"), &menu.items[2]);
+  EXPECT_TRUE(wire::rowsToVariant(rows.rows));
+}
+
+MenuItem section(const std::string& name) {
+  return submenu(name, list(templateItem(name + "1"), templateItem(name + "2")));
+}
+
+TEST(MenuRows, LeaveOutTheLastTemplatesWhenTheBusHasNoRoom) {
+  std::vector<MenuItem> entries;
+  for (int number = 0; number < 1993; ++number) entries.push_back(templateItem(std::to_string(number)));
+  entries.push_back(submenu("More", list(section("a"), section("b"))));
+  entries.push_back(MenuItem::separator());
+  entries.push_back(MenuItem::titled("Settings"));
+  const Menu menu{"", list(submenu("Sprig", std::move(entries)))};
+  const auto rows = menuRows(menu);
+  EXPECT_EQ(rows.leftOut, 3U);  // "a2" and all of "b", whose section goes with them
+  ASSERT_EQ(rows.rows.size(), wire::maxRows - 1);
+  EXPECT_EQ(rows.rows[1996].action, "template:a1");
+  EXPECT_EQ(rows.rows[1996].parent, 1995);
+  EXPECT_EQ(rows.rows.back().title, "Settings");
+  EXPECT_TRUE(wire::rowsToVariant(rows.rows));
+}
+
+TEST(MenuRows, LeaveOutWhatIsTooLongForTheBus) {
+  const Menu menu{"", list(templateItem("a"), templateItem("b", std::string(wire::maxBytes, 'x')),
+                           templateItem("c"), MenuItem::titled("Settings"))};
+  const auto rows = menuRows(menu);
+  EXPECT_EQ(actionsOf(rows), (std::vector<std::string>{"template:a", ""}));
+  EXPECT_FALSE(rows.entries.contains("template:b"));
+}
+
+TEST(SymbolIcons, AreOwnDrawingsOrNamesOfTheTheme) {
+  struct Case {
+    const char* symbol;
+    std::optional<std::string> icon;
+  };
+  const Case cases[] = {
+      {"doc.text", "sprig-doc-text-symbolic"},
+      {"terminal", "sprig-terminal-symbolic"},
+      {"chevron.left.forwardslash.chevron.right", "sprig-chevron-left-forwardslash-chevron-right-symbolic"},
+      {"slider.horizontal.3", "sprig-slider-horizontal-3-symbolic"},
+      {"text-x-python", "text-x-python"},
+      {"x-office-2", "x-office-2"},
+      {"doc.unknown", std::nullopt},
+      {"", std::nullopt},
+      {"Terminal", std::nullopt},
+      {"../secret", std::nullopt},
+      {"/etc/icon.png", std::nullopt},
+      {"a b", std::nullopt},
+  };
+  for (const auto& row : cases) EXPECT_EQ(iconName(row.symbol), row.icon) << row.symbol;
+}
+
+}  // namespace
+}  // namespace sprig::desktop

@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "wire/FileUri.h"
+#include "wire/Interface.h"
+#include "wire/InterfaceXml.h"
+#include "wire/Rows.h"
+
+namespace sprig::wire {
+namespace {
+
+using Type = Row::Type;
+
+const std::vector<Row> menu = {
+    {-1, Type::submenu, "", "Sprig", "sprig-doc-badge-plus-symbolic", "Sprig", true},
+    {0, Type::item, "template:a", "R&D_notes\n日本 👋", "text-x-generic", "", true},
+    {0, Type::submenu, "", "More Templates", "", "", true},
+    {2, Type::submenu, "", "Notes & Documents", "", "", true},
+    {3, Type::item, "template:b", "", "", "", false},
+    {2, Type::submenu, "", "", "", "", true},
+    {0, Type::separator, "", "", "", "", true},
+    {-1, Type::item, "settings", "Sprig Settings…", "", "", true},
+};
+
+Row row(std::int32_t parent, Type type = Type::item, std::string title = {}) {
+  Row result;
+  result.parent = parent;
+  result.type = type;
+  result.title = std::move(title);
+  return result;
+}
+
+std::vector<Row> chain(std::size_t levels) {
+  std::vector<Row> rows;
+  for (std::size_t level = 0; level < levels; ++level) {
+    rows.push_back(row(static_cast<std::int32_t>(level) - 1, Type::submenu));
+  }
+  return rows;
+}
+
+std::vector<Row> large(std::size_t bytes) {
+  const auto part = row(-1, Type::item, std::string(1000, 'x'));
+  return std::vector<Row>(bytes / byteSize(part), part);
+}
+
+/// The rows with no check, as a faulty program might send them.
+VariantPointer unchecked(const std::vector<Row>& rows) {
+  GVariantBuilder builder;
+  g_variant_builder_init(&builder, G_VARIANT_TYPE(rowsType));
+  for (const auto& row : rows) {
+    g_variant_builder_add(&builder, "(iussssb)", row.parent, static_cast<std::uint32_t>(row.type),
+                          row.action.c_str(), row.title.c_str(), row.icon.c_str(), row.description.c_str(),
+                          row.isEnabled ? 1 : 0);
+  }
+  return VariantPointer(g_variant_ref_sink(g_variant_builder_end(&builder)));
+}
+
+TEST(Rows, GetAcrossTheBusAsTheyAre) {
+  for (const auto& rows :
+       {menu, std::vector<Row>{}, chain(maxLevels), std::vector<Row>(maxRows), large(maxBytes)}) {
+    const auto variant = rowsToVariant(rows);
+    ASSERT_TRUE(variant) << variant.error();
+    const auto back = rowsFromVariant(variant->get());
+    ASSERT_TRUE(back) << back.error();
+    EXPECT_EQ(*back, rows);
+  }
+}
+
+TEST(Rows, OutOfOrderOrBoundsAreRefusedOnBothSides) {
+  struct Case {
+    std::vector<Row> rows;
+    std::string fault;
+  };
+  const auto top = row(-1, Type::submenu);
+  const std::string strayed = "parent is not a submenu that is open here";
+  const Case cases[] = {
+      {chain(maxLevels + 1), "row 8: more than 8 levels"},
+      {std::vector<Row>(maxRows + 1), "more than 2000 rows"},
+      {{row(0)}, "row 0: " + strayed},
+      {{top, row(1)}, "row 1: " + strayed},
+      {{top, row(INT_MAX)}, "row 1: " + strayed},
+      {{top, row(INT_MIN)}, "row 1: " + strayed},
+      {{top, row(-1), row(0)}, "row 2: " + strayed},
+      {{row(-1), row(0)}, "row 1: " + strayed},
+      {{row(-1, Type::separator), row(0)}, "row 1: " + strayed},
+      {{top, row(0, Type::submenu), row(0), row(1)}, "row 3: " + strayed},
+      {{row(-1, static_cast<Type>(3))}, "row 0: unknown type"},
+      {{row(-1, Type::item, std::string(maxBytes, 'x'))}, "more than 1048576 bytes"},
+  };
+  for (const auto& [rows, fault] : cases) {
+    const auto sent = rowsToVariant(rows);
+    ASSERT_FALSE(sent) << fault;
+    EXPECT_EQ(sent.error(), fault);
+    const auto received = rowsFromVariant(unchecked(rows).get());
+    ASSERT_FALSE(received) << fault;
+    EXPECT_EQ(received.error(), fault);
+  }
+}
+
+TEST(Rows, HoldOnlyTextThatTheBusCanCarry) {
+  for (const auto& text : {std::string("\xFF"), std::string("a\0b", 3), std::string("\xED\xA0\x80")}) {
+    for (auto field : {&Row::action, &Row::title, &Row::icon, &Row::description}) {
+      Row bad;
+      bad.*field = text;
+      const auto variant = rowsToVariant({bad});
+      ASSERT_FALSE(variant);
+      EXPECT_EQ(variant.error(), "row 0: text is not UTF-8");
+    }
+  }
+}
+
+TEST(Rows, AreNotMadeFromOtherTypesNorFromBrokenBytes) {
+  for (const char* text : {"@a(iusssb) []", "'rows'", "(1, 2)", "@av []"}) {
+    const VariantPointer variant(g_variant_parse(nullptr, text, nullptr, nullptr, nullptr));
+    EXPECT_FALSE(rowsFromVariant(variant.get())) << text;
+  }
+  // Every byte of a good menu turned: whatever comes out is no crash, and within the bounds.
+  const auto good = rowsToVariant(menu);
+  const auto size = g_variant_get_size(good->get());
+  for (std::size_t index = 0; index < size; ++index) {
+    std::string bytes(static_cast<const char*>(g_variant_get_data(good->get())), size);
+    bytes[index] = static_cast<char>(~bytes[index]);
+    const VariantPointer variant(g_variant_ref_sink(g_variant_new_from_data(
+        G_VARIANT_TYPE(rowsType), bytes.data(), bytes.size(), FALSE, nullptr, nullptr)));
+    const auto rows = rowsFromVariant(variant.get());
+    EXPECT_TRUE(!rows || rowsToVariant(*rows));
+  }
+}
+
+TEST(FileUri, NamesLocalPathsOnly) {
+  struct Case {
+    std::string uri;
+    std::optional<std::string> path;
+  };
+  const std::string longest(PATH_MAX - 2, 'x');
+  const Case cases[] = {
+      {"file:///", "/"},
+      {"file:///home/ann/demo", "/home/ann/demo"},
+      {"file:///a%20b/%E2%82%AC", "/a b/€"},
+      {"file:///%FF%0A%25", "/\xFF\n%"},
+      {"file:///a?b", "/a?b"},
+      {"file:///" + longest, "/" + longest},
+      {"file:///x" + longest, std::nullopt},
+      {"file:///a%2Fb", std::nullopt},
+      {"file:///a%00b", std::nullopt},
+      {"file:///a%zz", std::nullopt},
+      {"file:///a%4", std::nullopt},
+      {"file:///a#b", std::nullopt},
+      {"file://localhost/a", std::nullopt},
+      {"file://host/a", std::nullopt},
+      {"file:a", std::nullopt},
+      {"file:/a", std::nullopt},
+      {"/a", std::nullopt},
+      {"a", std::nullopt},
+      {"", std::nullopt},
+      {"sftp://host/a", std::nullopt},
+      {"trash:///", std::nullopt},
+      {std::string("file:///a\0b", 11), std::nullopt},
+  };
+  for (const auto& row : cases) EXPECT_EQ(pathFromUri(row.uri), row.path) << row.uri;
+}
+
+TEST(FileUri, ComesBackToThePathItWasMadeFrom) {
+  std::string everyByte = "/";
+  for (int byte = 1; byte < 256; ++byte) everyByte += static_cast<char>(byte);
+  for (const auto& path : {std::string("/"), std::string("/a b/c"), everyByte}) {
+    const auto uri = uriFromPath(path);
+    ASSERT_TRUE(uri);
+    EXPECT_EQ(pathFromUri(*uri), path);
+  }
+  for (const auto& path : {std::string("a"), std::string(), std::string("/a\0b", 4)})
+    EXPECT_FALSE(uriFromPath(path));
+}
+
+TEST(Interface, IsDescribedWithTheTypesThatRowsHave) {
+  GError* error = nullptr;
+  GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(interfaceXml, &error);
+  ASSERT_NE(node, nullptr) << error->message;
+  const auto* interface = g_dbus_node_info_lookup_interface(node, interfaceName);
+  ASSERT_NE(interface, nullptr);
+  const auto* getMenu =
+      g_dbus_interface_info_lookup_method(const_cast<GDBusInterfaceInfo*>(interface), "GetMenu");
+  ASSERT_NE(getMenu, nullptr);
+  EXPECT_STREQ(getMenu->out_args[1]->signature, rowsType);
+  g_dbus_node_info_unref(node);
+}
+
+}  // namespace
+}  // namespace sprig::wire

@@ -1,0 +1,372 @@
+"""The running extension, as file managers see it."""
+
+import os
+import pathlib
+import signal
+import subprocess
+
+import pytest
+from conftest import FileManager, template, uri, wait_until
+from gi.repository import GLib
+
+SUBMENU, SEPARATOR, ITEM = 2, 1, 0
+
+
+def shown(rows):
+    """What a menu looks like: depth, title (None for a separator), and what is picked."""
+    depths = []
+    for parent, *_ in rows:
+        depths.append(0 if parent < 0 else depths[parent] + 1)
+    return [(depth, None if row[1] == SEPARATOR else row[3], row[2]) for depth, row in zip(depths, rows)]
+
+
+def lines(home, prefix):
+    return [line.split("] ", 1)[1] for line in home.log.read_text().splitlines() if f"] {prefix}" in line]
+
+
+BUILT_IN = ["Markdown Note", "Plain Text", "Meeting Notes"]
+
+
+@pytest.mark.parametrize("kind", [0, 1, 2, 3])
+def test_the_menu_offers_the_built_in_templates(desktop, kind):
+    rows = desktop.manager().menu(kind, desktop.home.demo)
+    if kind != 3:
+        assert rows[0] == (-1, SUBMENU, "", "Sprig", "sprig-doc-badge-plus-symbolic", "Sprig", True)
+        rows = [(row[0] - 1, *row[1:]) for row in rows[1:]]
+    menu = shown(rows)
+    assert [title for depth, title, _ in menu[:3]] == BUILT_IN
+    assert menu[2] == (0, "Meeting Notes", "template:builtin-meeting-notes")
+    assert menu[-2:] == [(0, None, ""), (0, "Sprig Settings…", "settings")]
+    more = [title for _, title, _ in menu].index("More Templates")
+    assert rows[more][1] == SUBMENU and menu[more + 1][0] == 1
+    assert len([row for row in menu if row[2].startswith("template:")]) == 11
+    assert rows[-1][4:] == ("sprig-gearshape-symbolic", "Settings", True)
+
+
+def test_there_is_no_menu_for_other_kinds_or_when_it_is_switched_off(desktop):
+    desktop.home.configure(template("Note"))
+    manager = desktop.manager()
+    assert manager.menu(4) == manager.menu(2**32 - 1) == []
+    assert lines(desktop.home, "menuKind ") == ["menuKind 4 ignored", "menuKind 4294967295 ignored"]
+    desktop.home.configure(showInFinder=False)
+    wait_until(lambda: manager.menu() == [])
+
+
+def test_the_file_manager_is_told_what_it_needs(desktop):
+    manager = desktop.manager()
+    assert uri(desktop.home.path) in manager.property("ServedFolders")
+    assert [manager.property("Toolbar" + name) for name in ("Name", "ToolTip", "Icon")] == [
+        "Sprig", "Create a new file from template", "sprig-doc-badge-plus-symbolic"]
+    manager.call("BeginObserving", "(s)", uri(desktop.home.demo))
+    manager.call("EndObserving", "(s)", uri(desktop.home.demo))
+    assert lines(desktop.home, "beginObserving") == [f"beginObservingDirectory: {desktop.home.demo}"]
+    assert lines(desktop.home, "endObserving") == [f"endObservingDirectory: {desktop.home.demo}"]
+
+
+NAMES = ["plain", "a b", "100%", "日本 👋", "line\nbreak", "#?&", os.fsdecode(b"bytes\xff")]
+
+
+@pytest.mark.parametrize("name", NAMES)
+@pytest.mark.parametrize("kind", [0, 1])
+def test_a_pick_creates_the_file_and_shows_it_where_it_was_clicked(desktop, name, kind):
+    folder = desktop.home.demo / name
+    folder.mkdir()
+    (folder / "selected").touch()
+    desktop.home.configure(template("Note", content="hello"), defaultBehavior="never")
+    other = desktop.manager().own("org.freedesktop.FileManager1")
+    manager = desktop.manager()
+    assert manager.pick("template:note", folder / "selected" if kind == 0 else folder, kind,
+                        activation_token="token") == ()
+    wait_until(lambda: manager.shown)
+    made = GLib.Uri.unescape_bytes(manager.shown[0][0][0].removeprefix("file://"), -1, None).get_data()
+    assert made == os.fsencode(folder / "Note.txt")
+    assert pathlib.Path(os.fsdecode(made)).read_text() == "hello"
+    assert manager.shown[0][1] == "token" and other.shown == []
+
+
+@pytest.mark.parametrize("session_has, error, lands", [
+    ("session", None, "session"), ("refusing session", None, "folder"), (None, None, "folder"),
+    ("session", "org.freedesktop.DBus.Error.UnknownMethod", "session"),
+    ("session", "org.freedesktop.DBus.Error.UnknownObject", "session"),
+    ("session", "org.freedesktop.DBus.Error.AccessDenied", "log"),
+])
+def test_a_file_that_the_clicked_manager_can_not_show_is_shown_elsewhere(desktop, session_has, error, lands):
+    desktop.home.configure(template("Note"), defaultBehavior="never")
+    notes = desktop.handler("inode/directory")
+    session = desktop.manager()
+    if session_has:
+        session.own("org.freedesktop.FileManager1")
+        session.refusal = "org.freedesktop.DBus.Error.Failed" if session_has.startswith("refusing") else None
+    manager = desktop.manager(shows_items=error is not None)
+    manager.refusal = error
+    manager.pick("template:note", desktop.home.demo, activation_token="token")
+    if lands == "session":
+        wait_until(lambda: session.shown)
+    elif lands == "folder":
+        wait_until(lambda: notes.exists() and notes.read_text() == f"token {desktop.home.demo}\n")
+    else:
+        wait_until(lambda: "Can't have the file shown" in desktop.output.read_text() or
+                   "Can't have the file shown" in journal())
+    assert bool(session.shown) == (lands == "session" or session_has == "refusing session")
+
+
+def journal():
+    return subprocess.run(["journalctl", "-t", "sprig-extension", "-n", "5"], capture_output=True, text=True).stdout
+
+
+def test_the_settings_open_with_whatever_handles_their_url(desktop):
+    notes = desktop.handler("x-scheme-handler/sprig")
+    desktop.manager().pick("settings", desktop.home.demo, activation_token="token")
+    wait_until(lambda: notes.exists() and notes.read_text() == "token sprig://settings\n")
+
+
+def test_where_nothing_handles_the_settings_url_only_the_log_shows_the_pick(desktop):
+    manager = desktop.manager()
+    manager.pick("settings", desktop.home.demo)
+    wait_until(lambda: lines(desktop.home, "openSettingsAction") == ["openSettingsAction invoked"])
+    assert manager.menu() != []
+
+
+def test_a_changed_configuration_is_announced_and_the_next_menu_follows(desktop):
+    desktop.home.configure(template("Old"))
+    manager = desktop.manager()
+    first = manager.property("Revision")
+    manager.menu()
+    desktop.home.configure(template("Mine"), defaultBehavior="never")
+    wait_until(lambda: manager.changes and "template:mine" in [row[2] for row in manager.menu()])
+    assert manager.changes[0] > first and manager.changes == sorted(set(manager.changes))
+    # What an older menu offered can still be picked.
+    desktop.home.configure(template("Other"), defaultBehavior="never")
+    wait_until(lambda: "template:other" in [row[2] for row in manager.menu()])
+    manager.pick("template:mine", desktop.home.demo)
+    wait_until(lambda: manager.shown)
+    assert (desktop.home.demo / "Mine.txt").exists()
+
+
+def test_rows_stay_the_same_while_the_configuration_does(desktop):
+    twins = [template("A", id="same"), template("B", id="same")]
+    desktop.home.configure(*twins, defaultBehavior="never")
+    manager = desktop.manager()
+    rows = manager.menu(1, desktop.home.demo)
+    assert [row[2] for row in rows[1:3]] == ["template:same", "template:same#2"]
+    assert rows == manager.menu(0, desktop.home.path) == manager.menu(2)
+
+
+def test_more_templates_than_the_bus_carries_leave_room_for_the_rest(desktop):
+    desktop.home.configure(*[template(f"T{number}") for number in range(3000)])
+    rows = desktop.manager().menu()
+    assert len(rows) <= 2000 and rows[-1][2] == "settings"
+    assert len({row[2] for row in rows if row[2].startswith("template:")}) > 1900
+
+
+BAD_URIS = ["", "relative", "/plain/path", "file:relative", "file://host/a", "sftp://host/a", "trash:///", "file:///%zz",
+            "file:///a%00b", "file:///a%2Fb", "file:///" + "x" * 5000, "file:///a#b"]
+GOOD = "file:///tmp"
+MALFORMED = [("GetMenu", "(uasa{sv})", (kind, [bad], {})) for bad in BAD_URIS for kind in (0, 1)]
+MALFORMED += [("Activate", "(suasa{sv})", ("settings", 1, [bad], {})) for bad in BAD_URIS]
+MALFORMED += [("BeginObserving", "(s)", (bad,)) for bad in BAD_URIS]
+MALFORMED += [
+    ("GetMenu", "(uasa{sv})", (0, [GOOD] * 99 + [BAD_URIS[1]], {})),
+    ("GetMenu", "(sasa{sv})", ("0", [], {})), ("GetMenu", "(uas)", (0, [])), ("GetMenu", "()", ()),
+    ("GetMenu", "(uaia{sv})", (0, [1], {})), ("Activate", "(u)", (1,)), ("BeginObserving", "(u)", (1,)),
+    ("Activate", "(suasa{sv})", ("", 1, [GOOD], {})), ("Activate", "(suasa{sv})", ("template:", 1, [GOOD], {})),
+    ("Activate", "(suasa{sv})", ("template:no-such", 1, [GOOD], {})),
+    ("Activate", "(suasa{sv})", ("settings", 9, [GOOD], {})),
+    ("Activate", "(suasa{sv})", ("x" * 1_000_000, 1, [GOOD], {})), ("NoSuchMethod", "()", ()),
+]
+
+
+def test_calls_that_make_no_sense_get_an_error_and_do_no_harm(desktop):
+    manager = desktop.manager()
+    manager.menu()
+    process = manager.extension_process()
+    for method, signature, arguments in MALFORMED:
+        error = manager.refusal_of(method, signature, *arguments)
+        assert error in ("InvalidArgs", "UnknownMethod"), (method, arguments)
+    for name in ("NoSuch", ""):
+        assert manager.refusal_of("Get", "(ss)", "com.kestrel.Sprig.Extension1", name,
+                                  interface="org.freedesktop.DBus.Properties") == "InvalidArgs"
+    assert manager.extension_process() == process
+    assert len(manager.menu(0, *[GOOD] * 10_000)) > 10
+
+
+def test_odd_platform_data_is_no_reason_to_refuse_a_pick(desktop):
+    desktop.home.configure(template("Note"), defaultBehavior="never")
+    manager = desktop.manager()
+    odd = {"activation-token": GLib.Variant("u", 1), "parent-window": GLib.Variant("s", "x" * 100_000),
+           "unknown": GLib.Variant("a{sv}", {})}
+    manager.call("Activate", "(suasa{sv})", "template:note", 1, [uri(desktop.home.demo)], odd)
+    assert wait_until(lambda: manager.shown)[0][1] == ""
+
+
+def resources(process):
+    proc = pathlib.Path("/proc", str(process))
+    resident = [line for line in (proc / "status").read_text().splitlines() if line.startswith("VmRSS")][0]
+    return int(resident.split()[1]), len(list((proc / "fd").iterdir()))
+
+
+def test_a_thousand_calls_leave_memory_and_descriptors_flat(desktop):
+    desktop.home.configure(template("Note"), defaultBehavior="never")
+    manager = desktop.manager()
+
+    def calls(number):
+        for index in range(number):
+            visitor = FileManager(desktop.address)
+            visitor.menu(index % 4, desktop.home.demo)
+            visitor.leaves()
+            manager.menu(1, desktop.home.demo)
+            manager.property("ServedFolders")
+        for _ in range(10):
+            count = len(manager.shown)
+            manager.pick("template:note", desktop.home.demo)
+            wait_until(lambda: len(manager.shown) > count)
+
+    calls(100)
+    process = manager.extension_process()
+    memory, descriptors = resources(process)
+    calls(500)
+    wait_until(lambda: resources(process)[1] <= descriptors)
+    # A sanitizer keeps for a while what was freed.
+    if b"__asan_init" not in desktop.home.program.read_bytes():
+        assert resources(process)[0] < memory + 1_000
+
+
+def test_a_killed_extension_is_there_again_for_the_next_call(desktop):
+    desktop.home.configure(template("Note"), defaultBehavior="never")
+    manager = desktop.manager()
+    manager.menu()
+    killed = manager.extension_process()
+    os.kill(killed, signal.SIGKILL)
+    wait_until(lambda: manager.extension_process() != killed)
+    # The menu is from the process before; the new one has offered nothing yet.
+    manager.pick("template:note", desktop.home.demo)
+    wait_until(lambda: manager.shown)
+    assert manager.extension_process() != killed
+
+
+def test_without_a_bus_the_program_ends_and_says_why(home):
+    result = home.run(DBUS_SESSION_BUS_ADDRESS="unix:path=/nowhere")
+    assert result.returncode == 0
+    assert "Can't connect to the session bus" in result.stderr + journal()
+
+
+def test_a_second_instance_leaves_the_name_to_the_first(desktop):
+    manager = desktop.manager()
+    manager.menu()
+    process = manager.extension_process()
+    assert desktop.home.run(DBUS_SESSION_BUS_ADDRESS=desktop.address).returncode == 0
+    assert manager.extension_process() == process
+
+
+def test_no_toolkit_is_linked():
+    libraries = subprocess.run(["ldd", os.environ["SPRIG_PROGRAM"]], capture_output=True, text=True, check=True).stdout
+    assert "libgio" in libraries
+    assert [word for word in ("libgtk", "libgdk", "Qt", "libX11", "libwayland") if word in libraries] == []
+
+
+def test_where_no_window_can_be_shown_a_pick_that_asks_is_cancelled(desktop):
+    desktop.home.configure(template("A"))
+    manager = desktop.manager()
+    manager.pick("template:a", desktop.home.demo)
+    wait_until(lambda: lines(desktop.home, "templateAction: User cancelled prompt"))
+    process = manager.extension_process()
+    assert manager.menu() != [] and manager.extension_process() == process
+    assert list(desktop.home.demo.iterdir()) == []
+
+
+def test_picks_wait_for_the_open_prompt_which_comes_to_the_front(scripted):
+    desktop = scripted(60_000)
+    demo = desktop.home.demo
+    desktop.home.configure(template("A"), template("B"), template("C"))
+    first, second = desktop.manager(), desktop.manager()
+    first.pick("template:a", demo, activation_token="1", parent_window="x11:1a")
+    desktop.user_sees("shows New A|1|x11:1a")
+    second.pick("template:b", demo, activation_token="2", parent_window="wayland:w")
+    desktop.user_sees("comes to the front 2")
+    second.pick("template:c", demo)
+    assert second.menu()[1][2] == "template:a"
+    assert not any("New B" in line for line in desktop.printed())
+    process = first.extension_process()
+    os.kill(process, signal.SIGUSR1)
+    desktop.user_sees("shows New B|2|wayland:w")
+    wait_until(lambda: first.shown)
+    os.kill(process, signal.SIGUSR2)
+    desktop.user_sees("shows New C||")
+    os.kill(process, signal.SIGUSR1)
+    wait_until(lambda: second.shown)
+    assert [shown for shown, _ in first.shown + second.shown] == [[uri(demo / "A.txt")], [uri(demo / "C.txt")]]
+    assert sorted(path.name for path in demo.iterdir()) == ["A.txt", "C.txt"]
+
+
+def test_an_alert_belongs_to_its_pick_and_the_next_one_waits_for_it(scripted):
+    desktop = scripted(60_000)
+    desktop.home.configure(template("A"), template("B"), defaultBehavior="never")
+    manager = desktop.manager()
+    manager.pick("template:a", desktop.home.path / "gone", parent_window="x11:1")
+    desktop.user_sees("shows Couldn't create the file.||x11:1")
+    manager.pick("template:b", desktop.home.demo, activation_token="2")
+    desktop.user_sees("comes to the front 2")
+    assert list(desktop.home.demo.iterdir()) == []
+    os.kill(manager.extension_process(), signal.SIGUSR1)
+    wait_until(lambda: manager.shown)
+
+
+def test_too_many_waiting_picks_are_refused(scripted):
+    desktop = scripted(60_000)
+    desktop.home.configure(template("A"))
+    manager = desktop.manager()
+    manager.pick("template:a", desktop.home.demo)
+    desktop.user_sees("shows New A||")
+    for _ in range(100):
+        manager.pick("template:a", desktop.home.demo)
+    assert manager.refusal_of("Activate", "(suasa{sv})", "template:a", 1, [], {}) == "Failed"
+
+
+def test_it_leaves_when_the_last_client_has_gone_for_a_while_but_not_before(scripted):
+    desktop = scripted(100)
+    watcher, first, second = FileManager(desktop.address), desktop.manager(), desktop.manager()
+    first.menu()
+    second.menu()
+    process = watcher.extension_process()
+    first.leaves()
+    over = []
+    GLib.timeout_add(500, lambda: over.append(1))
+    wait_until(lambda: over)
+    assert watcher.extension_process() == process
+    second.leaves()
+    wait_until(lambda: watcher.extension_process() is None)
+    wait_until(lambda: not pathlib.Path("/proc", str(process)).exists())
+
+
+def test_it_does_not_leave_before_what_the_user_is_asked_for_is_done(scripted):
+    desktop = scripted(300)
+    notes = desktop.handler("inode/directory")
+    desktop.home.configure(template("A"))
+    watcher, manager = FileManager(desktop.address), desktop.manager()
+    manager.pick("template:a", desktop.home.demo)
+    desktop.user_sees("shows New A||")
+    process = watcher.extension_process()
+    manager.leaves()
+    over = []
+    GLib.timeout_add(500, lambda: over.append(1))
+    wait_until(lambda: over)
+    os.kill(process, signal.SIGUSR1)
+    # The window that was clicked in has gone meanwhile, and no file manager runs.
+    wait_until(lambda: notes.exists() and notes.read_text() == f" {desktop.home.demo}\n")
+    wait_until(lambda: watcher.extension_process() is None)
+
+
+def test_every_call_is_answered_while_the_extension_comes_and_goes(scripted):
+    desktop = scripted(0)
+    desktop.home.configure(template("Note", filenamePattern="{{name}}.txt"), defaultBehavior="never")
+    watcher = FileManager(desktop.address)
+    processes = set()
+    for _ in range(150):
+        visitor = FileManager(desktop.address)
+        assert len(visitor.menu()) == 4
+        visitor.pick("template:note", desktop.home.demo)
+        processes.add(watcher.extension_process())
+        visitor.leaves()
+    # By the log: a process that leaves and the one after it may settle on the same free name.
+    wait_until(lambda: len(lines(desktop.home, "templateAction SUCCESS")) == 150)
+    assert len(processes) > 10

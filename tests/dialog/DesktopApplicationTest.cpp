@@ -1,0 +1,267 @@
+#include "ports/desktop/DesktopApplication.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+
+#include "contract/ApplicationContract.h"
+#include "contract/Process.h"
+#include "create/FileCreator.h"
+#include "create/PromptDialog.h"
+#include "ports/desktop/GLibMainQueue.h"
+#include "support/Eventually.h"
+#include "support/TestPlatform.h"
+
+namespace sprig::test {
+namespace {
+
+using desktop::DesktopApplication;
+using dialog::EventKind;
+using Name = std::optional<std::string>;
+
+const std::string shown = R"(echo '{"event":"shown"}';)";
+const std::string untilTheEnd = "cat >/dev/null";
+
+std::string saying(const dialog::Event& event) { return "cat <<'END'\n" + dialog::encode(event) + "END\n"; }
+
+/// The desktop's application with a shell script in the place of the dialogs' program.
+struct ScriptedDialogs {
+  TemporaryFolder folder;
+  platform::FileURL script = folder / "dialog";
+  RecordingSystemLog log;
+  desktop::GLibMainQueue mainQueue;
+  DesktopApplication desktopApplication{log, {script.path(), std::chrono::milliseconds(10000)}};
+
+  platform::Application& application() { return desktopApplication; }
+  platform::MainQueue& queue() { return mainQueue; }
+
+  /// For the dialogs from now on; a shell reads on in the script that it began with.
+  void play(const std::string& commands) {
+    const auto next = script.path() + ".next";
+    std::ofstream(next) << "#!/bin/sh\n" << commands << "\n";
+    ::chmod(next.c_str(), 0755);
+    std::filesystem::rename(next, script.path());
+  }
+
+  void answerWith(const Name& text) {
+    const auto answer =
+        text ? saying({EventKind::field, 0, *text}) : saying({EventKind::button, 1, "suggested.md"});
+    play("read -r show;" + shown + "case $show in *'\"field\"'*)\n" + answer + ";; *)\n" +
+         saying({EventKind::button, 0, ""}) + ";; esac\n" + untilTheEnd);
+  }
+
+  /// Has the dialog take `count` commands before it says `event`.
+  void answerAfter(int count, const dialog::Event& event) {
+    play(shown + "for i in $(seq " + std::to_string(count) +
+         "); do read -r line; printf '%s\\n' \"$line\"; done >'" + script.path() + ".commands'\n" +
+         saying(event) + untilTheEnd);
+  }
+
+  std::vector<dialog::Command> commands() const {
+    std::ifstream file(script.path() + ".commands");
+    std::vector<dialog::Command> result;
+    for (std::string line; std::getline(file, line);) result.push_back(dialog::decodeCommand(line).value());
+    return result;
+  }
+};
+
+using DesktopWorlds = testing::Types<ScriptedDialogs>;
+INSTANTIATE_TYPED_TEST_SUITE_P(OfTheDesktop, ApplicationContract, DesktopWorlds);
+
+/// The product's own windows in those dialogs.
+struct Dialogs : testing::Test, ScriptedDialogs {
+  TestPlatform platform;
+  platform::Platform services{
+      platform.files,     platform.users,       platform.process, platform.clock,     log,
+      mainQueue,          platform.fileChanges, platform.volumes, platform.workspace, platform.images,
+      desktopApplication, platform.controller};
+  platform::PlatformScope scope{services};
+
+  static Name ask(const std::string& suggested = "notes.txt") {
+    TemplateItem item;
+    item.name = "Meeting Notes";
+    item.icon = "note.text";
+    return PromptDialog::showNamePrompt(item, suggested, "Projects");
+  }
+
+  void showAlert() {
+    FileCreator::showErrorDialog("Permission Denied", "You can't.\n\nDetails");
+    bool isOver = false;
+    mainQueue.async([&] { isOver = true; });
+    while (!isOver) g_main_context_iteration(nullptr, TRUE);
+  }
+};
+
+bool hasNoChild() {
+  siginfo_t child = {};
+  return ::waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) == -1 && errno == ECHILD;
+}
+
+TEST_F(Dialogs, TellAllThatTheWindowShows) {
+  answerAfter(2, {EventKind::button, 1, "notes.txt"});
+  desktopApplication.setClick({":1.7", "token", "x11:2a"});
+  EXPECT_EQ(ask("😀tes.txt"), std::nullopt);
+  const auto told = commands();
+  const auto& show = std::get<dialog::Show>(told.at(0));
+  EXPECT_EQ(show.title, "New Meeting Notes");
+  EXPECT_EQ(show.text, "Enter a name for the new file in “Projects”:");
+  EXPECT_EQ(show.icon->names,
+            (std::vector<std::string>{"sprig-note-text-symbolic", "text-x-generic-symbolic"}));
+  EXPECT_EQ(std::tie(show.icon->size, show.icon->description), std::tuple(36, "Meeting Notes"));
+  EXPECT_EQ(std::tie(show.field->text, show.field->width), std::tuple("😀tes.txt", 300));
+  ASSERT_EQ(show.buttons.size(), 2U);
+  EXPECT_EQ(std::tie(show.buttons[0].title, show.buttons[0].key),
+            std::tuple("Create", dialog::ButtonKey::enter));
+  EXPECT_EQ(std::tie(show.buttons[1].title, show.buttons[1].key),
+            std::tuple("Cancel", dialog::ButtonKey::escape));
+  EXPECT_TRUE(show.isFloating);
+  EXPECT_EQ(std::tie(show.activationToken, show.parentWindow), std::tuple("token", "x11:2a"));
+  const auto& selection = std::get<dialog::Change>(told.at(1)).selection.value();
+  EXPECT_EQ(std::tie(selection.location, selection.length), std::tuple(0U, 5U));
+}
+
+TEST_F(Dialogs, ShowAnAlertWithTheIconOfItsStyleAndWithoutAUsedToken) {
+  answerAfter(1, {EventKind::close, 0, ""});
+  desktopApplication.setClick({":1.7", "token", "x11:2a"});
+  for (const auto* token : {"token", ""}) {
+    showAlert();
+    const auto show = std::get<dialog::Show>(commands().at(0));
+    EXPECT_EQ(show.icon->names, std::vector<std::string>{"dialog-warning"});
+    EXPECT_FALSE(show.field || show.isFloating);
+    EXPECT_EQ(std::tie(show.activationToken, show.parentWindow), std::tuple(token, "x11:2a"));
+  }
+  EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(Dialogs, ShowOnlyTextAndNoMoreThanCanBeRead) {
+  answerAfter(1, {EventKind::close, 0, ""});
+  FileCreator::showErrorDialog("a\xff", std::string(9, 'x') + "ü" + std::string(1 << 22, 'y'));
+  mainQueue.runPending();
+  const auto show = std::get<dialog::Show>(commands().at(0));
+  EXPECT_EQ(show.title, "a\uFFFD");
+  EXPECT_TRUE(show.text.starts_with("xxxxxxxxxüyyy") && show.text.ends_with("y…"));
+  EXPECT_LT(show.text.size(), 20000U);
+}
+
+TEST_F(Dialogs, GiveWhatTheUserDoesToTheProduct) {
+  struct Row {
+    dialog::Event event;
+    Name result;
+  };
+  for (const auto& row :
+       {Row{{EventKind::field, 0, " grüße.md "}, "grüße.md"}, Row{{EventKind::button, 0, ""}, "a.md"},
+        Row{{EventKind::button, 1, "x"}, {}}, Row{{EventKind::close, 0, "x"}, {}}}) {
+    play("read -r show;" + shown + saying(row.event) + untilTheEnd);
+    EXPECT_EQ(ask("a.md"), row.result) << dialog::encode(row.event);
+    // What is said last counts, even if the dialog has gone meanwhile.
+    play(saying(row.event));
+    EXPECT_EQ(ask("a.md"), row.result) << dialog::encode(row.event);
+  }
+  EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(Dialogs, LeaveANameAsItIsThatCanOnlyBeShownWithOtherCharacters) {
+  answerWith("caf\uFFFD.txt");
+  EXPECT_EQ(ask("caf\xe9.txt"), "caf\xe9.txt");
+}
+
+TEST_F(Dialogs, FollowTheModelAndComeToTheFront) {
+  answerAfter(4, {EventKind::field, 0, "typed"});
+  platform::Alert alert;
+  const auto field = std::make_shared<platform::TextField>();
+  alert.addButton("Take");
+  alert.accessoryView = std::make_shared<platform::View>();
+  alert.accessoryView->subviews.push_back(field);
+  alert.window->initialFirstResponder = field;
+  mainQueue.async([&] {
+    desktopApplication.comeToFront("token");
+    field->stringValue = "new";
+    alert.window->orderOut();
+    mainQueue.async([&] {
+      alert.window->makeKeyAndOrderFront();
+      field->currentEditor->selectedRange = platform::TextRange{1, 2};
+    });
+  });
+  EXPECT_EQ(desktopApplication.runModal(alert), 1000);
+  EXPECT_EQ(field->stringValue, "typed");
+  EXPECT_FALSE(alert.window->isVisible || field->currentEditor);
+  const auto told = commands();
+  EXPECT_EQ(std::get<dialog::Change>(told.at(1)).activationToken, "token");
+  EXPECT_EQ(std::get<dialog::Change>(told.at(2)).text, "new");
+  const auto& last = std::get<dialog::Change>(told.at(3));
+  EXPECT_TRUE(last.comesToFront && last.selection && last.selection->length == 2 && !last.text);
+}
+
+TEST_F(Dialogs, KeepTheWindowBehindUntilTheOneInFrontIsAnswered) {
+  // The dialog in front is answered after the one behind it.
+  play("read -r show;" + shown + "case $show in *'\"field\"'*)\n" + saying({EventKind::field, 0, "outer"}) +
+       "touch \"$0.answered\";; *) until test -e \"$0.answered\"; do :; done\n" +
+       saying({EventKind::button, 0, ""}) + "touch \"$0.inner\";; esac\n" + untilTheEnd);
+  mainQueue.async([&] { showAlert(); });
+  EXPECT_EQ(ask(), "outer");
+  EXPECT_TRUE(std::filesystem::exists(script.path() + ".inner"));
+}
+
+TEST_F(Dialogs, CancelAQuestionAndLogAnAlertWhenTheWindowIsLost) {
+  showAlert();
+  const auto descriptors = openDescriptors();
+  struct Row {
+    const char* what;
+    std::string script;
+    const char* reason;
+  };
+  for (const auto& row :
+       {Row{"dies at once", "exit 3", "it has ended by itself"},
+        Row{"dies before it is read", "kill -9 $$", "it has ended by itself"},
+        Row{"dies later", "read -r show;" + shown + "exit 1", "it has ended by itself"},
+        Row{"says nonsense", "echo hello;" + untilTheEnd, "it can't be understood: not JSON"},
+        Row{"says too much", "head -c 3000000 /dev/zero 2>/dev/null;" + untilTheEnd, "it says too much"}}) {
+    play(row.script);
+    log.takeLines();
+    EXPECT_EQ(ask(), std::nullopt) << row.what;
+    const std::string question = "[SprigFinder] No dialog for \"New Meeting Notes\": ";
+    const auto lines = log.takeLines();
+    ASSERT_EQ(lines.size(), 1U) << row.what;
+    EXPECT_TRUE(lines[0].starts_with(question) && lines[0].find(row.reason) != std::string::npos) << lines[0];
+    showAlert();
+    EXPECT_EQ(log.takeLines().at(1), "[SprigFinder] Permission Denied You can't.  Details") << row.what;
+    EXPECT_TRUE(eventually(hasNoChild)) << row.what;
+    EXPECT_EQ(openDescriptors(), descriptors) << row.what;
+  }
+}
+
+TEST_F(Dialogs, DoWithoutAProgram) {
+  EXPECT_EQ(ask(), std::nullopt);
+  EXPECT_NE(log.lines().at(0).find("No such file or directory"), std::string::npos);
+}
+
+TEST_F(Dialogs, EndAProgramThatShowsNothingOrWillNotLeave) {
+  DesktopApplication impatient(log, {script.path(), std::chrono::milliseconds(100)});
+  platform::Alert alert;
+  alert.addButton("Close");
+  play("exec sleep 600");
+  EXPECT_EQ(impatient.runModal(alert), desktop::DialogSession::noButtonCode);
+  EXPECT_NE(log.takeLines().at(0).find("it shows no window"), std::string::npos);
+  play(shown + saying({EventKind::button, 0, ""}) + "trap '' TERM HUP; kill -STOP $$");
+  EXPECT_EQ(desktopApplication.runModal(alert), 1000);
+  EXPECT_TRUE(eventually(hasNoChild));
+}
+
+TEST_F(Dialogs, SurviveAProgramThatDoesNotListen) {
+  play(shown + "exec sleep 600");
+  platform::Alert alert;
+  alert.accessoryView = std::make_shared<platform::View>();
+  alert.accessoryView->subviews.push_back(std::make_shared<platform::TextField>());
+  alert.accessoryView->subviews[0]->stringValue = std::string(1 << 20, 'x');
+  for (int round = 0; round < 20; ++round)
+    mainQueue.async([&] { alert.accessoryView->subviews[0]->stringValue += "y"; });
+  mainQueue.async([&] { mainQueue.async([&] { desktopApplication.stopModal(5); }); });
+  EXPECT_EQ(desktopApplication.runModal(alert), 5);
+}
+
+}  // namespace
+}  // namespace sprig::test

@@ -1,0 +1,194 @@
+"""The dialogs as their users see them: windows on a real X server with a window manager, keys, mouse, screen reader."""
+
+import pytest
+from conftest import ALERT, BASE, DEADLINE, PROMPT, WITHIN_WINDOW, nodes, output_of, wait_for
+from gi.repository import GLib
+
+NAME = "Meeting Notes 2026-11-16.md"
+LONG = "\n".join(f"Line {number} of many that nobody reads to the end of" for number in range(400))
+
+
+def prompt(text, selected):
+    """A prompt for a name of which the first `selected` UTF-16 code units are to be replaced."""
+    return ({**PROMPT, "field": {"text": text, "width": 300}},
+            {"command": "change", "selection": {"location": 0, "length": selected}})
+
+
+def field_of(dialog):
+    return next(node for node in nodes(dialog.accessible()) if node.get_role_name() == "text")
+
+
+def selection_in(dialog):
+    """Where what is selected in the field begins and ends, in characters; nothing while nothing is."""
+    try:
+        selection = field_of(dialog).get_text_iface().get_selection(0)
+    except GLib.Error:
+        return None
+    return selection.start_offset, selection.end_offset
+
+
+@pytest.mark.parametrize("act, event", [
+    (lambda it: it.press("Return"), {"event": "field", "text": NAME}),
+    (lambda it: it.type("Minutes").press("Return"), {"event": "field", "text": "Minutes.md"}),
+    (lambda it: it.press("ctrl+a").type("a/b").press("KP_Enter"), {"event": "field", "text": "a/b"}),
+    (lambda it: it.press("ctrl+a", "BackSpace", "Return"), {"event": "field", "text": ""}),
+    (lambda it: it.press("Escape"), {"event": "button", "button": 1, "text": NAME}),
+    (lambda it: it.type("x").press("Tab", "space"), {"event": "button", "button": 1, "text": "x.md"}),
+    (lambda it: it.press("Tab", "Tab", "Return"), {"event": "button", "button": 0, "text": NAME}),
+    (lambda it: it.click("Create"), {"event": "button", "button": 0, "text": NAME}),
+    (lambda it: it.click("Cancel"), {"event": "button", "button": 1, "text": NAME}),
+    (lambda it: it.press("alt+F4"), {"event": "close", "text": NAME}),
+    (lambda it: it.close_by_window_manager(), {"event": "close", "text": NAME}),
+], ids=["Return", "typing", "another name", "nothing", "Escape", "Cancel by keys", "Create by keys", "Create by mouse",
+        "Cancel by mouse", "Alt+F4", "closing"])
+def test_a_prompt_reports_what_the_user_does_and_stays_until_told(open_dialog, act, event):
+    dialog = open_dialog(PROMPT, BASE).shown()
+    act(dialog)
+    assert dialog.event() == event
+    assert dialog.window
+    dialog.tell({"command": "close"})
+    assert dialog.ends() == (0, "")
+
+
+@pytest.mark.parametrize("text, selected, result", [
+    ("archive.tar.gz", 11, "x.gz"),
+    ("é" * 126 + ".md", 126, "x.md"),
+    ("a" * 251 + ".txt", 251, "x.txt"),
+    ("פתק פגישה.md", 9, "x.md"),
+    ("😀é.md", 3, "x.md"),
+    ("_R&D <b>.md", 8, "x.md"),
+])
+def test_typing_replaces_the_selected_part_of_any_name(open_dialog, text, selected, result):
+    dialog = open_dialog(*prompt(text, selected)).shown()
+    assert dialog.type("x").press("Return").event() == {"event": "field", "text": result}
+
+
+def test_a_change_reaches_the_open_window(open_dialog):
+    dialog = open_dialog(PROMPT).shown()
+    dialog.tell({"command": "change", "text": "other.txt", "selection": {"location": 5, "length": 4}, "front": True})
+    wait_for(lambda: selection_in(dialog) == (5, 9), "the new selection")
+    assert dialog.type("!").press("Return").event() == {"event": "field", "text": "other!"}
+
+
+def test_a_screen_reader_finds_names_and_roles(open_dialog):
+    dialog = open_dialog(PROMPT, BASE).shown()
+    window = dialog.accessible()
+    found = {(node.get_role_name(), node.get_name()) for node in nodes(window)}
+    assert (window.get_role_name(), window.get_name()) == ("dialog", PROMPT["title"])
+    assert found >= {("image", "Meeting Notes"), ("label", PROMPT["title"]), ("label", PROMPT["text"]),
+                     ("text", PROMPT["text"]), ("push button", "Create"), ("push button", "Cancel")}
+    described = [relation.get_target(0).get_name() for relation in window.get_relation_set()]
+    assert described == [PROMPT["text"]]
+    field = field_of(dialog)
+    assert [relation.get_target(0).get_name() for relation in field.get_relation_set()] == [PROMPT["text"]]
+    # Its own extents are without its border.
+    assert field.get_parent().get_component_iface().get_extents(WITHIN_WINDOW).width == 300
+    wait_for(lambda: selection_in(dialog) == (0, 24), "the selected base")
+
+
+def test_a_screen_reader_finds_no_icon_that_says_nothing(open_dialog):
+    window = open_dialog(ALERT).shown().accessible()
+    assert "image" not in {node.get_role_name() for node in nodes(window)}
+
+
+@pytest.mark.parametrize("key, event", [("Return", {"event": "button", "button": 0, "text": ""}),
+                                        ("Escape", {"event": "close", "text": ""})])
+def test_an_alert_is_dismissed_by_either_key(open_dialog, key, event):
+    assert open_dialog(ALERT).shown().press(key).event() == event
+
+
+def test_the_text_of_an_alert_is_copied_by_keyboard(open_dialog):
+    dialog = open_dialog({**ALERT, "text": "Read-only & <full>\nשלום"}).shown()
+    dialog.press("shift+Tab", "ctrl+a", "ctrl+c")
+    assert wait_for(lambda: output_of("xclip", "-o", "-selection", "clipboard"), "the copy") == "Read-only & <full>\nשלום"
+
+
+@pytest.mark.parametrize("text", [LONG, "x" * 2000, LONG.replace("\n", " ")], ids=["lines", "one word", "one line"])
+def test_a_huge_text_stays_within_the_screen_and_scrolls(open_dialog, text):
+    dialog = open_dialog({**ALERT, "text": text}).shown()
+    _, _, width, height = dialog.geometry()
+    assert width < 700 and height < 450
+    bars = [node for node in nodes(dialog.accessible()) if node.get_role_name() == "scroll bar"]
+    values = [node.get_value_iface() for bar in bars for node in nodes(bar) if node.get_value_iface()]
+    assert max(value.get_maximum_value() for value in values) > 500
+
+
+def test_a_dialog_opens_in_front_of_the_window_it_belongs_to_and_has_the_keyboard(open_dialog):
+    parent = open_dialog({**ALERT, "title": "File manager"}).shown()
+    child = open_dialog({**PROMPT, "parentWindow": f"x11:{int(parent.window):x}", "activationToken": "tok_TIME1"}).shown()
+    assert child.property("WM_TRANSIENT_FOR").split("# ")[1] == hex(int(parent.window))
+    assert "_NET_WM_STATE_ABOVE" in child.property("_NET_WM_STATE")
+    assert "_NET_WM_STATE_ABOVE" not in parent.property("_NET_WM_STATE")
+    output_of("wmctrl", "-i", "-a", parent.window)
+    child.tell({"command": "change", "front": True})
+    wait_for(child.is_active, "the focus")
+    assert child.type("x").press("Return").event()["event"] == "field"
+
+
+@pytest.mark.parametrize("parent", ["", "x11:", "x11:0", "x11:12zz", "x11:" + "f" * 40, "x11:7fffffff", "wayland:abc", "?"])
+def test_a_parent_that_is_none_does_no_harm(open_dialog, parent):
+    assert open_dialog({**PROMPT, "parentWindow": parent}).shown().press("Escape").event()["event"] == "button"
+
+
+def test_windows_are_dark_when_the_desktop_prefers_that(open_dialog, desktop, tmp_path):
+    desktop.write("dark/glib-2.0/settings/keyfile", "[org/gnome/desktop/interface]\ncolor-scheme='prefer-dark'\n")
+    light = open_dialog(ALERT).shown().picture(tmp_path / "light.png").resize((1, 1)).getpixel((0, 0))
+    dark = open_dialog(ALERT, XDG_CONFIG_HOME=f"{desktop.home}/dark").shown()
+    wait_for(lambda: sum(dark.picture(tmp_path / "dark.png").resize((1, 1)).getpixel((0, 0))) < sum(light) / 2, "dark")
+
+
+@pytest.mark.parametrize("lines, complaint", [
+    (b"\n", "not JSON"),
+    (b"[]\n", "expected an object"),
+    (b'{"command": "dance"}\n', "no command"),
+    (b'{"command": "change"}\n', "nothing is shown yet"),
+    (b'{"command": "show", "title": "\xff"}\n', "not JSON"),
+    (b"x" * (2 << 20), "too long"),
+], ids=["empty", "no object", "unknown", "too early", "no text", "endless"])
+def test_what_is_no_command_ends_the_dialog_with_a_complaint(open_dialog, lines, complaint):
+    dialog = open_dialog()
+    try:
+        dialog.write(lines)
+    except BrokenPipeError:
+        pass
+    dialog.process.stdin.close()
+    dialog.process.stdin = None
+    status, errors = dialog.ends()
+    assert status == 1 and complaint in errors and errors.count("\n") == 1
+
+
+@pytest.mark.parametrize("line", [b"nonsense\n", b'{"command": "change", "text": 1}\n',
+                                  b'{"command": "show", "title": "", "text": "", "buttons": []}\n'],
+                         ids=["no JSON", "wrong type", "second window"])
+def test_so_does_a_wrong_command_to_an_open_window(open_dialog, line):
+    dialog = open_dialog(PROMPT).shown()
+    dialog.write(line)
+    status, errors = dialog.ends()
+    assert status == 1 and errors.count("\n") == 1
+
+
+def test_the_end_of_its_input_ends_the_dialog(open_dialog):
+    for dialog in (open_dialog(), open_dialog(PROMPT).shown()):
+        assert dialog.ends() == (0, "")
+
+
+def test_without_a_display_the_dialog_ends_with_a_complaint(open_dialog):
+    for display in (None, ":987"):
+        assert open_dialog(PROMPT, DISPLAY=display).ends() == (1, "sprig-dialog: there is no display\n")
+
+
+def test_the_dialog_ends_with_its_display(open_dialog, desktop):
+    display = desktop.announcing("Xvfb", "-displayfd", "{}", "-nolisten", "tcp")
+    server = desktop.processes.pop()
+    dialog = open_dialog(PROMPT, DISPLAY=f":{display}")
+    assert dialog.event() == {"event": "shown"}
+    server.terminate()
+    server.wait(DEADLINE)
+    assert dialog.process.wait(DEADLINE) != 0
+
+
+def test_a_dialog_whose_extension_has_gone_ends_when_it_has_something_to_report(open_dialog):
+    dialog = open_dialog(PROMPT).shown()
+    dialog.process.stdout.close()
+    dialog.press("Escape")
+    assert dialog.process.wait(DEADLINE) == 0
