@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "wire/Rows.h"
+
+namespace sprig::filemanagers {
+
+/// One entry of a menu, ready to become a file manager's own item.
+struct MenuEntry {
+  enum class Type { item, separator, submenu };
+
+  Type type = Type::item;
+  /// Of letters, digits, "-" and "_" only; unique in the menu, and the same in each menu of one
+  /// configuration: some managers find a picked entry again by it, and some make the name of a widget or an
+  /// action of it.
+  std::string name;
+  /// With "_" doubled: everywhere here a single one would mark a letter as mnemonic.
+  std::string label;
+  std::string action;
+  /// A name of the icon theme; empty for none.
+  std::string icon;
+  bool isEnabled = true;
+  std::vector<MenuEntry> children;
+};
+
+/// A menu that is shared by those who show it; it never changes.
+using MenuEntries = std::shared_ptr<const std::vector<MenuEntry>>;
+
+/// The menu that rows describe. Leaves out separators that separate nothing and submenus without entries.
+///
+/// Requires: the rows are as `wire::Row` says.
+MenuEntries entriesFromRows(const std::vector<wire::Row>& rows);
+
+}  // namespace sprig::filemanagers

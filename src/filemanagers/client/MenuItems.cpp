@@ -1,0 +1,30 @@
+#include "filemanagers/client/MenuItems.h"
+
+#include "filemanagers/client/AtBorder.h"
+
+namespace sprig::filemanagers {
+
+namespace {
+
+struct Pick {
+  std::shared_ptr<ExtensionClient> client;
+  std::shared_ptr<const MenuOccasion> occasion;
+  std::string action;
+};
+
+void picked(GObject* /*item*/, void* data) {
+  const auto& pick = *static_cast<const Pick*>(data);
+  atBorder([&] { pick.client->activate(pick.action, *pick.occasion); });
+}
+
+void forget(void* data, GClosure* /*closure*/) { delete static_cast<Pick*>(data); }
+
+}  // namespace
+
+void activateOnPick(void* item, std::shared_ptr<ExtensionClient> client,
+                    std::shared_ptr<const MenuOccasion> occasion, std::string action) {
+  auto pick = std::make_unique<Pick>(Pick{std::move(client), std::move(occasion), std::move(action)});
+  g_signal_connect_data(item, "activate", G_CALLBACK(picked), pick.release(), forget, GConnectFlags(0));
+}
+
+}  // namespace sprig::filemanagers
