@@ -1,0 +1,183 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "filemanagers/FakeExtension.h"
+#include "filemanagers/client/MenuEntry.h"
+#include "filemanagers/thunar/ThunarItems.h"
+#include "support/Eventually.h"
+
+namespace sprig::filemanagers {
+namespace {
+
+using wire::Kind;
+using wire::Row;
+using Type = Row::Type;
+
+Row row(std::int32_t parent, Type type, std::string title = {}, std::string action = {}) {
+  Row result;
+  result.parent = parent;
+  result.type = type;
+  result.title = std::move(title);
+  result.action = std::move(action);
+  return result;
+}
+
+/// A menu on one line: submenus in brackets, separators as dashes.
+std::string drawn(const std::vector<MenuEntry>& entries) {
+  std::string text;
+  for (const auto& entry : entries) {
+    if (!text.empty()) text += ' ';
+    text += entry.type == MenuEntry::Type::separator ? "-" : entry.label;
+    if (!entry.children.empty()) text += "[" + drawn(entry.children) + "]";
+  }
+  return text;
+}
+
+void collectNames(const std::vector<MenuEntry>& entries, std::vector<std::string>& names) {
+  for (const auto& entry : entries) {
+    names.push_back(entry.name);
+    collectNames(entry.children, names);
+  }
+}
+
+TEST(MenuEntries, StandAsTheRowsSayWithoutWhatShowsNothing) {
+  const struct {
+    const char* what;
+    std::vector<Row> rows;
+    const char* drawn;
+  } cases[] = {
+      {"nothing", {}, ""},
+      {"a tree",
+       {row(-1, Type::submenu, "Sprig"), row(0, Type::item, "a"), row(0, Type::submenu, "More"),
+        row(2, Type::submenu, "Notes"), row(3, Type::item, "b"), row(2, Type::item, "c"),
+        row(0, Type::separator), row(0, Type::item, "d")},
+       "Sprig[a More[Notes[b] c] - d]"},
+      {"separators at the ends and twice",
+       {row(-1, Type::separator), row(-1, Type::item, "a"), row(-1, Type::separator),
+        row(-1, Type::separator), row(-1, Type::item, "b"), row(-1, Type::separator)},
+       "a - b"},
+      {"submenus without entries",
+       {row(-1, Type::submenu, "x"), row(-1, Type::submenu, "y"), row(1, Type::separator),
+        row(-1, Type::item, "a")},
+       "a"},
+      {"mnemonics", {row(-1, Type::item, "R&D_notes __ 日本")}, "R&D__notes ____ 日本"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(drawn(*entriesFromRows(test.rows)), test.drawn) << test.what;
+}
+
+TEST(MenuEntries, HaveNamesThatAreUniquePlainAndAlwaysTheSame) {
+  const std::vector<Row> rows = {
+      row(-1, Type::submenu, "Sprig"),
+      row(0, Type::item, "a", "template:a/b"),
+      row(0, Type::item, "a", "template:a_2fb"),
+      row(0, Type::item, "a", "template:日"),
+      row(0, Type::submenu, "Sprig"),
+      row(4, Type::item, "b", "x"),
+      row(0, Type::separator),
+      row(0, Type::item, "c", "x"),
+      row(0, Type::separator),
+      row(0, Type::item, "d", "x__2"),
+  };
+  std::vector<std::string> names;
+  collectNames(*entriesFromRows(rows), names);
+  EXPECT_EQ(names.size(), rows.size());
+  EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
+  for (const auto& name : names) {
+    EXPECT_EQ(name.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_"),
+              std::string::npos)
+        << name;
+  }
+  std::vector<std::string> again;
+  collectNames(*entriesFromRows(rows), again);
+  EXPECT_EQ(again, names);
+}
+
+/// Thunar, as far as it holds menus.
+class ThunarItemsTest : public testing::Test {
+ protected:
+  GList* open(const char* folder) { return items.itemsFor({Kind::background, {folder}, {}}); }
+
+  static void close(GList* list) { thunarx_menu_item_list_free(list); }
+
+  /// What is picked lies in the submenu of the first item.
+  static void pick(GList* list, int index) {
+    ThunarxMenu* submenu = nullptr;
+    g_object_get(list->data, "menu", &submenu, nullptr);
+    GList* children = thunarx_menu_get_items(submenu);
+    thunarx_menu_item_activate(
+        static_cast<ThunarxMenuItem*>(g_list_nth_data(children, static_cast<guint>(index))));
+    thunarx_menu_item_list_free(children);
+    // Here the real one keeps its reference to the submenu.
+    g_object_unref(submenu);
+  }
+
+  std::string picked() {
+    const auto calls = ++picks;
+    EXPECT_TRUE(test::eventually([&] {
+      while (g_main_context_iteration(nullptr, FALSE)) {
+      }
+      return extension.calls("Activate") == calls;
+    }));
+    return extension.lastCall("Activate");
+  }
+
+  test::PrivateBus bus;
+  wire::ObjectPointer<GDBusConnection> connection = bus.connect();
+  test::FakeExtension extension{bus,
+                                {row(-1, Type::submenu, "Sprig"),
+                                 row(0, Type::item, "Note", "note"),
+                                 row(0, Type::separator),
+                                 {0, Type::item, "", "No Templates Configured", "", "", false},
+                                 row(0, Type::item, "Settings", "settings")}};
+  std::size_t picks = 0;
+  std::shared_ptr<ExtensionClient> client = std::make_shared<ExtensionClient>(
+      ExtensionClient::Settings{.kinds = {Kind::items, Kind::background}, .connection = connection.get()});
+  ThunarItems items{client};
+};
+
+TEST_F(ThunarItemsTest, AThousandMenusAreMadeOfTheSameItems) {
+  std::set<void*> made;
+  for (int count = 0; count < 1000; ++count) {
+    auto* list = open("file:///home/ann/demo");
+    ASSERT_NE(list, nullptr);
+    made.insert(list->data);
+    close(list);
+  }
+  EXPECT_EQ(made.size(), 1U);
+}
+
+TEST_F(ThunarItemsTest, AnOpenMenuKeepsItsFolderWhileAnotherIsAskedFor) {
+  auto* first = open("file:///home/ann/one");
+  auto* second = open("file:///home/ann/two");
+  pick(first, 0);
+  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/one'], {})");
+  pick(second, 0);
+  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/two'], {})");
+  close(first);
+  close(second);
+  auto* third = open("file:///home/ann/three");
+  pick(third, 1);
+  EXPECT_EQ(picked(), "('settings', 1, ['file:///home/ann/three'], {})") << "no separator, no disabled item";
+  close(third);
+}
+
+TEST_F(ThunarItemsTest, AnOpenMenuOutlivesItsSuccessorAndTheProvider) {
+  auto* old = open("file:///home/ann/old");
+  extension.changeMenu({row(-1, Type::submenu, "Sprig"), row(0, Type::item, "New", "new")});
+  GList* fresh = nullptr;
+  ASSERT_TRUE(test::eventually([&] {
+    while (g_main_context_iteration(nullptr, FALSE)) {
+    }
+    if (fresh) close(fresh);
+    fresh = open("file:///home/ann/fresh");
+    return drawn(*client->menu(Kind::background, "file:///home/ann")) == "Sprig[New]";
+  }));
+  pick(old, 0);
+  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/old'], {})");
+  close(old);
+  close(fresh);
+}
+
+}  // namespace
+}  // namespace sprig::filemanagers
