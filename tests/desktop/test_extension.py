@@ -143,6 +143,15 @@ def test_a_changed_configuration_is_announced_and_the_next_menu_follows(desktop)
     assert (desktop.home.demo / "Mine.txt").exists()
 
 
+def test_the_first_configuration_of_a_user_is_noticed_and_followed(desktop):
+    manager = desktop.manager()
+    assert "template:builtin-meeting-notes" in [row[2] for row in manager.menu()]
+    desktop.home.configure(template("First"))
+    wait_until(lambda: manager.changes and [row[2] for row in manager.menu()][1] == "template:first")
+    desktop.home.config.write_text(desktop.home.config.read_text().replace("first", "second"))
+    wait_until(lambda: [row[2] for row in manager.menu()][1] == "template:second")
+
+
 def test_rows_stay_the_same_while_the_configuration_does(desktop):
     twins = [template("A", id="same"), template("B", id="same")]
     desktop.home.configure(*twins, defaultBehavior="never")

@@ -11,11 +11,26 @@ DesktopPlatform::DesktopPlatform(GDBusConnection& connection, platform::SystemLo
       services{files,       users,   process,   clock,  systemLog,   mainQueue,
                fileChanges, volumes, workspace, images, application, controller} {
   scope.emplace(services);
+  follower.emplace();
 }
 
 void DesktopPlatform::whenConfigurationChanges(std::function<void()> handler) {
   configuration = ConfigManager::shared().getConfig();
   configurationChanged = std::move(handler);
+  followFirstDocument();
+}
+
+// Without a document anywhere the store watches another folder than the one where users put their first.
+void DesktopPlatform::followFirstDocument() {
+  const auto folder = files.containerURL(applicationGroupIdentifier);
+  if (!folder) return;
+  // Refused: then it can't be watched either.
+  static_cast<void>(files.createDirectory(*folder));
+  configFolder = fileChanges.makeFileSystemObjectSource(*folder, platform::FileEvents::write);
+  if (!configFolder) return;
+  configFolder->resume([this, weak = ConfigManager::shared().weak_from_this()] {
+    if (const auto manager = weak.lock()) follower->follow();
+  });
 }
 
 void DesktopPlatform::compareConfiguration() {

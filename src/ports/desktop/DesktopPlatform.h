@@ -3,8 +3,10 @@
 #include <gio/gio.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
+#include "config/ConfigFollower.h"
 #include "config/ConfigManager.h"
 #include "platform/Platform.h"
 #include "ports/desktop/AnnouncingFileChangeSources.h"
@@ -34,11 +36,13 @@ class DesktopPlatform {
   DesktopFinderSyncController& finderSyncController() { return controller; }
   DesktopWorkspace& fileManagers() { return workspace; }
 
-  /// Has `handler` called, on the main thread, each time that another configuration is in force. Called once,
-  /// when the product has been started.
+  /// Has `handler` called, on the main thread, each time that another configuration is in force: from another
+  /// load of the document, or from one that has come to stand in the user's configuration folder. Called
+  /// once, when the product has been started.
   void whenConfigurationChanges(std::function<void()> handler);
 
  private:
+  void followFirstDocument();
   void compareConfiguration();
 
   GLibMainQueue mainQueue;
@@ -55,9 +59,11 @@ class DesktopPlatform {
   // The order below matters at the end: first the product's objects go, then the background thread that may
   // still be at work for them, and the platform stays in force until then.
   std::optional<platform::PlatformScope> scope;
+  std::optional<ConfigFollower> follower;
   ports::InotifyFileChangeSources inotify;
   AnnouncingFileChangeSources fileChanges;
   platform::Platform services;
+  std::unique_ptr<platform::FileChangeSource> configFolder;  // null: it can't be watched
 };
 
 }  // namespace sprig::desktop

@@ -14,7 +14,6 @@ gboolean runWaiting(int, GIOCondition, void* queue) {
 }  // namespace
 
 GLibMainQueue::GLibMainQueue() : source(g_unix_fd_source_new(queue.descriptor(), G_IO_IN)) {
-  // source.
   g_source_set_callback(source.get(), G_SOURCE_FUNC(runWaiting), &queue, nullptr);
   // Work may run a modal session, in which the rest of the work goes on.
   g_source_set_can_recurse(source.get(), TRUE);

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "config/ConfigFollower.h"
 #include "platform/FIFinderSync.h"
-#include "ports/terminal/ConfigFollower.h"
 #include "ports/terminal/LineReader.h"
 #include "ports/terminal/MenuRows.h"
 #include "ports/terminal/Screen.h"

@@ -3,13 +3,13 @@
 #include "config/ConfigManager.h"
 #include "platform/FileURL.h"
 
-namespace sprig::terminal {
+namespace sprig {
 
-/// Keeps a waiting menu in step with a configuration that comes to stand at another place than the one in
-/// force at the start, such as the first one a user writes. The watchers, armed at the start, follow that
-/// first place only.
+/// Keeps a running program in step with a configuration that comes to stand at another place than the one in
+/// force at its start, such as the first one a user writes. The store's own watchers follow that first place
+/// only.
 ///
-/// Threads: main thread.
+/// Threads: any.
 class ConfigFollower {
  public:
   /// Loads the configuration again if it has moved.
@@ -21,4 +21,4 @@ class ConfigFollower {
   const platform::FileURL watched = ConfigManager::configURL();
 };
 
-}  // namespace sprig::terminal
+}  // namespace sprig
