@@ -136,7 +136,7 @@ DialogWindow::~DialogWindow() { gtk_window_destroy(window); }
 void DialogWindow::apply(const Change& change) {
   if (entry != nullptr) edit(GTK_EDITABLE(entry), change);
   if (change.comesToFront) {
-    if (!change.activationToken.empty()) gtk_window_set_startup_id(window, change.activationToken.c_str());
+    takeFocusWith(window, change.activationToken);
     gtk_window_present(window);
   }
 }
@@ -256,7 +256,7 @@ void DialogWindow::open(const Show& show) {
   // A text that can be selected would take the keyboard otherwise.
   auto* first = entry != nullptr ? GTK_WIDGET(entry) : gtk_window_get_default_widget(window);
   if (first != nullptr) gtk_widget_grab_focus(first);
-  if (!show.activationToken.empty()) gtk_window_set_startup_id(window, show.activationToken.c_str());
+  takeFocusWith(window, show.activationToken);
   gtk_widget_realize(GTK_WIDGET(window));
   belongTo(window, show.parentWindow);
   gtk_window_present(window);

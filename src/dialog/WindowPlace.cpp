@@ -56,6 +56,20 @@ G_GNUC_END_IGNORE_DEPRECATIONS
 
 }  // namespace
 
+void takeFocusWith(GtkWindow* window, const std::string& activationToken) {
+  if (activationToken.empty()) return;
+  gtk_window_set_startup_id(window, activationToken.c_str());
+#ifdef GDK_WINDOWING_WAYLAND
+  // There, what is presented takes the display's token, and the window's own counts for nothing.
+  auto* display = gtk_widget_get_display(GTK_WIDGET(window));
+  if (GDK_IS_WAYLAND_DISPLAY(display)) {
+    G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+    gdk_wayland_display_set_startup_notification_id(display, activationToken.c_str());
+    G_GNUC_END_IGNORE_DEPRECATIONS
+  }
+#endif
+}
+
 void belongTo(GtkWindow* window, const std::string& parentWindow) {
   auto* surface = gtk_native_get_surface(GTK_NATIVE(window));
 #ifdef GDK_WINDOWING_X11

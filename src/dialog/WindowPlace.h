@@ -6,6 +6,10 @@
 
 namespace sprig::dialog {
 
+/// Has a window get the focus when it is presented next, by the token of the click that asked for it; empty
+/// for none.
+void takeFocusWith(GtkWindow* window, const std::string& activationToken);
+
 /// Makes a window belong to one of another program, "x11:<hexadecimal id>" or "wayland:<exported handle>", so
 /// that it stays in front of it. One that is of the other display system or malformed is ignored. Requires:
 /// realized, not mapped yet.

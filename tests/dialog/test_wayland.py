@@ -1,0 +1,47 @@
+"""The dialog under a Wayland compositor, where only the token of a click lets a window take the focus."""
+
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+
+import pytest
+
+DEADLINE = 20  # seconds
+
+
+@pytest.fixture
+def compositor():
+    """The environment of programs under a compositor without a screen."""
+    assert shutil.which("sway"), "sway is missing: install the Debian package sway"
+    with tempfile.TemporaryDirectory(prefix="sprig-wayland-") as folder:
+        environment = {"XDG_RUNTIME_DIR": folder, "HOME": folder, "PATH": os.environ["PATH"], "LIBSEAT_BACKEND": "noop",
+                       "WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"}
+        (pathlib.Path(folder) / "config").write_text("exec echo started\n")
+        # It refuses to run as root.
+        command = ["unshare", "--user", "--map-user=1000", "--map-group=1000", "sway", "-c", folder + "/config"]
+        process = subprocess.Popen(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        assert process.stdout.readline() == "started\n"
+        display = next(path.name for path in pathlib.Path(folder).glob("wayland-*") if path.suffix != ".lock")
+        yield {**environment, "WAYLAND_DISPLAY": display, "GDK_BACKEND": "wayland", "GTK_A11Y": "none",
+               "GSETTINGS_BACKEND": "memory", "ASAN_OPTIONS": "detect_leaks=0"}
+        process.terminate()
+        process.wait()
+
+
+def test_the_token_of_the_click_gives_the_window_the_focus(compositor):
+    show = {"command": "show", "title": "New File", "text": "", "buttons": [], "activationToken": "the-clicks",
+            "parentWindow": "wayland:the-managers"}
+    command = ["timeout", str(DEADLINE), os.environ["SPRIG_DIALOG"]]
+    dialog = subprocess.Popen(command, env={**compositor, "WAYLAND_DEBUG": "client"}, text=True,
+                              stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+    print(json.dumps(show), file=dialog.stdin, flush=True)
+    missing = {'.activate("the-clicks", ', ', "the-managers")', ".set_parent_of("}
+    for request in dialog.stderr:
+        missing -= {text for text in missing if text in request}
+        if not missing:
+            break
+    dialog.communicate()
+    assert not missing and dialog.returncode == 0
