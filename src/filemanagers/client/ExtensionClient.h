@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "filemanagers/client/Bus.h"
+#include "filemanagers/client/ClickOrigin.h"
 #include "filemanagers/client/MenuEntry.h"
 #include "filemanagers/client/ServedFolders.h"
 #include "wire/Interface.h"
@@ -22,14 +23,6 @@ struct ToolbarButton {
   std::string toolTip;
   /// A name of the icon theme; empty for none.
   std::string icon;
-};
-
-/// From where a click came, so that a dialog opens in front of it. Empty texts: not known.
-struct ClickOrigin {
-  /// Of start-up notification or xdg-activation.
-  std::string activationToken;
-  /// "x11:<hexadecimal id>" or "wayland:<exported handle>".
-  std::string parentWindow;
 };
 
 /// What a menu was asked for, kept with its items until one is picked.

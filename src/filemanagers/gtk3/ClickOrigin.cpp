@@ -2,10 +2,8 @@
 
 #include <gdk/gdkx.h>
 
-#include <array>
-#include <charconv>
 #include <memory>
-#include <string>
+#include <optional>
 
 namespace sprig::filemanagers {
 
@@ -27,28 +25,17 @@ class WeakWindow {
   GWeakRef reference{};
 };
 
-std::string hexadecimal(unsigned long number) {
-  std::array<char, 2 * sizeof number> digits{};
-  auto* end = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16).ptr;
-  return {digits.data(), end};
-}
-
-/// The window system's window, if it is one of X11.
-GdkWindow* x11WindowOf(GtkWidget* widget) {
-  auto* surface = gtk_widget_get_window(gtk_widget_get_toplevel(widget));
-  return surface && GDK_IS_X11_WINDOW(surface) ? surface : nullptr;
-}
-
 ClickOrigin originIn(GtkWidget* window) {
-  ClickOrigin origin;
-  auto* surface = x11WindowOf(window);
-  if (!surface) return origin;
-  origin.parentWindow = "x11:" + hexadecimal(gdk_x11_window_get_xid(surface));
-  // Window managers read the moment of the click from the end of a start-up id: with it, the dialog is newer
-  // than all that the user did before, so it gets the focus.
+  auto* surface = gtk_widget_get_window(gtk_widget_get_toplevel(window));
+  if (!surface) return {};
+  if (!GDK_IS_X11_WINDOW(surface)) {
+    const wire::ObjectPointer<GAppLaunchContext> context(
+        G_APP_LAUNCH_CONTEXT(gdk_display_get_app_launch_context(gtk_widget_get_display(window))));
+    return clickOriginOnWayland(context.get());
+  }
   const auto moment = gtk_get_current_event_time();
-  if (moment != GDK_CURRENT_TIME) origin.activationToken = "sprig_TIME" + std::to_string(moment);
-  return origin;
+  return clickOriginOnX11(gdk_x11_window_get_xid(surface),
+                          moment == GDK_CURRENT_TIME ? std::nullopt : std::optional(moment));
 }
 
 }  // namespace

@@ -6,13 +6,13 @@ extern "C" {
 
 #include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/MenuItems.h"
+#include "filemanagers/gtk4/ClickOrigin.h"
 
 namespace sprig::filemanagers {
 
 namespace {
 
-/// What `MenuItems` and `urisOf` need to know of GNOME Files, which has no separators and draws no icons, and
-/// which does not say in which window a menu is shown.
+/// What `MenuItems` and `urisOf` need to know of GNOME Files, which has no separators and draws no icons.
 struct NautilusMenus {
   using Item = NautilusMenuItem;
   using Submenu = NautilusMenu;
@@ -36,14 +36,16 @@ struct NautilusMenus {
 
 GList* fileItems(NautilusMenuProvider* provider, GList* files) {
   return atBorder([&] {
-    return menuItems<NautilusMenus>(provider, {wire::Kind::items, urisOf<NautilusMenus>(files), {}});
+    return menuItems<NautilusMenus>(
+        provider, {wire::Kind::items, urisOf<NautilusMenus>(files), clickOriginInActiveWindow});
   });
 }
 
 GList* backgroundItems(NautilusMenuProvider* provider, NautilusFileInfo* folder) {
   return atBorder([&] {
     GList files{folder, nullptr, nullptr};
-    return menuItems<NautilusMenus>(provider, {wire::Kind::background, urisOf<NautilusMenus>(&files), {}});
+    return menuItems<NautilusMenus>(
+        provider, {wire::Kind::background, urisOf<NautilusMenus>(&files), clickOriginInActiveWindow});
   });
 }
 
