@@ -19,9 +19,9 @@ TEXT_FILES = {".h", ".cpp", ".py", ".sh", ".md", ".json", ".txt", ".cmake", ".1"
 
 
 def files_below(root):
-    """The project's files, without what is built or belongs to git."""
+    """The project's files, without what is built, belongs to git or may be no text."""
     for folder, folders, names in os.walk(root):
-        folders[:] = [name for name in folders if name not in {"build", ".git", "__pycache__", ".pytest_cache"}]
+        folders[:] = [name for name in folders if name not in {"build", ".git", "__pycache__", ".pytest_cache", "seeds"}]
         yield from (pathlib.Path(folder, name) for name in names)
 
 
