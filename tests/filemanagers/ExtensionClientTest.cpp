@@ -24,7 +24,7 @@ const std::vector<Row> menuB = {{-1, Row::Type::item, "b", "Menu B", "", "", tru
 
 std::string titleOf(const MenuEntries& menu) {
   if (!menu) return "(none)";
-  return menu->empty() ? "(empty)" : menu->front().label;
+  return menu->empty() ? "(empty)" : menu->front().title;
 }
 
 /// A file manager with its main loop, which only runs where a test lets it.

@@ -28,7 +28,7 @@ std::string drawn(const std::vector<MenuEntry>& entries) {
   std::string text;
   for (const auto& entry : entries) {
     if (!text.empty()) text += ' ';
-    text += entry.type == MenuEntry::Type::separator ? "-" : entry.label;
+    text += entry.type == MenuEntry::Type::separator ? "-" : entry.title;
     if (!entry.children.empty()) text += "[" + drawn(entry.children) + "]";
   }
   return text;
@@ -61,9 +61,15 @@ TEST(MenuEntries, StandAsTheRowsSayWithoutWhatShowsNothing) {
        {row(-1, Type::submenu, "x"), row(-1, Type::submenu, "y"), row(1, Type::separator),
         row(-1, Type::item, "a")},
        "a"},
-      {"mnemonics", {row(-1, Type::item, "R&D_notes __ 日本")}, "R&D__notes ____ 日本"},
   };
   for (const auto& test : cases) EXPECT_EQ(drawn(*entriesFromRows(test.rows)), test.drawn) << test.what;
+}
+
+TEST(MenuEntries, HaveNoMnemonicsWhateverMarksThem) {
+  MenuEntry entry;
+  entry.title = "R&D_notes && __ 日本";
+  EXPECT_EQ(labelOf(entry, '_'), "R&D__notes && ____ 日本");
+  EXPECT_EQ(labelOf(entry, '&'), "R&&D_notes &&&& __ 日本");
 }
 
 TEST(MenuEntries, HaveNamesThatAreUniquePlainAndAlwaysTheSame) {

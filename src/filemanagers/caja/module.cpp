@@ -28,7 +28,7 @@ struct CajaMenus {
     return entry.type != MenuEntry::Type::separator;
   }
   static Item* newItem(const MenuEntry& entry) {
-    auto* item = caja_menu_item_new(entry.name.c_str(), entry.label.c_str(), "",
+    auto* item = caja_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "",
                                     entry.icon.empty() ? nullptr : entry.icon.c_str());
     g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
     return item;

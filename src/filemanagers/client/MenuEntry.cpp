@@ -10,15 +10,6 @@ using wire::Row;
 
 namespace {
 
-std::string withoutMnemonics(std::string_view title) {
-  std::string label;
-  for (const char character : title) {
-    if (character == '_') label += '_';
-    label += character;
-  }
-  return label;
-}
-
 bool isPlain(char character) {
   return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
          (character >= '0' && character <= '9') || character == '-';
@@ -77,7 +68,7 @@ class Assembly {
     MenuEntry entry;
     entry.type = typeOf(row);
     entry.name = uniqueName(row);
-    entry.label = withoutMnemonics(row.title);
+    entry.title = row.title;
     entry.action = row.action;
     entry.icon = row.icon;
     entry.isEnabled = row.isEnabled;
@@ -100,6 +91,15 @@ class Assembly {
 };
 
 }  // namespace
+
+std::string labelOf(const MenuEntry& entry, char mark) {
+  std::string label;
+  for (const char character : entry.title) {
+    if (character == mark) label += mark;
+    label += character;
+  }
+  return label;
+}
 
 MenuEntries entriesFromRows(const std::vector<Row>& rows) {
   return std::make_shared<const std::vector<MenuEntry>>(Assembly(rows).entriesOf(Row::noParent));

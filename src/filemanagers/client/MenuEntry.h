@@ -17,8 +17,8 @@ struct MenuEntry {
   /// configuration: some managers find a picked entry again by it, and some make the name of a widget or an
   /// action of it.
   std::string name;
-  /// With "_" doubled: everywhere here a single one would mark a letter as mnemonic.
-  std::string label;
+  /// As people read it, without mnemonics.
+  std::string title;
   std::string action;
   /// A name of the icon theme; empty for none.
   std::string icon;
@@ -28,6 +28,10 @@ struct MenuEntry {
 
 /// A menu that is shared by those who show it; it never changes.
 using MenuEntries = std::shared_ptr<const std::vector<MenuEntry>>;
+
+/// What to label an entry with where `mark`, in a label, stands before the letter that is a mnemonic. A title
+/// has none, so each mark in it is doubled.
+std::string labelOf(const MenuEntry& entry, char mark);
 
 /// The menu that rows describe. Leaves out separators that separate nothing and submenus without entries.
 ///

@@ -22,6 +22,9 @@ std::vector<std::string> urisOf(GList* files) {
   return uris;
 }
 
+/// What to label an entry with: all of these managers draw their labels as GTK does.
+inline std::string gtkLabelOf(const MenuEntry& entry) { return labelOf(entry, '_'); }
+
 /// Has `action` activated when the manager tells that an item was picked. Keeps what it needs as long as the
 /// item lives; the occasion is that of the moment of the pick.
 void activateOnPick(void* item, std::shared_ptr<ExtensionClient> client,

@@ -18,7 +18,7 @@ struct GtkMenus {
   static Item* newItem(const MenuEntry& entry) {
     auto* item = entry.type == MenuEntry::Type::separator
                      ? gtk_separator_menu_item_new()
-                     : gtk_menu_item_new_with_mnemonic(entry.label.c_str());
+                     : gtk_menu_item_new_with_mnemonic(gtkLabelOf(entry).c_str());
     gtk_widget_set_sensitive(item, entry.isEnabled ? TRUE : FALSE);
     return GTK_MENU_ITEM(g_object_ref_sink(item));
   }

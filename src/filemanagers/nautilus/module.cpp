@@ -25,7 +25,7 @@ struct NautilusMenus {
     return entry.type != MenuEntry::Type::separator;
   }
   static Item* newItem(const MenuEntry& entry) {
-    auto* item = nautilus_menu_item_new(entry.name.c_str(), entry.label.c_str(), "", nullptr);
+    auto* item = nautilus_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "", nullptr);
     g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
     return item;
   }

@@ -30,7 +30,7 @@ struct NemoMenus {
   }
   static Item* newItem(const MenuEntry& entry) {
     if (entry.type == MenuEntry::Type::separator) return nemo_menu_item_new_separator(entry.name.c_str());
-    auto* item = nemo_menu_item_new(entry.name.c_str(), entry.label.c_str(), "",
+    auto* item = nemo_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "",
                                     entry.icon.empty() ? nullptr : entry.icon.c_str());
     g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
     return item;

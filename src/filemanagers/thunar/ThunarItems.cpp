@@ -19,7 +19,7 @@ bool ThunarMenu::shows(const MenuEntry& entry, wire::Kind /*kind*/) {
 }
 
 ThunarxMenuItem* ThunarMenu::newItem(const MenuEntry& entry) {
-  auto* item = thunarx_menu_item_new(entry.name.c_str(), entry.label.c_str(), "",
+  auto* item = thunarx_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "",
                                      entry.icon.empty() ? nullptr : entry.icon.c_str());
   thunarx_menu_item_set_sensitive(item, entry.isEnabled ? TRUE : FALSE);
   return item;
