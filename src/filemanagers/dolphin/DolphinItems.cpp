@@ -1,0 +1,82 @@
+#include "filemanagers/dolphin/DolphinItems.h"
+
+#include <QIcon>
+#include <utility>
+
+#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/dolphin/sendPick.h"
+
+namespace sprig::filemanagers {
+
+namespace {
+
+using Occasion = std::shared_ptr<const MenuOccasion>;
+
+/// A tab would begin the text of a shortcut.
+QString qtLabelOf(const MenuEntry& entry) {
+  return QString::fromStdString(labelOf(entry, '&')).replace(QLatin1Char('\t'), QLatin1Char(' '));
+}
+
+void fill(QMenu& menu, const std::vector<MenuEntry>& entries, const Occasion& occasion);
+
+QAction* addItem(QMenu& menu, const MenuEntry& entry, const Occasion& occasion) {
+  if (entry.type == MenuEntry::Type::submenu) {
+    auto* submenu = menu.addMenu(qtLabelOf(entry));
+    fill(*submenu, entry.children, occasion);
+    return submenu->menuAction();
+  }
+  auto* item = menu.addAction(qtLabelOf(entry));
+  if (entry.action.empty()) return item;
+  QObject::connect(item, &QAction::triggered, item,
+                   [occasion, action = entry.action] { atBorder([&] { sendPick(action, *occasion); }); });
+  return item;
+}
+
+void fill(QMenu& menu, const std::vector<MenuEntry>& entries, const Occasion& occasion) {
+  for (const auto& entry : entries) {
+    if (entry.type == MenuEntry::Type::separator) {
+      menu.addSeparator();
+      continue;
+    }
+    auto* item = addItem(menu, entry, occasion);
+    if (!entry.icon.empty()) item->setIcon(QIcon::fromTheme(QString::fromStdString(entry.icon)));
+    item->setEnabled(entry.isEnabled);
+  }
+}
+
+}  // namespace
+
+DolphinItems::DolphinItems(GDBusConnection& connection)
+    : client({.kinds = {wire::Kind::items, wire::Kind::background},
+              .menusUpdated = [this] { showLateItems(); },
+              .connection = &connection}) {}
+
+DolphinItems::~DolphinItems() { delete menu; }
+
+QList<QAction*> DolphinItems::itemsFor(MenuOccasion newOccasion, QWidget* window) {
+  delete menu;
+  if (newOccasion.targets.empty()) return {};
+  occasion = std::make_shared<const MenuOccasion>(std::move(newOccasion));
+  menu = new QMenu(window);
+  if (const auto entries = client.menu(occasion->kind, occasion->targets.front())) {
+    fill(*menu, *entries, occasion);
+  } else {
+    place = menu->addAction(QString());
+    place->setVisible(false);
+  }
+  return menu->actions();
+}
+
+void DolphinItems::showLateItems() {
+  if (!place) return;
+  const auto entries = client.menu(occasion->kind, occasion->targets.front());
+  if (!entries) return;
+  fill(*menu, *entries, occasion);
+  const auto items = menu->actions().mid(1);
+  for (auto* widget : place->associatedWidgets()) {
+    if (widget != menu) widget->insertActions(place, items);
+  }
+  delete place;
+}
+
+}  // namespace sprig::filemanagers

@@ -1,0 +1,49 @@
+#include "filemanagers/dolphin/sendPick.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <memory>
+
+#include "wire/Interface.h"
+
+namespace sprig::filemanagers {
+
+namespace {
+
+QStringList textsOf(const std::vector<std::string>& texts) {
+  QStringList list;
+  for (const auto& text : texts) list.append(QString::fromStdString(text));
+  return list;
+}
+
+QVariantMap platformData(const MenuOccasion& occasion) {
+  const auto origin = occasion.origin ? occasion.origin() : ClickOrigin{};
+  QVariantMap data;
+  const auto add = [&](const char* key, const std::string& text) {
+    if (!text.empty()) data.insert(QString::fromLatin1(key), QString::fromStdString(text));
+  };
+  add(wire::activationTokenKey, origin.activationToken);
+  add(wire::parentWindowKey, origin.parentWindow);
+  return data;
+}
+
+void answered(QDBusPendingCallWatcher* watcher) {
+  if (watcher->isError())
+    g_warning("Sprig did not take the pick: %s", qPrintable(watcher->error().message()));
+  watcher->deleteLater();
+}
+
+}  // namespace
+
+void sendPick(const std::string& action, const MenuOccasion& occasion) {
+  auto call = QDBusMessage::createMethodCall(
+      QString::fromLatin1(wire::busName), QString::fromLatin1(wire::objectPath),
+      QString::fromLatin1(wire::interfaceName), QStringLiteral("Activate"));
+  call << QString::fromStdString(action) << static_cast<std::uint32_t>(occasion.kind)
+       << textsOf(occasion.targets) << platformData(occasion);
+  auto watcher = std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::sessionBus().asyncCall(call));
+  QObject::connect(watcher.release(), &QDBusPendingCallWatcher::finished, answered);
+}
+
+}  // namespace sprig::filemanagers
