@@ -25,6 +25,10 @@ GVariant* variantOf(const std::vector<wire::Row>& rows) {
 
 }  // namespace
 
+wire::Row row(std::int32_t parent, wire::Row::Type type, std::string title, std::string action) {
+  return {parent, type, std::move(action), std::move(title), {}, {}, true};
+}
+
 ObjectPointer<GDBusConnection> PrivateBus::connect() const {
   constexpr int flags =
       G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION;

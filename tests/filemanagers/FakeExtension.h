@@ -13,6 +13,8 @@
 
 namespace sprig::test {
 
+wire::Row row(std::int32_t parent, wire::Row::Type type, std::string title = {}, std::string action = {});
+
 /// A bus without services. Gone with this.
 class PrivateBus {
  public:

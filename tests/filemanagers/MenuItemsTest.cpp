@@ -10,18 +10,10 @@
 namespace sprig::filemanagers {
 namespace {
 
+using test::row;
 using wire::Kind;
 using wire::Row;
 using Type = Row::Type;
-
-Row row(std::int32_t parent, Type type, std::string title = {}, std::string action = {}) {
-  Row result;
-  result.parent = parent;
-  result.type = type;
-  result.title = std::move(title);
-  result.action = std::move(action);
-  return result;
-}
 
 /// A menu on one line: submenus in brackets, separators as dashes.
 std::string drawn(const std::vector<MenuEntry>& entries) {

@@ -9,7 +9,7 @@ import shutil
 import tempfile
 
 import pytest
-from driving import KILL, Desktop, FileManager, template, wait_for
+from driving import KILL, Desktop, file_manager, template, wait_for
 
 FAILURES = pathlib.Path(os.environ.get("SPRIG_FAILURES", tempfile.gettempdir()))
 
@@ -59,7 +59,7 @@ def open_manager(desktop):
     managers = []
 
     def start(place):
-        managers.append(FileManager(desktop, os.environ["SPRIG_MANAGER"], place))
+        managers.append(file_manager(desktop, os.environ["SPRIG_MANAGER"], place))
         return managers[-1]
     yield start
     for manager in managers:

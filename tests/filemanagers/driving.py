@@ -38,6 +38,8 @@ PROFILES = {
     "caja": Profile(("caja", "--no-desktop", "--browser", "{}"), "caja", selects_new_files=False),
     # Right beside a name, a click is one on the background.
     "nemo": Profile(("nemo", "{}"), "nemo", row_offset=4),
+    # Shows icons with their names below: what is not in the middle is the background.
+    "dolphin": Profile(("dolphin", "--new-window", "{}"), "dolphin", row_offset=1000),
 }
 
 SETTINGS = {
@@ -50,6 +52,8 @@ SETTINGS = {
         '<?xml version="1.0" encoding="UTF-8"?>\n<channel name="thunar" version="1.0">\n'
         '<property name="last-view" type="string" value="ThunarDetailsView"/>\n'
         '<property name="last-side-pane" type="string" value="ThunarShortcutsPane"/>\n</channel>\n',
+    "kdeglobals": "[Icons]\nTheme=breeze\n",
+    "dolphinrc": "[General]\nRememberOpenedTabs=false\n",
 }
 
 
@@ -65,6 +69,13 @@ def wait_for(question, what):
             pass  # What was looked at has just gone.
         assert time.monotonic() < end, f"waited too long for {what}"
         time.sleep(0.02)
+
+
+def take_news():
+    """Lets in what the screen reader's side tells of changes."""
+    from gi.repository import GLib
+    while GLib.MainContext.default().iteration(False):
+        pass
 
 
 def output_of(*command):
@@ -108,7 +119,8 @@ class Desktop:
             "XDG_RUNTIME_DIR": f"{home}/run", "XDG_CONFIG_HOME": f"{home}/.config",
             "XDG_DATA_HOME": f"{home}/.local/share", "GSETTINGS_BACKEND": "keyfile", "GDK_BACKEND": "x11",
             "GSK_RENDERER": "cairo", "GTK_USE_PORTAL": "0", "GIO_USE_VFS": "local",
-            "GIO_USE_VOLUME_MONITOR": "unix", "LD_PRELOAD": str(wrapper),
+            "GIO_USE_VOLUME_MONITOR": "unix", "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+            "LD_PRELOAD": str(wrapper),
             "NSS_WRAPPER_PASSWD": f"{home}/passwd", "NSS_WRAPPER_GROUP": f"{home}/group"}
         for name, text in SETTINGS.items():
             self.write(f".config/{name}", text)
@@ -216,9 +228,8 @@ class FileManager:
 
     def showing(self, roles, name=None, top=None):
         """What of these roles, and that name, is on the screen."""
-        from gi.repository import Atspi, GLib
-        while GLib.MainContext.default().iteration(False):
-            pass
+        from gi.repository import Atspi
+        take_news()
         found = []
 
         def look(accessible):
@@ -308,6 +319,64 @@ class FileManager:
         from gi.repository import Atspi
         return {row.get_name() for row in self.showing({"table cell"})
                 if row.get_state_set().contains(Atspi.StateType.SELECTED)}
+
+
+class Dolphin(FileManager):
+    """Qt tells a screen reader of a menu when it opens, and of an entry when it gets the focus; it counts neither among
+    what the program's windows hold. Entries that Dolphin has in other menus, too, never seem to be in this one."""
+
+    NEWS = ("object:state-changed:showing", "object:state-changed:focused")
+
+    def __init__(self, desktop, name, folder):
+        from gi.repository import Atspi
+        self.menus = []
+        self.focused = []
+        self.listener = Atspi.EventListener.new(self._changed)
+        for news in self.NEWS:
+            self.listener.register(news)
+        super().__init__(desktop, name, folder)
+
+    def stop(self):
+        for news in self.NEWS:
+            self.listener.deregister(news)
+        super().stop()
+
+    def _changed(self, event):
+        from gi.repository import GLib
+        try:
+            role, name = event.source.get_role_name(), event.source.get_name()
+        except GLib.Error:
+            return  # It is gone.
+        if role == "popup menu" and event.detail1:
+            self.menus.append(event.source)
+        if role == "menu item" and event.detail1:
+            self.focused = [name]
+
+    def showing(self, roles, name=None, top=None):
+        if top or not ENTRIES & set(roles):
+            return super().showing(roles, name, top)
+        return [entry for menu in self._open_menus() for entry in super(Dolphin, self).showing(roles, name, menu)]
+
+    def _open_menus(self):
+        """Those that stand in no other one."""
+        from gi.repository import Atspi, GLib
+        take_news()
+
+        def is_open(menu):
+            try:
+                return menu.get_state_set().contains(Atspi.StateType.SHOWING)
+            except GLib.Error:
+                return False  # It is gone.
+        self.menus = [menu for menu in self.menus if is_open(menu)]
+        return [menu for menu in self.menus if menu.get_parent().get_role_name() != "menu item"]
+
+    def selected(self):
+        take_news()
+        return self.focused
+
+
+def file_manager(desktop, name, folder):
+    return {"dolphin": Dolphin}.get(name, FileManager)(desktop, name, folder)
 
 
 STOP, CONTINUE, KILL = signal.SIGSTOP, signal.SIGCONT, signal.SIGKILL
