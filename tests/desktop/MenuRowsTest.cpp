@@ -93,6 +93,7 @@ TEST(SymbolIcons, AreOwnDrawingsOrNamesOfTheTheme) {
       {"terminal", "sprig-terminal-symbolic"},
       {"chevron.left.forwardslash.chevron.right", "sprig-chevron-left-forwardslash-chevron-right-symbolic"},
       {"slider.horizontal.3", "sprig-slider-horizontal-3-symbolic"},
+      {"doc.richtext", "x-office-document-symbolic"},
       {"text-x-python", "text-x-python"},
       {"x-office-2", "x-office-2"},
       {"doc.unknown", std::nullopt},

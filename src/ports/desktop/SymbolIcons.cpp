@@ -22,6 +22,33 @@ constexpr std::array<std::string_view, 12> drawnSymbols = {
     "ellipsis.circle",
 };
 
+struct ThemeName {
+  std::string_view symbol;
+  std::string_view icon;
+};
+
+/// What people are likely to write in a configuration, and themes have under another name.
+constexpr std::array<ThemeName, 18> themeNames = {{
+    {"book", "accessories-dictionary-symbolic"},
+    {"calendar", "x-office-calendar-symbolic"},
+    {"clock", "document-open-recent-symbolic"},
+    {"doc", "text-x-generic-symbolic"},
+    {"doc.richtext", "x-office-document-symbolic"},
+    {"envelope", "mail-unread-symbolic"},
+    {"film", "video-x-generic-symbolic"},
+    {"folder", "folder-symbolic"},
+    {"globe", "web-browser-symbolic"},
+    {"link", "insert-link-symbolic"},
+    {"list.bullet", "view-list-bullet-symbolic"},
+    {"lock", "changes-prevent-symbolic"},
+    {"music.note", "audio-x-generic-symbolic"},
+    {"paintbrush", "applications-graphics-symbolic"},
+    {"pencil", "document-edit-symbolic"},
+    {"person", "avatar-default-symbolic"},
+    {"photo", "image-x-generic-symbolic"},
+    {"star", "starred-symbolic"},
+}};
+
 bool canBeInTheme(char character) {
   return (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9') || character == '-';
 }
@@ -34,6 +61,9 @@ std::optional<std::string> iconName(std::string_view symbolName) {
     std::replace(name.begin(), name.end(), '.', '-');
     return "sprig-" + name + "-symbolic";
   }
+  const auto* row = std::find_if(themeNames.begin(), themeNames.end(),
+                                 [&](const ThemeName& candidate) { return candidate.symbol == symbolName; });
+  if (row != themeNames.end()) return std::string(row->icon);
   if (name.empty() || !std::all_of(name.begin(), name.end(), canBeInTheme)) return std::nullopt;
   return name;
 }

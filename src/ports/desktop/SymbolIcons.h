@@ -7,8 +7,8 @@
 namespace sprig::desktop {
 
 /// The name under which the icon theme has a symbol: one of our own drawings for the symbols that menus and
-/// built-in templates use; any other name that could be one of the theme's (lower-case letters, digits, "-")
-/// stands for itself. Nothing for a name that can't be.
+/// built-in templates use, the theme's icon for other well-known ones; any other name that could be one of
+/// the theme's (lower-case letters, digits, "-") stands for itself. Nothing for a name that can't be.
 ///
 /// Threads: any. Does not look into the theme.
 std::optional<std::string> iconName(std::string_view symbolName);
