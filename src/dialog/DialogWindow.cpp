@@ -53,15 +53,22 @@ GtkWidget* makeHeading(const std::string& text) {
   return label;
 }
 
+/// The first of the names that there is an icon for; the last one when there is none. Asked for all of them
+/// at once, GTK prefers the desktop's theme, so a stand-in that it has would win over an icon that comes with
+/// us.
+std::string nameInTheme(const std::vector<std::string>& names) {
+  auto* theme = gtk_icon_theme_get_for_display(gdk_display_get_default());
+  const auto found = std::find_if(names.begin(), names.end(), [&](const std::string& name) {
+    return gtk_icon_theme_has_icon(theme, name.c_str()) != FALSE;
+  });
+  if (found != names.end()) return *found;
+  return names.empty() ? "" : names.back();
+}
+
 GtkWidget* makeIcon(const IconLook& look) {
-  std::vector<char*> names;
-  for (const auto& name : look.names) names.push_back(g_strdup(name.c_str()));
-  const wire::ObjectPointer<GIcon> icon(
-      g_themed_icon_new_from_names(names.data(), static_cast<int>(names.size())));
-  for (auto* name : names) g_free(name);
   const auto role = look.description.empty() ? GTK_ACCESSIBLE_ROLE_PRESENTATION : GTK_ACCESSIBLE_ROLE_IMG;
-  auto* image = GTK_WIDGET(g_object_new(GTK_TYPE_IMAGE, "accessible-role", role, "gicon", icon.get(),
-                                        "pixel-size", look.size, nullptr));
+  auto* image = GTK_WIDGET(g_object_new(GTK_TYPE_IMAGE, "accessible-role", role, "icon-name",
+                                        nameInTheme(look.names).c_str(), "pixel-size", look.size, nullptr));
   gtk_widget_set_valign(image, GTK_ALIGN_START);
   gtk_accessible_update_property(GTK_ACCESSIBLE(image), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                  look.description.c_str(), -1);

@@ -192,3 +192,13 @@ def test_a_dialog_whose_extension_has_gone_ends_when_it_has_something_to_report(
     dialog.process.stdout.close()
     dialog.press("Escape")
     assert dialog.process.wait(DEADLINE) == 0
+
+
+def test_an_icon_that_is_installed_with_sprig_comes_before_a_stand_in_that_the_theme_has(open_dialog, tmp_path):
+    icon = tmp_path / "icons/hicolor/symbolic/apps/sprig-square-symbolic.svg"
+    icon.parent.mkdir(parents=True)
+    icon.write_text('<svg xmlns="http://www.w3.org/2000/svg" width="16" height="16"><path d="M0 0h16v16H0z"/></svg>')
+    names = {"names": [icon.stem, "text-x-generic-symbolic"], "size": 36, "description": ""}
+    dialog = open_dialog({**ALERT, "icon": names}, XDG_DATA_DIRS=f"{tmp_path}:/usr/share").shown()
+    # The middle of the theme's sheet of paper is empty.
+    wait_for(lambda: sum(dialog.picture(tmp_path / "dialog.png").getpixel((39, 39))) < 300, "the square")
