@@ -1,0 +1,54 @@
+# What the desktop's packages hold.
+sprig_package(sprig-desktop "new files from templates, in file managers"
+"This package has what all file managers need: the process that they ask for
+the menu, and its dialogs. Each file manager has a package of its own."
+  "sprig ${same_version}" "default-dbus-session-bus | dbus-session-bus" hicolor-icon-theme)
+# What loads the icons, and what tells whether the desktop is dark.
+set(CPACK_DEBIAN_SPRIG-DESKTOP_PACKAGE_RECOMMENDS "librsvg2-common, gsettings-desktop-schemas")
+install(TARGETS sprig-extension sprig-dialog DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/sprig COMPONENT sprig-desktop)
+set(service com.kestrel.Sprig.Extension.service)
+configure_file(dbus/${service}.in dbus/${service} @ONLY)
+install(FILES ${made}/dbus/${service} DESTINATION ${data}/dbus-1/services COMPONENT sprig-desktop)
+configure_file(systemd/${service}.in systemd/${service} @ONLY)
+install(FILES ${made}/systemd/${service} DESTINATION lib/systemd/user COMPONENT sprig-desktop)
+sprig_compressed(man/sprig-extension.1 sprig-extension.1.gz)
+install(FILES ${made}/sprig-extension.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT sprig-desktop)
+install(DIRECTORY icons/symbolic/ DESTINATION ${data}/icons/hicolor/symbolic/apps COMPONENT sprig-desktop)
+
+# sprig_manager_package(MANAGER TITLE EXTENDS FOLDER): the package with a file manager's module. EXTENDS is what
+# software centres know the file manager as, FOLDER the one where it looks for modules.
+macro(sprig_manager_package manager title extends folder)
+  sprig_package(sprig-${manager} "new files from templates, in ${title}"
+    "This package adds its menu to the context menus of ${title}."
+    "sprig-desktop ${same_version}" ${manager})
+  install(TARGETS sprig-${manager} DESTINATION ${folder} COMPONENT sprig-${manager})
+  set(metainfo com.kestrel.Sprig.${manager}.metainfo.xml)
+  set(MANAGER ${manager})
+  set(TITLE ${title})
+  set(EXTENDS ${extends})
+  configure_file(metainfo/manager.metainfo.xml.in ${metainfo} @ONLY)
+  install(FILES ${made}/${metainfo} DESTINATION ${data}/metainfo COMPONENT sprig-${manager})
+endmacro()
+
+# sprig_modules_folder(RESULT PACKAGE VARIABLE): a folder as the file manager's development package tells it, from the
+# prefix on.
+function(sprig_modules_folder result package variable)
+  pkg_get_variable(prefix ${package} prefix)
+  pkg_get_variable(folder ${package} ${variable})
+  file(RELATIVE_PATH folder ${prefix} ${folder})
+  set(${result} ${folder} PARENT_SCOPE)
+endfunction()
+
+sprig_modules_folder(folder thunarx-3 extensionsdir)
+sprig_manager_package(thunar "Thunar" org.xfce.Thunar ${folder})
+sprig_modules_folder(folder libcaja-extension extensiondir)
+sprig_manager_package(caja "Caja" caja.desktop ${folder})
+# What Caja shows in its list of extensions.
+install(FILES caja/libsprig-caja.caja-extension DESTINATION ${data}/caja/extensions COMPONENT sprig-caja)
+sprig_modules_folder(folder libnemo-extension extensiondir)
+sprig_manager_package(nemo "Nemo" nemo.desktop ${folder})
+sprig_modules_folder(folder libnautilus-extension-4 extensiondir)
+sprig_manager_package(nautilus "GNOME Files" org.gnome.Nautilus ${folder})
+if(TARGET sprig-dolphin)
+  sprig_manager_package(dolphin "Dolphin" org.kde.dolphin ${CMAKE_INSTALL_LIBDIR}/qt5/plugins/kf5/kfileitemaction)
+endif()
