@@ -4,11 +4,14 @@ the file manager is closed; or else on one of its own, as pictures.
 Usage: session.sh MODULES SYSTEM-FOLDER show.py MANAGER PICTURES
 """
 
+import collections
 import os
 import pathlib
 import shutil
 import sys
 import tempfile
+
+from PIL import ImageGrab
 
 from driving import PROFILES, Desktop, FileManager, wait_for
 
@@ -35,11 +38,23 @@ def show(desktop, manager, folder):
     desktop.launch(*(word.format(folder) for word in PROFILES[manager].command)).wait()
 
 
+def still_screen(desktop):
+    """What is on the screen once it has been the same a few times."""
+    looks = collections.deque(maxlen=8)
+
+    def look():
+        looks.append(ImageGrab.grab(xdisplay=desktop.environment["DISPLAY"]))
+        return len(looks) == looks.maxlen and all(other == looks[0] for other in looks)
+    wait_for(look, "the screen to stay the same")
+    return looks[0]
+
+
 def picture(desktop, manager, folder, pictures):
     """The menu, the question for a name, and the file that is there afterwards."""
     def take(subject):
-        desktop.screenshot(pictures / f"{manager}-{subject}.png")
-        print(pictures / f"{manager}-{subject}.png", flush=True)
+        file = pictures / f"{manager}-{subject}.png"
+        still_screen(desktop).save(file)
+        print(file, flush=True)
     desktop.start()
     window = FileManager(desktop, manager, folder)
     window.row("letter.txt")
