@@ -1,0 +1,134 @@
+"""The Debian packages: what they hold, what they need, and that they go as they came."""
+
+import json
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import xml.etree.ElementTree
+
+import pytest
+
+BUILD = pathlib.Path(os.environ.get("SPRIG_BUILD", pathlib.Path(__file__).parents[2] / "build")).resolve()
+MANAGERS = sorted(folder.name for folder in (BUILD / "modules").iterdir())
+AS_ROOT = [] if os.geteuid() == 0 else ["unshare", "--user", "--map-root-user"]
+TOOLS = {"dpkg-shlibdeps": "dpkg-dev", "lintian": "lintian", "appstreamcli": "appstream",
+         "desktop-file-validate": "desktop-file-utils"}
+# Where the name of the folder with a file manager's modules is written down.
+READERS = {"thunar": "lib/*/libthunarx-3.so.0", "caja": "bin/caja", "nemo": "bin/nemo", "nautilus": "bin/nautilus"}
+APPLICATIONS = "usr/share/applications/com.kestrel.Sprig.desktop"
+ICONS = "usr/share/icons/hicolor/symbolic/apps"
+SERVICE = "com.kestrel.Sprig.Extension.service"
+
+
+def output_of(*command, **options):
+    run = subprocess.run([str(word) for word in command], text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                         check=False, **options)
+    assert run.returncode == 0, f"{command[0]}: {run.stdout}"
+    return run.stdout
+
+
+@pytest.fixture(scope="module", name="packages")
+def make_packages(tmp_path_factory):
+    """The packages, by their names."""
+    for tool, package in TOOLS.items():
+        assert shutil.which(tool), f"{tool} is missing: install the Debian package {package}"
+    folder = tmp_path_factory.mktemp("packages")
+    output_of("cpack", "--config", BUILD / "CPackConfig.cmake", "-B", folder)
+    return {file.name.partition("_")[0]: file for file in folder.glob("*.deb")}
+
+
+def dpkg(root, *arguments):
+    """What is installed there finds neither its dependencies nor a log."""
+    output_of(*AS_ROOT, "dpkg", f"--root={root}", "--log=/dev/null", "--force-depends", "--no-triggers", *arguments)
+
+
+def files_below(root):
+    return {file.relative_to(root) for file in root.rglob("*")
+            if not file.is_relative_to(root / "var/lib/dpkg")}
+
+
+@pytest.fixture(scope="module", name="root")
+def install(packages, tmp_path_factory):
+    """A file system with nothing but Sprig."""
+    root = tmp_path_factory.mktemp("root")
+    (root / "var/lib/dpkg/info").mkdir(parents=True)
+    (root / "var/lib/dpkg/updates").mkdir()
+    (root / "var/lib/dpkg/status").touch()
+    bare = files_below(root)
+    dpkg(root, "--install", *packages.values())
+    assert files_below(root) > bare
+    yield root
+    dpkg(root, "--purge", *packages)
+    assert files_below(root) == bare
+
+
+def relations(package):
+    """What a package depends on, without the versions, and the whole field."""
+    field = output_of("dpkg-deb", "--field", package, "Depends")
+    return {re.split(r"[ (|]", relation.strip())[0] for relation in field.split(",")}, field
+
+
+def test_each_package_needs_what_it_uses_and_no_other_desktop(packages):
+    assert set(packages) == {"sprig", "sprig-desktop"} | {f"sprig-{manager}" for manager in MANAGERS}
+    version = output_of("dpkg-deb", "--field", packages["sprig"], "Version").strip()
+    toolkits = re.compile("lib(glib|gtk|qt|kf5|x11)")
+    assert not [name for name in relations(packages["sprig"])[0] if toolkits.match(name)]
+    for manager in MANAGERS:
+        names, field = relations(packages[f"sprig-{manager}"])
+        assert names & set(MANAGERS) == {manager}
+        assert f"sprig-desktop (= {version})" in field
+        assert manager == "dolphin" or not [name for name in names if re.match("lib(qt|kf5)", name)]
+
+
+def test_debian_has_nothing_against_them(packages):
+    assert output_of("lintian", "--allow-root", "--fail-on", "error,warning", "--suppress-tags",
+                     "initial-upload-closes-no-bugs", *packages.values()) == ""
+
+
+def test_software_centres_and_menus_understand_what_they_are_told(root):
+    for file in (root / "usr/share/metainfo").iterdir():
+        output_of("appstreamcli", "validate", "--no-net", file)
+    output_of("desktop-file-validate", root / APPLICATIONS)
+
+
+def test_the_bus_starts_the_extension_which_has_its_dialogs_beside_it(root):
+    on_bus = (root / "usr/share/dbus-1/services" / SERVICE).read_text(encoding="utf-8")
+    by_systemd = (root / "usr/lib/systemd/user" / SERVICE).read_text(encoding="utf-8")
+    program = re.search("^Exec=/(.+)$", on_bus, re.MULTILINE)[1]
+    assert f"ExecStart=/{program}\n" in by_systemd
+    for file in (root / program, (root / program).with_name("sprig-dialog")):
+        assert os.access(file, os.X_OK) and "not found" not in output_of("ldd", file)
+
+
+@pytest.mark.parametrize("manager", MANAGERS)
+def test_a_module_is_where_its_file_manager_looks(root, manager):
+    [module] = root.rglob(f"*sprig*{manager}*.so")
+    assert "not found" not in output_of("ldd", module)
+    folder = f"/{module.parent.relative_to(root)}"
+    if manager == "dolphin":
+        assert folder == output_of("qtpaths", "--plugin-dir").strip() + "/kf5/kfileitemaction"
+        return
+    [reader] = pathlib.Path("/usr").glob(READERS[manager])
+    assert folder.encode() in reader.read_bytes()
+
+
+def symbols_in(entries):
+    for entry in entries:
+        yield from [entry["icon"]] if "icon" in entry else []
+        yield from symbols_in(entry.get("items", []))
+
+
+def test_every_symbol_of_menus_and_built_in_templates_is_drawn(root, tmp_path):
+    listed = subprocess.run([root / "usr/bin/sprig", "list", "--json"], cwd=tmp_path, text=True, check=True,
+                            stdout=subprocess.PIPE, env={"HOME": str(tmp_path), "XDG_CONFIG_HOME": str(tmp_path),
+                                                         "XDG_DATA_HOME": str(tmp_path)})
+    symbols = {"doc.badge.plus", *symbols_in(json.loads(listed.stdout)["items"])}
+    assert len(symbols) > 10
+    for symbol in symbols:
+        drawing = xml.etree.ElementTree.parse(root / ICONS / f"sprig-{symbol.replace('.', '-')}-symbolic.svg").getroot()
+        assert (drawing.get("width"), drawing.get("height"), drawing.get("viewBox")) == ("16", "16", "0 0 16 16")
+        # Toolkits fill whatever there is, and leave lines in their colour.
+        for shape in drawing.iter("{http://www.w3.org/2000/svg}path"):
+            assert shape.get("fill") == "currentColor" and shape.get("stroke") is None
