@@ -1,21 +1,17 @@
 """A session bus of its own, on which the extension is started as it is on a desktop, and file managers around it."""
 
-import importlib.util
+import functools
 import os
-import pathlib
 import subprocess
-import time
+import tempfile
 
 import gi
 import pytest
 from gi.repository import Gio, GLib
+from sprigtest.home import Home
+from sprigtest.waiting import DEADLINE, wait_for
 
 gi.require_version("Gio", "2.0")
-
-_spec = importlib.util.spec_from_file_location("terminal", pathlib.Path(__file__).parents[1] / "e2e/conftest.py")
-_terminal = importlib.util.module_from_spec(_spec)
-_spec.loader.exec_module(_terminal)
-DEADLINE, home, template = _terminal.DEADLINE, _terminal.home, _terminal.template
 
 NAME = "com.kestrel.Sprig.Extension"
 PATH = "/com/kestrel/Sprig/Extension"
@@ -28,15 +24,14 @@ FILE_MANAGER = Gio.DBusNodeInfo.new_for_xml("""<node><interface name="org.freede
 </interface></node>""").interfaces[0]
 
 
-def wait_until(condition):
-    """Lets the file managers of the test answer until the condition holds; returns what it said."""
-    end = time.monotonic() + DEADLINE
-    while not (result := condition()):
-        assert time.monotonic() < end, "waited too long"
-        wake = GLib.timeout_add(5, lambda: GLib.SOURCE_CONTINUE)
-        GLib.MainContext.default().iteration(True)
-        GLib.source_remove(wake)
-    return result
+def turn():
+    """Lets the file managers of the test answer."""
+    wake = GLib.timeout_add(5, lambda: GLib.SOURCE_CONTINUE)
+    GLib.MainContext.default().iteration(True)
+    GLib.source_remove(wake)
+
+
+wait_until = functools.partial(wait_for, between=turn)
 
 
 class FileManager:
@@ -153,6 +148,12 @@ class Desktop:
         self.daemon.wait()
         faults = ("Sanitizer", "runtime error", "CRITICAL", "WARNING **", "terminate called")
         assert [line for line in self.printed() if any(fault in line for fault in faults)] == []
+
+
+@pytest.fixture
+def home():
+    with tempfile.TemporaryDirectory(prefix="sprig-extension-") as root:
+        yield Home(root)
 
 
 @pytest.fixture

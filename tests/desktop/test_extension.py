@@ -6,8 +6,9 @@ import signal
 import subprocess
 
 import pytest
-from conftest import FileManager, template, uri, wait_until
+from conftest import FileManager, uri, wait_until
 from gi.repository import GLib
+from sprigtest.home import template
 
 SUBMENU, SEPARATOR, ITEM = 2, 1, 0
 

@@ -1,8 +1,9 @@
 """The dialogs as their users see them: windows on a real X server with a window manager, keys, mouse, screen reader."""
 
 import pytest
-from conftest import ALERT, BASE, DEADLINE, PROMPT, WITHIN_WINDOW, nodes, output_of, wait_for
-from gi.repository import GLib
+from conftest import ALERT, BASE, PROMPT
+from sprigtest.screenreader import WITHIN_WINDOW, area, nodes, selection_in
+from sprigtest.waiting import DEADLINE, output_of, wait_for
 
 NAME = "Meeting Notes 2026-11-16.md"
 LONG = "\n".join(f"Line {number} of many that nobody reads to the end of" for number in range(400))
@@ -15,16 +16,7 @@ def prompt(text, selected):
 
 
 def field_of(dialog):
-    return next(node for node in nodes(dialog.accessible()) if node.get_role_name() == "text")
-
-
-def selection_in(dialog):
-    """Where what is selected in the field begins and ends, in characters; nothing while nothing is."""
-    try:
-        selection = field_of(dialog).get_text_iface().get_selection(0)
-    except GLib.Error:
-        return None
-    return selection.start_offset, selection.end_offset
+    return next(nodes(dialog.accessible(), {"text"}))
 
 
 @pytest.mark.parametrize("act, event", [
@@ -66,7 +58,7 @@ def test_typing_replaces_the_selected_part_of_any_name(open_dialog, text, select
 def test_a_change_reaches_the_open_window(open_dialog):
     dialog = open_dialog(PROMPT).shown()
     dialog.tell({"command": "change", "text": "other.txt", "selection": {"location": 5, "length": 4}, "front": True})
-    wait_for(lambda: selection_in(dialog) == (5, 9), "the new selection")
+    wait_for(lambda: selection_in(field_of(dialog)) == (5, 9), "the new selection")
     assert dialog.type("!").press("Return").event() == {"event": "field", "text": "other!"}
 
 
@@ -82,8 +74,8 @@ def test_a_screen_reader_finds_names_and_roles(open_dialog):
     field = field_of(dialog)
     assert [relation.get_target(0).get_name() for relation in field.get_relation_set()] == [PROMPT["text"]]
     # Its own extents are without its border.
-    assert field.get_parent().get_component_iface().get_extents(WITHIN_WINDOW).width == 300
-    wait_for(lambda: selection_in(dialog) == (0, 24), "the selected base")
+    assert area(field.get_parent(), WITHIN_WINDOW).width == 300
+    wait_for(lambda: selection_in(field_of(dialog)) == (0, 24), "the selected base")
 
 
 def test_a_screen_reader_finds_no_icon_that_says_nothing(open_dialog):
@@ -108,7 +100,7 @@ def test_a_huge_text_stays_within_the_screen_and_scrolls(open_dialog, text):
     dialog = open_dialog({**ALERT, "text": text}).shown()
     _, _, width, height = dialog.geometry()
     assert width < 700 and height < 450
-    bars = [node for node in nodes(dialog.accessible()) if node.get_role_name() == "scroll bar"]
+    bars = nodes(dialog.accessible(), {"scroll bar"})
     values = [node.get_value_iface() for bar in bars for node in nodes(bar) if node.get_value_iface()]
     assert max(value.get_maximum_value() for value in values) > 500
 
@@ -131,9 +123,9 @@ def test_a_parent_that_is_none_does_no_harm(open_dialog, parent):
 
 
 def test_windows_are_dark_when_the_desktop_prefers_that(open_dialog, desktop, tmp_path):
-    desktop.write("dark/glib-2.0/settings/keyfile", "[org/gnome/desktop/interface]\ncolor-scheme='prefer-dark'\n")
+    desktop.home.write("dark/glib-2.0/settings/keyfile", "[org/gnome/desktop/interface]\ncolor-scheme='prefer-dark'\n")
     light = open_dialog(ALERT).shown().picture(tmp_path / "light.png").resize((1, 1)).getpixel((0, 0))
-    dark = open_dialog(ALERT, XDG_CONFIG_HOME=f"{desktop.home}/dark").shown()
+    dark = open_dialog(ALERT, XDG_CONFIG_HOME=f"{desktop.home.path}/dark").shown()
     wait_for(lambda: sum(dark.picture(tmp_path / "dark.png").resize((1, 1)).getpixel((0, 0))) < sum(light) / 2, "dark")
 
 

@@ -7,7 +7,7 @@ import time
 
 import pytest
 
-from conftest import template
+from sprigtest.home import template
 
 
 def titles(items):

@@ -4,7 +4,7 @@ import subprocess
 
 import pytest
 
-from conftest import template
+from sprigtest.home import template
 
 HOSTILE = "Ev\u001b[31mil\u0007\u009bT\u202exet\n.txt"
 

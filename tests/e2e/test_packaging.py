@@ -5,7 +5,7 @@ import subprocess
 
 import pytest
 
-from conftest import SOURCE, need, template
+from sprigtest.home import SOURCE, need, template
 
 COMPLETIONS = SOURCE / "packaging/completions"
 MANUAL = SOURCE / "packaging/man/sprig.1"

@@ -9,7 +9,8 @@ import subprocess
 
 import pytest
 
-from conftest import template, wait_until
+from sprigtest.home import template
+from sprigtest.waiting import wait_for
 
 BUILTINS = ["Markdown Note", "Plain Text", "Meeting Notes", "Daily To-Do List", "React Component",
             "TypeScript Module", "Python Script", "JSON File", ".env Config", "Word Document"]
@@ -99,12 +100,12 @@ def test_the_menu_follows_a_configuration_that_is_edited_while_it_waits(home):
     home.configure(template("First"))
     session = home.sprig().sees("1  First").at_menu()
     home.configure(template("First"), template("Second"))
-    wait_until(lambda: "Loaded config with 2 total" in home.log.read_text())
+    wait_for(lambda: "Loaded config with 2 total" in home.log.read_text())
     session.types("\r").sees("2  Second").at_menu()
     saved = home.config.with_suffix(".new")
     saved.write_text(home.config.read_text().replace("[", "[" + json.dumps(template("Third")) + ", ", 1))
     saved.rename(home.config)
-    wait_until(lambda: "Loaded config with 3 total" in home.log.read_text())
+    wait_for(lambda: "Loaded config with 3 total" in home.log.read_text())
     session.types("nothing like that\r").sees("nothing in the menu is called “nothing like that”", "1  Third")
     session.at_menu().types("third\r").sees("> Third.txt").types("\r").ends(0)
     assert (home.demo / "Third.txt").read_text() == "Third in demo\n"

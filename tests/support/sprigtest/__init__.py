@@ -1,0 +1,1 @@
+"""What the tests of whole programs share: a user's home, a desktop without a screen, and patience."""

@@ -1,0 +1,127 @@
+"""A desktop without a screen: its windows, keys and mouse."""
+
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import tempfile
+
+from sprigtest.home import need
+from sprigtest.screenreader import Area
+from sprigtest.waiting import output_of, wait_for
+
+FAILURES = pathlib.Path(os.environ.get("SPRIG_FAILURES", tempfile.gettempdir())).resolve()
+TOOLS = {"Xvfb": "xvfb", "dbus-daemon": "dbus-daemon", "openbox": "openbox", "xcompmgr": "xcompmgr",
+         "xdotool": "xdotool", "wmctrl": "wmctrl", "xprop": "x11-utils", "xclip": "xclip"}
+SETTINGS = {
+    "gtk-3.0/settings.ini": "[Settings]\ngtk-menu-images=1\ngtk-button-images=1\ngtk-enable-animations=0\n",
+    "gtk-4.0/settings.ini": "[Settings]\ngtk-enable-animations=0\ngtk-cursor-blink=0\n",
+}
+
+
+class Desktop:
+    """An X server, a window manager and a session bus in the home of a user."""
+
+    def __init__(self, home):
+        for tool, package in TOOLS.items():
+            need(tool, package)
+        self.home = home
+        self.processes = []
+        self.output = home.path / "desktop.log"
+        self.log = open(self.output, "wb")
+        (home.path / "run").mkdir(mode=0o700)
+        self.environment = home.env({
+            "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": f"{home.path}/run", "XDG_CONFIG_HOME": f"{home.path}/.config",
+            "XDG_DATA_HOME": f"{home.path}/.local/share", "GSETTINGS_BACKEND": "keyfile", "GDK_BACKEND": "x11",
+            "GSK_RENDERER": "cairo", "GTK_USE_PORTAL": "0", "GIO_USE_VFS": "local", "GIO_USE_VOLUME_MONITOR": "unix",
+            # GTK and what it uses keep much for ever.
+            "ASAN_OPTIONS": home.environment["ASAN_OPTIONS"] + ":detect_leaks=0"})
+        for name, text in SETTINGS.items():
+            home.write(f".config/{name}", text)
+
+    def start(self):
+        self.environment["DISPLAY"] = ":" + self.announcing(
+            "Xvfb", "-displayfd", "{}", "-screen", "0", "1100x760x24", "-nolisten", "tcp", "-noreset")
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.announcing(
+            "dbus-daemon", "--session", "--nofork", "--print-address={}")
+        # The test is a client of both, too.
+        os.environ.update({name: value for name, value in self.environment.items() if name != "LD_PRELOAD"})
+        self.launch("openbox", "--sm-disable")
+        wait_for(lambda: "openbox" in output_of("wmctrl", "-m").lower(), "the window manager")
+        self.launch("xcompmgr", "-n")
+
+    def launch(self, *command, **options):
+        process = subprocess.Popen(command, env=self.environment, stdout=self.log, stderr=self.log, **options)
+        self.processes.append(process)
+        return process
+
+    def announcing(self, *command):
+        """Starts a program that tells how to reach it on the descriptor that stands for "{}"."""
+        reading, writing = os.pipe()
+        self.launch(*(word.format(writing) for word in command), pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as stream:
+            return stream.readline().strip()
+
+    def end(self, process):
+        self.processes.remove(process)
+        process.terminate()
+        try:
+            process.wait(5)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+
+    def stop(self):
+        for process in reversed(self.processes[:]):
+            self.end(process)
+        self.log.close()
+
+    def screenshot(self):
+        from PIL import ImageGrab
+        return ImageGrab.grab(xdisplay=self.environment["DISPLAY"])
+
+    def keep(self, name):
+        """Keeps what is on the screen and what was said, for whoever looks into a failure."""
+        FAILURES.mkdir(parents=True, exist_ok=True)
+        name = FAILURES / re.sub(r"\W+", "-", name)
+        self.screenshot().save(f"{name}.png")
+        for log in (self.output, self.home.log):
+            if log.exists():
+                shutil.copy(log, f"{name}-{log.name}")
+
+    # Keys and mouse.
+
+    def press(self, *keys):
+        output_of("xdotool", "key", "--clearmodifiers", *keys)
+
+    def type(self, text):
+        output_of("xdotool", "type", text)
+
+    def point(self, place):
+        across, down = place
+        # In two steps: menus follow a pointer that moves.
+        output_of("xdotool", "mousemove", str(across - 1), str(down), "mousemove", str(across), str(down))
+
+    def click(self, place, button=1):
+        self.point(place)
+        output_of("xdotool", "click", str(button))
+
+    # Windows, by their numbers.
+
+    @staticmethod
+    def active_window():
+        return output_of("xdotool", "getactivewindow")
+
+    @staticmethod
+    def area(window):
+        said = output_of("xdotool", "getwindowgeometry", "--shell", window)
+        values = dict(line.split("=") for line in said.splitlines())
+        return Area(*(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT")))
+
+
+def keep_failures(item, report):
+    """For a hook that hears of each test's outcome as long as all its windows are there."""
+    if report.failed and "desktop" in item.funcargs:
+        item.funcargs["desktop"].keep(item.name)

@@ -1,0 +1,75 @@
+"""A throw-away home, and Sprig run in it."""
+
+import glob
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+
+from sprigtest.waiting import DEADLINE
+
+SOURCE = pathlib.Path(__file__).parents[3]
+NOBODY = 65534
+
+
+def need(tool, package):
+    """The tool's path. A machine without it can't run these tests, which must show."""
+    found = shutil.which(tool)
+    assert found, f"{tool} is missing: install the Debian package {package}"
+    return found
+
+
+def template(name, **changes):
+    item = {"id": name.lower().replace(" ", "-"), "name": name, "extension": ".txt", "filenamePattern": f"{name}.txt",
+            "content": f"{name} in {{{{folder}}}}\n", "icon": "doc", "category": "notes", "enabled": True,
+            "favorite": False, "requiresInput": False, "isBuiltin": False}
+    return {**item, **changes}
+
+
+class Home:
+    """The home folder of a user called Ann, who works in its folder "demo"."""
+
+    def __init__(self, root):
+        self.path = pathlib.Path(root)
+        self.demo = self.path / "demo"
+        self.demo.mkdir()
+        self.config = self.path / ".config/sprig/config.json"
+        self.log = self.path / ".kestrel/sprig/extension.log"
+        self.program = pathlib.Path(os.environ.get("SPRIG_PROGRAM", SOURCE / "build/bin/sprig")).resolve()
+        users = [f"ann{uid}:x:{uid}:{uid}:Ann Example:{root}:/bin/sh" for uid in {os.getuid(), NOBODY}]
+        self.write(".passwd", "\n".join(users) + "\n")
+        self.write(".group", "ann:x:0:\n")
+        self.write(".tsan", "mutex:libnss_wrapper.so\nrace:libnss_wrapper.so\n")
+        wrapper = glob.glob("/usr/lib/*/libnss_wrapper.so")
+        assert wrapper, "libnss_wrapper.so is missing: install the Debian package libnss-wrapper"
+        self.environment = {
+            "LD_PRELOAD": wrapper[0], "NSS_WRAPPER_PASSWD": str(self.path / ".passwd"),
+            "NSS_WRAPPER_GROUP": str(self.path / ".group"), "HOME": str(root), "USER": "ann", "TZ": "UTC",
+            "PATH": f"{self.program.parent}:/usr/bin:/bin", "TERM": "xterm", "LANG": "C.UTF-8", "NO_COLOR": "1",
+            # The preloaded library comes before the sanitizers' own, so that its locks escape them.
+            "ASAN_OPTIONS": "verify_asan_link_order=0",
+            "TSAN_OPTIONS": f"suppressions={self.path}/.tsan"}
+
+    def env(self, changes):
+        merged = {**self.environment, **changes}
+        return {key: value for key, value in merged.items() if value is not None}
+
+    def write(self, name, text):
+        """Writes a file whole, as editors do: nobody sees a half of it."""
+        file = self.path / name
+        file.parent.mkdir(parents=True, exist_ok=True)
+        whole = self.path / ".whole"
+        whole.write_text(text, encoding="utf-8")
+        return whole.replace(file)
+
+    def configure(self, *templates, **settings):
+        self.write(self.config, json.dumps({"version": 1, "settings": settings, "templates": list(templates)}))
+
+    def logged(self, text):
+        return self.log.exists() and text in self.log.read_text()
+
+    def run(self, *arguments, cwd=None, stdin="", **environment):
+        """Runs Sprig in pipes; standard input is closed after `stdin`."""
+        return subprocess.run([self.program, *arguments], cwd=cwd or self.demo, env=self.env(environment),
+                              input=stdin, text=True, capture_output=True, timeout=DEADLINE)
