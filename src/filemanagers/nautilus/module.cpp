@@ -12,7 +12,10 @@ namespace sprig::filemanagers {
 
 namespace {
 
-/// What `MenuItems` and `urisOf` need to know of GNOME Files, which has no separators and draws no icons.
+/// What `MenuItems` and `urisOf` need to know of GNOME Files, which has no separators and draws no icons. It
+/// knows what to do for an item by the item's name
+/// only, the same in both menus: each menu has names of its own, or a pick in one would be one in the other.
+template <wire::Kind menuKind>
 struct NautilusMenus {
   using Item = NautilusMenuItem;
   using Submenu = NautilusMenu;
@@ -25,7 +28,8 @@ struct NautilusMenus {
     return entry.type != MenuEntry::Type::separator;
   }
   static Item* newItem(const MenuEntry& entry) {
-    auto* item = nautilus_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "", nullptr);
+    const auto name = (menuKind == wire::Kind::background ? "background-" : "items-") + entry.name;
+    auto* item = nautilus_menu_item_new(name.c_str(), gtkLabelOf(entry).c_str(), "", nullptr);
     g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
     return item;
   }
@@ -34,19 +38,21 @@ struct NautilusMenus {
   static void setSubmenu(Item* item, Submenu* submenu) { nautilus_menu_item_set_submenu(item, submenu); }
 };
 
-GList* fileItems(NautilusMenuProvider* provider, GList* files) {
+template <wire::Kind menuKind>
+GList* itemsFor(NautilusMenuProvider* provider, GList* files) {
+  using Menus = NautilusMenus<menuKind>;
   return atBorder([&] {
-    return menuItems<NautilusMenus>(
-        provider, {wire::Kind::items, urisOf<NautilusMenus>(files), clickOriginInActiveWindow});
+    return menuItems<Menus>(provider, {menuKind, urisOf<Menus>(files), clickOriginInActiveWindow});
   });
 }
 
+GList* fileItems(NautilusMenuProvider* provider, GList* files) {
+  return itemsFor<wire::Kind::items>(provider, files);
+}
+
 GList* backgroundItems(NautilusMenuProvider* provider, NautilusFileInfo* folder) {
-  return atBorder([&] {
-    GList files{folder, nullptr, nullptr};
-    return menuItems<NautilusMenus>(
-        provider, {wire::Kind::background, urisOf<NautilusMenus>(&files), clickOriginInActiveWindow});
-  });
+  GList files{folder, nullptr, nullptr};
+  return itemsFor<wire::Kind::background>(provider, &files);
 }
 
 void fillMenuProvider(void* functions, void* /*data*/) {
