@@ -89,15 +89,19 @@ GList* listOf(std::vector<wire::ObjectPointer<Item>> items) {
   return list;
 }
 
-/// What a provider answers to a manager that asks for a menu.
+/// For managers that show a menu as it is.
+inline MenuEntries asItIs(const MenuEntries& menu) { return menu; }
+
+/// What a provider answers to a manager that asks for a menu, which `arranged` makes one that it can show.
 template <typename Manager>
-GList* menuItems(void* provider, MenuOccasion occasion) {
+GList* menuItems(void* provider, MenuOccasion occasion,
+                 MenuEntries (*arranged)(const MenuEntries& menu) = asItIs) {
   const auto client = clientOf(provider);
   if (!client || occasion.targets.empty()) return nullptr;
   const auto entries = client->menu(occasion.kind, occasion.targets.front());
   if (!entries) return nullptr;
   const MenuItems<Manager> items(client, std::make_shared<const MenuOccasion>(std::move(occasion)));
-  return listOf(items.make(*entries));
+  return listOf(items.make(*arranged(entries)));
 }
 
 }  // namespace sprig::filemanagers

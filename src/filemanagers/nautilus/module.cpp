@@ -4,6 +4,10 @@ extern "C" {
 #include <nautilus-extension.h>
 }
 
+#include <memory>
+#include <utility>
+#include <vector>
+
 #include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/MenuItems.h"
 #include "filemanagers/gtk4/ClickOrigin.h"
@@ -13,8 +17,8 @@ namespace sprig::filemanagers {
 namespace {
 
 /// What `MenuItems` and `urisOf` need to know of GNOME Files, which has no separators and draws no icons. It
-/// knows what to do for an item by the item's name
-/// only, the same in both menus: each menu has names of its own, or a pick in one would be one in the other.
+/// knows what to do for an item by the item's name only, the same in both menus: each menu has names of its
+/// own, or a pick in one would be one in the other.
 template <wire::Kind menuKind>
 struct NautilusMenus {
   using Item = NautilusMenuItem;
@@ -38,21 +42,45 @@ struct NautilusMenus {
   static void setSubmenu(Item* item, Submenu* submenu) { nautilus_menu_item_set_submenu(item, submenu); }
 };
 
-template <wire::Kind menuKind>
-GList* itemsFor(NautilusMenuProvider* provider, GList* files) {
-  using Menus = NautilusMenus<menuKind>;
+GList* fileItems(NautilusMenuProvider* provider, GList* files) {
+  using Menus = NautilusMenus<wire::Kind::items>;
   return atBorder([&] {
-    return menuItems<Menus>(provider, {menuKind, urisOf<Menus>(files), clickOriginInActiveWindow});
+    return menuItems<Menus>(provider, {wire::Kind::items, urisOf<Menus>(files), clickOriginInActiveWindow});
   });
 }
 
-GList* fileItems(NautilusMenuProvider* provider, GList* files) {
-  return itemsFor<wire::Kind::items>(provider, files);
+/// What submenus list comes after their titles, which stay as headings.
+void addFlat(const std::vector<MenuEntry>& entries, std::vector<MenuEntry>& list) {
+  for (const auto& entry : entries) {
+    list.push_back(entry);
+    if (entry.type != MenuEntry::Type::submenu) continue;
+    auto& heading = list.back();
+    heading.type = MenuEntry::Type::item;
+    heading.isEnabled = false;
+    heading.children.clear();
+    addFlat(entry.children, list);
+  }
+}
+
+/// One level below the menu. These items are also in the menu of the path bar, which is put together again on
+/// every change of the selection; GTK (seen with 4.8) takes only the first level of submenus away then, so
+/// that deeper ones would pile up, and an outdated one be shown.
+MenuEntries withOneLevel(const MenuEntries& menu) {
+  auto entries = *menu;
+  for (auto& entry : entries) {
+    const auto below = std::exchange(entry.children, {});
+    addFlat(below, entry.children);
+  }
+  return std::make_shared<const std::vector<MenuEntry>>(std::move(entries));
 }
 
 GList* backgroundItems(NautilusMenuProvider* provider, NautilusFileInfo* folder) {
-  GList files{folder, nullptr, nullptr};
-  return itemsFor<wire::Kind::background>(provider, &files);
+  using Menus = NautilusMenus<wire::Kind::background>;
+  return atBorder([&] {
+    GList files{folder, nullptr, nullptr};
+    return menuItems<Menus>(
+        provider, {wire::Kind::background, urisOf<Menus>(&files), clickOriginInActiveWindow}, withOneLevel);
+  });
 }
 
 void fillMenuProvider(void* functions, void* /*data*/) {
