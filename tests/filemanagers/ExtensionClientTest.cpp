@@ -44,6 +44,7 @@ class ExtensionClientTest : public testing::Test {
     settings.kinds = {Kind::items, Kind::background, Kind::toolbar};
     settings.menusUpdated = [this] { ++updates; };
     settings.connection = connection.get();
+    settings.pause = pauseAfterFailure;
     settings.now = [this] { return g_get_monotonic_time() + std::chrono::microseconds(later).count(); };
     client = std::make_unique<ExtensionClient>(std::move(settings));
   }
@@ -83,6 +84,7 @@ class ExtensionClientTest : public testing::Test {
   wire::ObjectPointer<GDBusConnection> connection = bus.connect();
   std::unique_ptr<FakeExtension> extension;
   std::chrono::milliseconds later{0};
+  std::chrono::milliseconds pauseAfterFailure{1000};
   int updates = 0;
   int warnings = 0;
   std::unique_ptr<ExtensionClient> client;
@@ -176,6 +178,21 @@ TEST_F(ExtensionClientTest, ADeadExtensionCostsNoPauseAndItsSuccessorIsUsed) {
   start(menuB);
   EXPECT_TRUE(inTime([&] { return updates == 2; }));
   EXPECT_EQ(title(), "Menu B");
+}
+
+TEST_F(ExtensionClientTest, AnExtensionThatHasRefusedIsAskedAgainAfterAWhile) {
+  pauseAfterFailure = 20ms;
+  start(menuA, Conduct::isSilent);
+  load();
+  EXPECT_EQ(title(), "(none)");
+  extension->setConduct(Conduct::refuses);
+  const auto calls = extension->calls();
+  ASSERT_TRUE(inTime([&] { return extension->calls() >= calls + 8; })) << "more than once";
+  EXPECT_EQ(updates, 0);
+  EXPECT_EQ(warnings, 1);
+  extension->setConduct(Conduct::answers);
+  EXPECT_TRUE(inTime([&] { return updates > 0; }));
+  EXPECT_EQ(title(), "Menu A");
 }
 
 TEST_F(ExtensionClientTest, AnExtensionThatAppearsLateIsFoundWithoutBeingAskedFor) {

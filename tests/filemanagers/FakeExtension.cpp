@@ -65,16 +65,20 @@ void FakeExtension::take(ObjectPointer<GDBusMessage> call) {
   const std::lock_guard guard(lock);
   const wire::TextPointer arguments(g_variant_print(g_dbus_message_get_body(call.get()), FALSE));
   notes[g_dbus_message_get_member(call.get())].emplace_back(arguments.get());
-  if (conduct == Conduct::answers) {
-    answer(call.get());
-  } else {
+  if (conduct == Conduct::isSilent) {
     owed.push_back(std::move(call));
+  } else {
+    answer(call.get());
   }
 }
 
 void FakeExtension::answer(GDBusMessage* call) {
-  const ObjectPointer<GDBusMessage> reply(g_dbus_message_new_method_reply(call));
-  if (auto* body = replyTo(g_dbus_message_get_member(call))) g_dbus_message_set_body(reply.get(), body);
+  const ObjectPointer<GDBusMessage> reply(
+      conduct == Conduct::answers
+          ? g_dbus_message_new_method_reply(call)
+          : g_dbus_message_new_method_error_literal(call, "com.kestrel.Sprig.Error", "refused"));
+  auto* body = conduct == Conduct::answers ? replyTo(g_dbus_message_get_member(call)) : nullptr;
+  if (body) g_dbus_message_set_body(reply.get(), body);
   g_dbus_connection_send_message(connection.get(), reply.get(), G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr,
                                  nullptr);
 }

@@ -35,7 +35,7 @@ class PrivateBus {
 /// Threads: any. It answers in the thread of the bus, so that a caller may wait for it in the main thread.
 class FakeExtension {
  public:
-  enum class Conduct { answers, isSilent };
+  enum class Conduct { answers, refuses, isSilent };
 
   FakeExtension(const PrivateBus& bus, std::vector<wire::Row> rows, Conduct conduct = Conduct::answers);
   ~FakeExtension();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "filemanagers/client/AtBorder.h"
 #include "wire/FileUri.h"
 
 namespace sprig::filemanagers {
@@ -67,6 +68,7 @@ std::vector<std::string> textsIn(GVariant* variant) {
 
 ExtensionClient::ExtensionClient(Settings chosen)
     : settings(std::move(chosen)),
+      retryPause(settings.pause),
       bus(settings.connection, {[this] { appeared(); },
                                 [this] {
                                   for (auto& [kind, slot] : menus) slot.content.reset();
@@ -75,6 +77,10 @@ ExtensionClient::ExtensionClient(Settings chosen)
   for (const auto kind : settings.kinds) menus[kind] = {};
   fetchProperties();
   fetchMissingMenus();
+}
+
+ExtensionClient::~ExtensionClient() {
+  if (retry != 0) g_source_remove(retry);
 }
 
 MenuEntries ExtensionClient::menu(Kind kind, const std::string& target) {
@@ -150,15 +156,34 @@ void ExtensionClient::answered(const std::string& fault) {
   if (fault.empty()) {
     hasWarned = false;
     hasNews = true;
+    retryPause = settings.pause;
   } else {
     failed(fault);
     askAgainAt = now() + settings.pause;
+    askAgainLater();
   }
   const bool isMoreDue = properties.askedAt || std::any_of(menus.begin(), menus.end(), [](const auto& entry) {
                            return entry.second.askedAt.has_value();
                          });
   if (isMoreDue || !std::exchange(hasNews, false)) return;
   if (wasAsked && settings.menusUpdated) settings.menusUpdated();
+}
+
+void ExtensionClient::askAgainLater() {
+  if (retry != 0 || !wasAsked) return;
+  retry = g_timeout_add(static_cast<guint>(retryPause.count()), askAgain, this);
+  retryPause = std::min(2 * retryPause, settings.longestPause);
+}
+
+gboolean ExtensionClient::askAgain(void* self) noexcept {
+  auto& client = *static_cast<ExtensionClient*>(self);
+  client.retry = 0;
+  client.askAgainAt = Time(0);
+  atBorder([&] {
+    if (!client.properties.content) client.fetchProperties();
+    client.fetchMissingMenus();
+  });
+  return G_SOURCE_REMOVE;
 }
 
 std::optional<ExtensionClient::Time> ExtensionClient::endOfWait() const {

@@ -55,8 +55,11 @@ class ExtensionClient {
     std::chrono::milliseconds patience{150};
     /// For how long it is not kept waiting again after the extension has failed.
     std::chrono::milliseconds recovery{5000};
-    /// After a failure, how long nothing is asked in the background.
+    /// After a failure, how long nothing is asked in the background. Then it is, if menus are wanted, as most
+    /// file managers do not ask again by themselves; and after each failure in a row only after twice the
+    /// time.
     std::chrono::milliseconds pause{1000};
+    std::chrono::milliseconds longestPause{std::chrono::minutes(5)};
     /// Microseconds of a clock that only goes forward.
     std::function<std::int64_t()> now = g_get_monotonic_time;
   };
@@ -65,6 +68,9 @@ class ExtensionClient {
   static constexpr std::size_t maxTargets = 100;
 
   explicit ExtensionClient(Settings chosen);
+  ~ExtensionClient();
+  ExtensionClient(const ExtensionClient&) = delete;
+  ExtensionClient& operator=(const ExtensionClient&) = delete;
 
   /// The menu for a target: the folder or the first selected item. Null or empty: none.
   MenuEntries menu(wire::Kind kind, const std::string& target);
@@ -105,6 +111,8 @@ class ExtensionClient {
   bool canAsk(const std::optional<Time>& askedAt) const;
   /// An empty fault is none.
   void answered(const std::string& fault);
+  void askAgainLater();
+  static gboolean askAgain(void* self) noexcept;
 
   // While the file manager waits.
   /// When a wait that begins now has to end; nothing when there may be none.
@@ -128,6 +136,9 @@ class ExtensionClient {
   Time patientAgainAt{0};
   /// Before that, nothing is asked in the background.
   Time askAgainAt{0};
+  /// The timer that asks again; 0 when none runs.
+  guint retry = 0;
+  std::chrono::milliseconds retryPause;
   bool hasWarned = false;
   /// Whether anybody may hold a menu, or wait for one.
   bool wasAsked = false;
