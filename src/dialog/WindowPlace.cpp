@@ -4,6 +4,7 @@
 #include <string_view>
 
 #ifdef GDK_WINDOWING_X11
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <gdk/x11/gdkx.h>
@@ -24,6 +25,17 @@ std::string_view behind(std::string_view prefix, std::string_view text) {
 #ifdef GDK_WINDOWING_X11
 // GTK marks its X11 functions as deprecated in later versions without offering others.
 G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+
+/// GTK says of every window that it is an ordinary one, which window managers put anywhere.
+void beDialogOnX11(GdkSurface* surface) {
+  auto* display = gdk_surface_get_display(surface);
+  const auto atom = [&](const char* name) { return gdk_x11_get_xatom_by_name_for_display(display, name); };
+  const Atom type = atom("_NET_WM_WINDOW_TYPE_DIALOG");
+  constexpr int bits = 32;
+  XChangeProperty(gdk_x11_display_get_xdisplay(display), gdk_x11_surface_get_xid(surface),
+                  atom("_NET_WM_WINDOW_TYPE"), XA_ATOM, bits, PropModeReplace,
+                  reinterpret_cast<const unsigned char*>(&type), 1);
+}
 
 void belongToX11(GdkSurface* surface, std::string_view handle) {
   Window parent = 0;
@@ -74,6 +86,7 @@ void belongTo(GtkWindow* window, const std::string& parentWindow) {
   auto* surface = gtk_native_get_surface(GTK_NATIVE(window));
 #ifdef GDK_WINDOWING_X11
   if (const auto handle = behind("x11:", parentWindow); !handle.empty() && GDK_IS_X11_SURFACE(surface)) {
+    beDialogOnX11(surface);
     belongToX11(surface, handle);
   }
 #endif

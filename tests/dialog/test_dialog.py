@@ -109,6 +109,8 @@ def test_a_dialog_opens_in_front_of_the_window_it_belongs_to_and_has_the_keyboar
     parent = open_dialog({**ALERT, "title": "File manager"}).shown()
     child = open_dialog({**PROMPT, "parentWindow": f"x11:{int(parent.window):x}", "activationToken": "tok_TIME1"}).shown()
     assert child.property("WM_TRANSIENT_FOR").split("# ")[1] == hex(int(parent.window))
+    middles = [(x + width / 2, y + height / 2) for x, y, width, height in (parent.geometry(), child.geometry())]
+    assert middles[0] == pytest.approx(middles[1], abs=30)
     assert "_NET_WM_STATE_ABOVE" in child.property("_NET_WM_STATE")
     assert "_NET_WM_STATE_ABOVE" not in parent.property("_NET_WM_STATE")
     output_of("wmctrl", "-i", "-a", parent.window)
