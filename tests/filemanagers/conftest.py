@@ -3,54 +3,53 @@ has a folder, a configuration, an extension and a run of the file manager of its
 the screen and what was said."""
 
 import os
-import pathlib
 import re
 import shutil
 import tempfile
 
 import pytest
-from driving import KILL, Desktop, file_manager, template, wait_for
+from driving import MANAGERS, SprigDesktop
+from sprigtest.desktop import keep_failures
+from sprigtest.home import Home, template
 
-FAILURES = pathlib.Path(os.environ.get("SPRIG_FAILURES", tempfile.gettempdir()))
+
+# What Sprig has file managers and toolkits complain of; they have complaints of their own.
+FAULT = re.compile(r"\b(GLib\w*|GLib-\w+|Gtk|Gdk|Sprig)-(CRITICAL|ERROR)|duplicate child name|terminate called")
 
 
 @pytest.fixture(scope="session")
 def session():
-    home = pathlib.Path(tempfile.mkdtemp(prefix="sprig-manager-"))
-    result = Desktop(home)
-    try:
-        result.start()
-        yield result
-    finally:
-        result.stop()
-        shutil.rmtree(home)
+    with tempfile.TemporaryDirectory(prefix="sprig-manager-") as root:
+        result = SprigDesktop(Home(root))
+        try:
+            result.start()
+            yield result
+        finally:
+            result.stop()
 
 
 @pytest.fixture
 def desktop(session):
-    session.extension_log.unlink(missing_ok=True)
+    session.home.log.unlink(missing_ok=True)
+    session.home.config.unlink(missing_ok=True)
+    said = session.output.stat().st_size
     yield session
-    session.signal_extension(KILL)
-    wait_for(lambda: not session.extension_pids(), "the extension to go")
-
-
-def keep(test, desktop):
-    FAILURES.mkdir(parents=True, exist_ok=True)
-    name = FAILURES / (f"{os.environ['SPRIG_MANAGER']}-" + re.sub(r"\W+", "-", test))
-    desktop.screenshot(f"{name}.png")
-    shutil.copy(desktop.home / "desktop.log", f"{name}.log")
-    if desktop.extension_log.exists():
-        shutil.copy(desktop.extension_log, f"{name}-extension.log")
+    session.end_extension()
+    faults = [line for line in session.output.read_bytes()[said:].decode(errors="replace").splitlines()
+              if FAULT.search(line)]
+    assert faults == []
 
 
 @pytest.fixture
 def folder(desktop):
     """A folder with a file and a folder in it."""
-    result = desktop.home / "demo"
-    (result / "inner").mkdir(parents=True)
+    result = desktop.home.demo
+    (result / "inner").mkdir()
     (result / "letter.txt").write_text("x")
     yield result
+    result.chmod(0o755)
     shutil.rmtree(result)
+    result.mkdir()
 
 
 @pytest.fixture
@@ -59,7 +58,7 @@ def open_manager(desktop):
     managers = []
 
     def start(place):
-        managers.append(file_manager(desktop, os.environ["SPRIG_MANAGER"], place))
+        managers.append(MANAGERS[os.environ["SPRIG_MANAGER"]](desktop, place))
         return managers[-1]
     yield start
     for manager in managers:
@@ -72,14 +71,9 @@ def manager(desktop, folder, open_manager):
     desktop.configure(template("R&D_notes"), template("Plain Text"), template("More 1"),
                       template("Hidden", enabled=False), defaultBehavior="create", maxVisibleTemplates=2,
                       showCategories=False)
-    result = open_manager(folder)
-    result.row("letter.txt")
-    return result
+    return open_manager(folder)
 
 
 @pytest.hookimpl(hookwrapper=True)
 def pytest_runtest_makereport(item):
-    report = (yield).get_result()
-    # Now, as long as all windows are there.
-    if report.failed and "desktop" in item.funcargs:
-        keep(item.name, item.funcargs["desktop"])
+    keep_failures(item, (yield).get_result())

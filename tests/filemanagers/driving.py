@@ -1,53 +1,30 @@
-"""A desktop without a screen and a file manager on it, used as people use it: seen through what a screen reader gets,
+"""A desktop with Sprig on it and the file managers, used as people use them: seen through what a screen reader gets,
 acted upon with keys and mouse.
 
 Everything here runs inside session.sh, so it has this process group, mounts and user to itself.
 """
 
-import dataclasses
-import json
 import os
 import pathlib
-import re
-import shutil
 import signal
-import subprocess
 import time
 
-DEADLINE = int(os.environ.get("SPRIG_DEADLINE", "30"))  # seconds
+from gi.repository import Gio, GLib
+from sprigtest.desktop import Desktop
+from sprigtest.screenreader import (WITHIN_WINDOW, area, atspi, area_in_gtk4, children, has, middle, nodes, selection_in, wait_to_see,
+                                    windows)
+from sprigtest.waiting import output_of, settled, wait_for
+
 PROGRAMS = pathlib.Path(os.environ["SPRIG_PROGRAMS"])
-TOOLS = {"Xvfb": "xvfb", "dbus-daemon": "dbus-daemon", "openbox": "openbox", "xcompmgr": "xcompmgr",
-         "xdotool": "xdotool", "wmctrl": "wmctrl"}
+PICTURES = os.environ.get("SPRIG_SCREENSHOTS")
+SERVICE = "com.kestrel.Sprig.Extension"
 ENTRIES = {"menu", "menu item"}
 
-
-@dataclasses.dataclass(frozen=True)
-class Profile:
-    """What tells one file manager from another, for who uses it."""
-    command: tuple
-    window_class: str
-    # Where in a row of the list a click is one on the item, from its left end.
-    row_offset: int = 20
-    # Whether it selects a file that it is told to show although its list may not have the file yet.
-    selects_new_files: bool = True
-
-
-PROFILES = {
-    "thunar": Profile(("thunar", "{}"), "thunar"),
-    # Opens a window for the file each time, and selects it most times.
-    "caja": Profile(("caja", "--no-desktop", "--browser", "{}"), "caja", selects_new_files=False),
-    # Right beside a name, a click is one on the background.
-    "nemo": Profile(("nemo", "{}"), "nemo", row_offset=4),
-    # Shows icons with their names below: what is not in the middle is the background.
-    "dolphin": Profile(("dolphin", "--new-window", "{}"), "dolphin", row_offset=1000),
-}
-
+# Only lists have rows that a screen reader can read.
 SETTINGS = {
-    "gtk-3.0/settings.ini": "[Settings]\ngtk-menu-images=1\ngtk-enable-animations=0\n",
-    "gtk-4.0/settings.ini": "[Settings]\ngtk-enable-animations=0\n",
-    # Only lists have rows that a screen reader can read.
-    "glib-2.0/settings/keyfile": "[org/mate/caja/preferences]\ndefault-folder-viewer='list-view'\n"
-                                 "[org/nemo/preferences]\ndefault-folder-viewer='list-view'\n",
+    "glib-2.0/settings/keyfile": "".join(
+        f"[org/{manager}/preferences]\ndefault-folder-viewer='list-view'\n"
+        for manager in ("mate/caja", "nemo", "gnome/nautilus")),
     "xfce4/xfconf/xfce-perchannel-xml/thunar.xml":
         '<?xml version="1.0" encoding="UTF-8"?>\n<channel name="thunar" version="1.0">\n'
         '<property name="last-view" type="string" value="ThunarDetailsView"/>\n'
@@ -57,284 +34,341 @@ SETTINGS = {
 }
 
 
-def wait_for(question, what):
-    """What `question` answers as soon as that is something."""
-    from gi.repository import GLib
-    end = time.monotonic() + DEADLINE
-    while True:
-        try:
-            if answer := question():
-                return answer
-        except GLib.Error:
-            pass  # What was looked at has just gone.
-        assert time.monotonic() < end, f"waited too long for {what}"
-        time.sleep(0.02)
-
-
-def take_news():
-    """Lets in what the screen reader's side tells of changes."""
-    from gi.repository import GLib
-    while GLib.MainContext.default().iteration(False):
-        pass
-
-
-def output_of(*command):
-    return subprocess.run(command, capture_output=True, text=True, check=False, timeout=DEADLINE).stdout.strip()
-
-
-def end(process):
-    process.terminate()
-    try:
-        process.wait(5)
-    except subprocess.TimeoutExpired:
-        process.kill()
-        process.wait()
-
-
-def template(name, **changes):
-    item = {"id": name.lower().replace(" ", "-"), "name": name, "extension": ".txt", "filenamePattern": f"{name}.txt",
-            "content": f"made of {name}\n", "icon": "doc.text", "category": "notes", "enabled": True,
-            "favorite": False, "requiresInput": False, "isBuiltin": False}
-    return {**item, **changes}
-
-
-class Desktop:
-    """An X server, a window manager, a session bus that starts Sprig, and a home folder."""
+class SprigDesktop(Desktop):
+    """A desktop whose bus starts Sprig."""
 
     def __init__(self, home):
-        for tool, package in TOOLS.items():
-            assert shutil.which(tool), f"{tool} is missing: install the Debian package {package}"
-        self.home = pathlib.Path(home)
-        self.config = self.home / ".config/sprig/config.json"
-        self.extension_log = self.home / ".kestrel/sprig/extension.log"
-        self.processes = []
-        self.log = open(self.home / "desktop.log", "wb")
-        (self.home / "run").mkdir(mode=0o700)
-        (self.home / "passwd").write_text(f"ann:x:{os.getuid()}:{os.getgid()}:Ann Example:{home}:/bin/sh\n")
-        (self.home / "group").write_text(f"ann:x:{os.getgid()}:\n")
-        wrapper = next(pathlib.Path("/usr/lib").glob("*/libnss_wrapper.so"), None)
-        assert wrapper, "libnss_wrapper.so is missing: install the Debian package libnss-wrapper"
-        self.environment = {
-            "HOME": str(home), "USER": "ann", "PATH": "/usr/bin:/bin", "LC_ALL": "C.UTF-8", "TZ": "UTC",
-            "XDG_RUNTIME_DIR": f"{home}/run", "XDG_CONFIG_HOME": f"{home}/.config",
-            "XDG_DATA_HOME": f"{home}/.local/share", "GSETTINGS_BACKEND": "keyfile", "GDK_BACKEND": "x11",
-            "GSK_RENDERER": "cairo", "GTK_USE_PORTAL": "0", "GIO_USE_VFS": "local",
-            "GIO_USE_VOLUME_MONITOR": "unix", "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-            "LD_PRELOAD": str(wrapper),
-            "NSS_WRAPPER_PASSWD": f"{home}/passwd", "NSS_WRAPPER_GROUP": f"{home}/group"}
+        super().__init__(home)
         for name, text in SETTINGS.items():
-            self.write(f".config/{name}", text)
-        self.write(".local/share/dbus-1/services/com.kestrel.Sprig.Extension.service",
-                   f"[D-BUS Service]\nName=com.kestrel.Sprig.Extension\nExec={PROGRAMS / 'sprig-extension'}\n")
+            home.write(f".config/{name}", text)
+        home.write(".config/gtk-3.0/bookmarks", f"file://{home.demo}/inner Marked\n")
+        self.install(PROGRAMS / "sprig-extension")
 
-    def write(self, name, text):
-        file = self.home / name
-        file.parent.mkdir(parents=True, exist_ok=True)
-        file.write_text(text, encoding="utf-8")
-        return file
+    def install(self, command):
+        """Has the bus start the command for Sprig."""
+        self.home.write(f".local/share/dbus-1/services/{SERVICE}.service",
+                        f"[D-BUS Service]\nName={SERVICE}\nExec={command}\n")
 
-    def configure(self, *templates, **settings):
-        """Puts a configuration into its place at once, as an editor does."""
-        document = {"version": 1, "settings": settings, "templates": list(templates)}
-        self.write(".config/sprig/new.json", json.dumps(document)).replace(self.config)
+    @staticmethod
+    def ask_bus(method, *arguments):
+        bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        signature = {"ReloadConfig": "()", "StartServiceByName": "(su)"}[method]
+        bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
+                      GLib.Variant(signature, arguments), None, Gio.DBusCallFlags.NONE, -1)
 
-    def start(self):
-        self.environment["DISPLAY"] = ":" + self.announcing(
-            "Xvfb", "-displayfd", "{}", "-screen", "0", "1100x760x24", "-nolisten", "tcp", "-noreset")
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.announcing(
-            "dbus-daemon", "--session", "--nofork", "--print-address={}")
-        # The test is a client of both, too.
-        os.environ.update({name: value for name, value in self.environment.items() if name != "LD_PRELOAD"})
-        import gi
-        gi.require_version("Atspi", "2.0")
-        self.launch("openbox", "--sm-disable")
-        wait_for(lambda: "openbox" in output_of("wmctrl", "-m").lower(), "the window manager")
-        self.launch("xcompmgr", "-n")
+    def reinstall(self, command=PROGRAMS / "sprig-extension"):
+        self.install(command)
+        self.ask_bus("ReloadConfig")
 
-    def launch(self, *command, **options):
-        process = subprocess.Popen(command, env=self.environment, stdout=self.log, stderr=self.log, **options)
-        self.processes.append(process)
-        return process
+    def start_extension(self):
+        self.ask_bus("StartServiceByName", SERVICE, 0)
 
-    def announcing(self, *command):
-        """Starts a program that tells how to reach it on the descriptor that stands for "{}"."""
-        reading, writing = os.pipe()
-        self.launch(*(word.format(writing) for word in command), pass_fds=[writing])
-        os.close(writing)
-        with os.fdopen(reading) as stream:
-            return stream.readline().strip()
-
-    def stop(self):
-        for process in reversed(self.processes):
-            end(process)
-        self.log.close()
-
-    def screenshot(self, file):
-        from PIL import ImageGrab
-        ImageGrab.grab(xdisplay=self.environment["DISPLAY"]).save(file)
-
-    def extension_pids(self):
+    @staticmethod
+    def extension_pids():
         return [int(pid) for pid in output_of("pgrep", "-x", "sprig-extension").split()]
 
     def signal_extension(self, number):
         for pid in self.extension_pids():
             os.kill(pid, number)
 
-    def press(self, *keys):
-        output_of("xdotool", "key", "--clearmodifiers", *keys)
+    def end_extension(self):
+        self.signal_extension(signal.SIGKILL)
+        wait_for(lambda: not self.extension_pids(), "the extension to go")
 
-    def type(self, text):
-        output_of("xdotool", "type", text)
-
-    def click(self, place, button=1):
-        across, down = map(str, place)
-        # In two steps: menus follow a pointer that moves.
-        output_of("xdotool", "mousemove", str(int(across) - 1), down)
-        output_of("xdotool", "mousemove", across, down, "click", str(button))
+    def configure(self, *templates, **settings):
+        """Changes the configuration; a running extension has taken notice."""
+        count = f"Loaded config with {len(templates)} total"
+        known = self.home.log.read_text().count(count) if self.home.log.exists() else 0
+        self.home.configure(*templates, **settings)
+        if self.extension_pids():
+            wait_for(lambda: self.home.log.read_text().count(count) > known, "the new configuration")
 
     def dialog(self, title):
-        """Waits until the dialog of that title has the keyboard."""
+        """Waits until the dialog of that title has the keyboard; what it is for a screen reader."""
         wait_for(lambda: output_of("xdotool", "getactivewindow", "getwindowname") == title, f"the dialog “{title}”")
+        pid = int(output_of("xdotool", "getactivewindow", "getwindowpid"))
+        return wait_to_see(lambda: windows(pid), "what it shows")[0]
+
+    def prompt(self, title):
+        """The same, until the name can be typed."""
+        dialog = self.dialog(title)
+        wait_to_see(lambda: [field for field in nodes(dialog, {"text"}) if selection_in(field)], "the suggested name")
+
+    def has_no_dialog(self):
+        return not output_of("pgrep", "-x", "sprig-dialog")
+
+    def picture(self, name):
+        """Keeps what is on the screen for the documents, if that is wanted."""
+        if not PICTURES:
+            return
+        from PIL import Image, ImageChops
+        image = settled(self.screenshot, "the screen", between=lambda: time.sleep(0.2)).convert("RGB")
+        nothing = Image.new("RGB", image.size, image.getpixel((0, 0)))
+        image = image.crop(ImageChops.difference(image, nothing).getbbox()).quantize(256)
+        pathlib.Path(PICTURES).mkdir(parents=True, exist_ok=True)
+        image.save(pathlib.Path(PICTURES, f"{os.environ['SPRIG_MANAGER']}-{name}.png"), optimize=True)
 
 
 class FileManager:
-    """A file manager that shows a folder."""
+    """A file manager that shows a folder; one of GTK 3 unless a class of its own says otherwise."""
 
-    def __init__(self, desktop, name, folder):
+    command = ()
+    window_class = ""
+    # Where in a row of the list a click is one on the item, from its left end.
+    row_offset = 20
+    # What an entry of a menu is that the next key is for.
+    highlighted = "SELECTED"
+    key_into_submenu = "Right"
+
+    def __init__(self, desktop, folder):
         self.desktop = desktop
-        self.profile = PROFILES[name]
-        self.process = desktop.launch(*(word.format(folder) for word in self.profile.command))
-        self.application = wait_for(self._application, f"{name} on the screen reader's side")
-        self.window = wait_for(self._window, f"{name}'s window")
+        self.process = desktop.launch(*(word.format(folder) for word in self.command))
+        self.window = wait_for(self._large_window, f"the window of {self.command[0]}")
         output_of("xdotool", "windowactivate", "--sync", self.window)
 
     def stop(self):
-        end(self.process)
+        self.desktop.end(self.process)
 
-    def _application(self):
-        from gi.repository import Atspi
-        root = Atspi.get_desktop(0)
-        for index in range(root.get_child_count()):
-            application = root.get_child_at_index(index)
-            if application and application.get_process_id() == self.process.pid:
-                return application
-        return None
+    def _x_windows(self):
+        return self.desktop.areas("search", "--onlyvisible", "--class", self.window_class, "%@")
 
-    def _window(self):
-        found = output_of("xdotool", "search", "--onlyvisible", "--class", self.profile.window_class).split()
-        sizes = {window: output_of("xdotool", "getwindowgeometry", window) for window in found}
-        large = [window for window, size in sizes.items() if int(re.search(r"(\d+)x\d+$", size)[1]) > 200]
+    def _large_window(self):
+        large = [window for window, place in self._x_windows().items() if place.width > 300]
         return large[-1] if large else None
 
-    def showing(self, roles, name=None, top=None):
-        """What of these roles, and that name, is on the screen."""
-        from gi.repository import Atspi
-        take_news()
-        found = []
+    def frames(self):
+        return [window for window in windows(self.process.pid) if window.get_role_name() == "frame"]
 
-        def look(accessible):
-            state = accessible.get_state_set()
-            is_seen = state.contains(Atspi.StateType.SHOWING) and state.contains(Atspi.StateType.VISIBLE)
-            if is_seen and accessible.get_role_name() in roles and name in (None, accessible.get_name()):
-                found.append(accessible)
-            for index in range(min(accessible.get_child_count(), 300)):
-                child = accessible.get_child_at_index(index)
-                if child:
-                    look(child)
-        look(top or self.application)
-        return found
+    def place(self, accessible):
+        """Where it is on the screen."""
+        return area(accessible)
 
-    def row(self, name):
-        return wait_for(lambda: self.showing({"table cell"}, name), f"the row “{name}”")[0]
+    def settled_place(self, find, what):
+        """Where what `find` finds is on the screen, once it is laid out and stays there."""
+        def look():
+            place = self.place(find())
+            return place.width and place.height and place
+        return settled(look, what, not_yet=(GLib.Error, IndexError, StopIteration))
 
-    @staticmethod
-    def extents(accessible):
-        from gi.repository import Atspi
-        return Atspi.Component.get_extents(accessible, Atspi.CoordType.SCREEN)
+    # The list of files.
+
+    def rows(self, name=None):
+        return [row for frame in self.frames() for row in nodes(frame, {"table cell"}, name)
+                if has(row, "SHOWING") and area(row).width > 0]
+
+    def selected_rows(self):
+        """The names of the selected rows of all windows."""
+        return {row.get_name() for row in self.rows() if has(row, "SELECTED")}
 
     def on(self, name):
         """Where a click is one on the item of that name."""
-        place = self.extents(self.row(name))
-        return place.x + min(place.width // 2, self.profile.row_offset), place.y + place.height // 2
+        place = self.settled_place(lambda: self.rows(name)[0], f"the row “{name}”")
+        return place.x + min(place.width // 2, self.row_offset), place.y + place.height // 2
 
     def background(self):
         """Where a click is one on the background: below the rows."""
-        place = self.extents(self.row("letter.txt"))
-        return place.x + 60, place.y + 200
+        across, down = self.on("letter.txt")
+        return across + 60, down + 180
 
-    def entry(self, name):
-        """An entry of an open menu."""
-        def look():
-            return [entry for entry in self.showing(ENTRIES, name) if self.extents(entry).width > 0]
-        return wait_for(look, f"“{name}” in the menu")[0]
+    def shows(self, file):
+        """Waits until the file is selected in a window."""
+        wait_to_see(lambda: file.name in self.selected_rows(), f"{file.name} to be selected")
+
+    # Menus.
+
+    def entries(self):
+        """What open menus list."""
+        menus = [window for window in windows(self.process.pid) if window.get_role_name() == "window"]
+        return [entry for menu in menus for entry in nodes(menu, ENTRIES)
+                if has(entry, "SHOWING", "VISIBLE") and entry.get_name()]
+
+    def listed(self):
+        return [entry.get_name() for entry in self.entries()]
+
+    def _entry(self, name):
+        return [entry for entry in self.entries() if entry.get_name() == name][-1]
 
     def submenu(self, name):
-        """What a submenu lists, once it is open."""
+        """What an open submenu lists."""
         def look():
-            entry = self.entry(name)
-            return [child.get_name() for child in self.showing(ENTRIES, top=entry) if child != entry]
-        return wait_for(look, f"the submenu “{name}”")
+            return [entry.get_name() for entry in children(self._entry(name))
+                    if has(entry, "SHOWING", "VISIBLE") and entry.get_name()]
+        return wait_to_see(look, f"the submenu “{name}”")
 
     def open_menu(self, place):
         self.desktop.click(place, button=3)
-        self.entry("Sprig")
+        wait_to_see(lambda: "Sprig" in self.listed(), "“Sprig” in the menu")
 
-    def open_entries(self):
-        """The names of what open menus list."""
-        bars = {entry.get_name() for bar in self.showing({"menu bar"}) for entry in self.showing(ENTRIES, top=bar)}
-        return [name for name in map(type(self.application).get_name, self.showing(ENTRIES)) if name not in bars]
+    def comes_to_offer_sprig(self, place):
+        """Opens menus until one has it."""
+        def offered():
+            self.time_to_menu(place)
+            if "Sprig" in self.listed():
+                return True
+            self.close_menus()
+            return False
+        wait_to_see(offered, "“Sprig” in a menu")
 
-    def has_no_menu(self):
-        return not self.showing(ENTRIES, "Sprig")
+    def time_to_menu(self, place):
+        """Seconds from the click to a menu, whatever is in it."""
+        before = self._x_windows()
+        begin = time.monotonic()
+        self.desktop.click(place, button=3)
+        wait_for(lambda: self._x_windows().keys() - before, "a menu")
+        seconds = time.monotonic() - begin
+        wait_to_see(self.entries, "what it lists")
+        return seconds
+
+    def has_menu(self):
+        return bool(self.entries())
+
+    def close_menus(self):
+        def are_closed():
+            if not self.has_menu():
+                return True
+            before = self.listed()
+            self.desktop.press("Escape")
+            wait_to_see(lambda: not self.has_menu() or self.listed() != before, "a menu to close")
+            return False
+        wait_to_see(are_closed, "the menus to close")
+
+    def point(self, name):
+        place = middle(self.settled_place(lambda: self._entry(name), f"“{name}” in the menu"))
+        self.desktop.point(place)
+        return place
 
     def pick(self, *names):
         """Goes through the open menu with the mouse."""
         for name in names:
-            place = self.extents(self.entry(name))
-            self.desktop.click((place.x + place.width // 2, place.y + place.height // 2))
+            self.desktop.click(self.point(name))
 
-    def pick_by_keys(self, *names):
-        """Goes through the open menu with the keyboard."""
+    def highlighted_entry(self):
+        return next((entry.get_name() for entry in reversed(self.entries()) if has(entry, self.highlighted)), None)
+
+    def _highlight(self, name):
+        wait_to_see(lambda: name in self.listed(), f"“{name}” in the menu")
+        for _ in range(60):
+            before = self.highlighted_entry()
+            if before == name:
+                return
+            self.desktop.press("Down")
+            wait_to_see(lambda: self.highlighted_entry() != before, "the next entry")
+        raise AssertionError(f"“{name}” can't be reached")
+
+    def enter_by_keys(self, *names):
+        """Opens submenus of the open menu with the keyboard."""
         for name in names:
-            self.entry(name)
-            for _ in range(60):
-                if self.is_selected(name):
-                    break
-                before = self.selected()
-                self.desktop.press("Down")
-                wait_for(lambda: self.selected() != before, "the next entry")
-            assert self.is_selected(name), f"“{name}” can't be reached"
-            self.desktop.press("Right" if name != names[-1] else "Return")
+            self._highlight(name)
+            self.desktop.press(self.key_into_submenu)
 
-    def selected(self):
-        from gi.repository import Atspi
-        return [entry.get_name() for entry in self.showing(ENTRIES)
-                if entry.get_state_set().contains(Atspi.StateType.SELECTED)]
+    def pick_by_keys(self, name):
+        self._highlight(name)
+        self.desktop.press("Return")
 
-    def is_selected(self, name):
-        return self.selected()[-1:] == [name]
+
+class Thunar(FileManager):
+    command = ("thunar", "{}")
+    window_class = "thunar"
+
+
+class Caja(FileManager):
+    command = ("caja", "--no-desktop", "--browser", "{}")
+    window_class = "caja"
+
+
+class Nemo(FileManager):
+    command = ("nemo", "{}")
+    window_class = "nemo"
+    # Right beside a name, a click is one on the background.
+    row_offset = 4
+
+
+class Nautilus(FileManager):
+    """GNOME Files, of GTK 4: everything counts as showing there, and menus are pages of a window of their own."""
+
+    command = ("nautilus", "--new-window", "{}")
+    window_class = "nautilus"
+    highlighted = "FOCUSED"
+    key_into_submenu = "Return"
+
+    def __init__(self, desktop, folder):
+        self.known = {}
+        super().__init__(desktop, folder)
+
+    def _parts(self, role, name):
+        """What each window has of the kind. Looking takes long, so it is done once: these stay as the window does."""
+        for frame in self.frames():
+            if not self.known.get((frame, name)):
+                self.known[frame, name] = list(nodes(frame, {role}, name))
+            yield from self.known[frame, name]
+
+    def _popover(self):
+        """The open menu and its X window; None while there is none."""
+        sizes = {place[2:]: place for place in self._x_windows().values()}
+        # The menu of the folder that is shown belongs to a button in the tool bar.
+        for place in (*self._parts("filler", "Content View"), *self._parts("push button", "GtkMenuButton")):
+            for menu in children(place):
+                if menu.get_role_name() == "menu" and (window := sizes.get(area(menu, WITHIN_WINDOW)[2:])):
+                    return menu, window
+        return None
+
+    def menu_button(self):
+        """The button for the menu of the folder that is shown."""
+        return next(self._parts("push button", "GtkMenuButton"))
+
+    def _rows(self):
+        return {next(nodes(row, {"label"})).get_name(): row
+                for table in self._parts("list", "GtkColumnListView") for row in children(table)}
+
+    def rows(self, name=None):
+        return [row for label, row in self._rows().items() if name in (None, label)]
 
     def selected_rows(self):
-        """The selected rows of all windows."""
-        from gi.repository import Atspi
-        return {row.get_name() for row in self.showing({"table cell"})
-                if row.get_state_set().contains(Atspi.StateType.SELECTED)}
+        return {name for name, row in self._rows().items() if has(row, "SELECTED")}
+
+    def place(self, accessible):
+        if accessible.get_role_name() == "menu item":
+            popover, window = self._popover()
+            return area_in_gtk4(accessible, window, popover)
+        return area_in_gtk4(accessible, self.desktop.area(self.window), self.frames()[0])
+
+    def entries(self):
+        """The page in sight is the one with what has the keyboard."""
+        found = self._popover()
+        pages = map(self._items, nodes(found[0], {"panel"}, "GtkStackPage") if found else [])
+        return next((page for page in pages if any(has(entry, "FOCUSED") for entry in page)), [])
+
+    def has_menu(self):
+        return self._popover() is not None
+
+    def _items(self, accessible):
+        """The entries below, without a look at what these are made of."""
+        if accessible.get_role_name() == "menu item":
+            return [accessible]
+        return [entry for child in children(accessible) for entry in self._items(child)]
+
+    def submenu(self, name):
+        wait_to_see(lambda: self.listed()[:1] == [name], f"the submenu “{name}”")
+        return self.listed()[1:]
 
 
 class Dolphin(FileManager):
     """Qt tells a screen reader of a menu when it opens, and of an entry when it gets the focus; it counts neither among
     what the program's windows hold. Entries that Dolphin has in other menus, too, never seem to be in this one."""
 
+    command = ("dolphin", "--new-window", "{}")
+    window_class = "dolphin"
+    # Shows icons with their names below: what is not in the middle is the background.
+    row_offset = 1000
     NEWS = ("object:state-changed:showing", "object:state-changed:focused")
 
-    def __init__(self, desktop, name, folder):
-        from gi.repository import Atspi
+    def __init__(self, desktop, folder):
         self.menus = []
-        self.focused = []
-        self.listener = Atspi.EventListener.new(self._changed)
+        self.focused = None
+        self.listener = atspi().EventListener.new(self._changed)
         for news in self.NEWS:
             self.listener.register(news)
-        super().__init__(desktop, name, folder)
+        super().__init__(desktop, folder)
 
     def stop(self):
         for news in self.NEWS:
@@ -342,7 +376,6 @@ class Dolphin(FileManager):
         super().stop()
 
     def _changed(self, event):
-        from gi.repository import GLib
         try:
             role, name = event.source.get_role_name(), event.source.get_name()
         except GLib.Error:
@@ -350,33 +383,43 @@ class Dolphin(FileManager):
         if role == "popup menu" and event.detail1:
             self.menus.append(event.source)
         if role == "menu item" and event.detail1:
-            self.focused = [name]
+            self.focused = name
 
-    def showing(self, roles, name=None, top=None):
-        if top or not ENTRIES & set(roles):
-            return super().showing(roles, name, top)
-        return [entry for menu in self._open_menus() for entry in super(Dolphin, self).showing(roles, name, menu)]
+    def background(self):
+        """Beside the icons."""
+        across, down = self.on("letter.txt")
+        return across + 60, down + 200
 
     def _open_menus(self):
         """Those that stand in no other one."""
-        from gi.repository import Atspi, GLib
-        take_news()
+        while GLib.MainContext.default().iteration(False):
+            pass
 
         def is_open(menu):
             try:
-                return menu.get_state_set().contains(Atspi.StateType.SHOWING)
+                return has(menu, "SHOWING")
             except GLib.Error:
                 return False  # It is gone.
         self.menus = [menu for menu in self.menus if is_open(menu)]
         return [menu for menu in self.menus if menu.get_parent().get_role_name() != "menu item"]
 
-    def selected(self):
-        take_news()
+    def entries(self):
+        return [entry for menu in self._open_menus() for entry in nodes(menu, ENTRIES)
+                if has(entry, "SHOWING", "VISIBLE") and entry.get_name()]
+
+    def has_menu(self):
+        return bool(self._open_menus())
+
+    def submenu(self, name):
+        def look():
+            entry = self._entry(name)
+            return [below.get_name() for below in nodes(entry, ENTRIES)
+                    if below != entry and has(below, "SHOWING", "VISIBLE") and below.get_name()]
+        return wait_to_see(look, f"the submenu “{name}”")
+
+    def highlighted_entry(self):
+        self._open_menus()
         return self.focused
 
 
-def file_manager(desktop, name, folder):
-    return {"dolphin": Dolphin}.get(name, FileManager)(desktop, name, folder)
-
-
-STOP, CONTINUE, KILL = signal.SIGSTOP, signal.SIGCONT, signal.SIGKILL
+MANAGERS = {"thunar": Thunar, "caja": Caja, "nemo": Nemo, "nautilus": Nautilus, "dolphin": Dolphin}

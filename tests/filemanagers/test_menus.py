@@ -1,91 +1,104 @@
 """Sprig in a real file manager: open a folder, open the menu, pick, find the file."""
 
-import time
+from sprigtest.home import template
+from sprigtest.screenreader import wait_to_see
+from sprigtest.waiting import wait_for
 
-from driving import CONTINUE, KILL, STOP, template, wait_for
+BUILTINS = ["Markdown Note", "Plain Text", "Meeting Notes", "Daily To-Do List", "React Component", "TypeScript Module",
+            "Python Script", "JSON File", ".env Config", "Word Document"]
+SETTINGS = "Sprig Settings…"
+LISTED = ["R&D_notes", "Plain Text", "More Templates", SETTINGS]
 
-LISTED = ["R&D_notes", "Plain Text", "More Templates", "Sprig Settings…"]
+
+def names_in(folder):
+    return sorted(file.name for file in folder.iterdir())
 
 
-def test_a_template_is_picked_on_the_background_with_the_mouse(desktop, folder, manager):
+def test_a_newcomer_makes_meeting_notes_with_the_mouse(desktop, folder, open_manager):
+    manager = open_manager(folder)
     manager.open_menu(manager.background())
     manager.pick("Sprig")
-    assert [name for name in manager.submenu("Sprig") if name] == LISTED
-    manager.pick("R&D_notes")
-    made = folder / "R&D_notes.txt"
+    listed = manager.submenu("Sprig")
+    assert listed[:11] == [*BUILTINS, "More Templates"] and listed[-1] == SETTINGS
+    manager.point("Meeting Notes")
+    desktop.picture("menu")
+    manager.pick("Meeting Notes")
+    desktop.prompt("New Meeting Notes")
+    desktop.picture("prompt")
+    desktop.type("Kick-off")
+    desktop.press("Return")
+    made = folder / "Kick-off.md"
     wait_for(made.exists, "the file")
-    assert made.read_text() == "made of R&D_notes\n"
-    if manager.profile.selects_new_files:
-        wait_for(lambda: made.name in manager.selected_rows(), "the file to be selected")
-    else:
-        wait_for(lambda: len(manager.showing({"table cell"}, made.name)) == 2, "the file in a window of its own")
+    assert made.read_text().startswith("# Meeting Notes — 20")
+    manager.shows(made)
 
 
 def test_a_template_is_picked_on_an_item_with_the_keyboard(desktop, folder, manager):
     desktop.click(manager.on("inner"))
+    wait_to_see(lambda: "inner" in manager.selected_rows(), "the folder to be selected")
     desktop.press("Menu")
-    manager.pick_by_keys("Sprig", "More Templates", "More 1")
-    wait_for((folder / "inner/More 1.txt").exists, "the file in the folder that was selected")
+    manager.enter_by_keys("Sprig", "More Templates")
+    assert manager.submenu("More Templates") == ["More 1"]
+    manager.pick_by_keys("More 1")
+    made = folder / "inner/More 1.txt"
+    wait_for(made.exists, "the file in the folder that was selected")
+    assert made.read_text() == "More 1 in inner\n"
+    manager.shows(made)
 
 
-def test_a_name_is_asked_for(desktop, folder, manager):
-    desktop.configure(template("Plain Text", filenamePattern="Untitled.txt"), defaultBehavior="prompt")
-    wait_for(lambda: not desktop.extension_pids() or
-             "Loaded config with 1 total" in desktop.extension_log.read_text(), "the new configuration")
+def test_a_file_picked_for_an_item_lands_beside_it(desktop, folder, manager):
+    manager.open_menu(manager.on("letter.txt"))
+    manager.pick("Sprig")
+    assert manager.submenu("Sprig") == LISTED
+    manager.pick("R&D_notes")
+    made = folder / "R&D_notes.txt"
+    wait_for(made.exists, "the file")
+    assert made.read_text() == "R&D_notes in demo\n"
+    manager.shows(made)
+
+
+def test_a_cancelled_prompt_leaves_nothing(desktop, folder, manager):
+    desktop.configure(template("Plain Text"), defaultBehavior="prompt")
     manager.open_menu(manager.on("letter.txt"))
     manager.pick("Sprig", "Plain Text")
-    desktop.dialog("New Plain Text")
+    desktop.prompt("New Plain Text")
     desktop.type("Answer")
+    desktop.press("Escape")
+    wait_for(lambda: desktop.home.logged("User cancelled prompt"), "the end of the pick")
+    wait_for(desktop.has_no_dialog, "the prompt to go")
+    assert names_in(folder) == ["inner", "letter.txt"]
+
+
+def test_a_folder_without_permission_is_explained(desktop, folder, manager):
+    folder.chmod(0o555)
+    manager.open_menu(manager.background())
+    manager.pick("Sprig", "Plain Text")
+    desktop.dialog("Permission Denied")
+    desktop.picture("alert")
     desktop.press("Return")
-    wait_for((folder / "Answer.txt").exists, "the file")
+    wait_for(desktop.has_no_dialog, "the alert to go")
+    assert names_in(folder) == ["inner", "letter.txt"]
 
 
 def test_a_changed_configuration_changes_the_next_menu(desktop, folder, manager):
-    manager.open_menu(manager.background())
-    desktop.press("Escape")
-    wait_for(manager.has_no_menu, "the menu to close")
-    desktop.configure(template("Brand New"), defaultBehavior="create")
+    manager.open_menu(manager.on("letter.txt"))
+    manager.close_menus()
+    desktop.configure(template("Brand New"), template("Deep"), maxVisibleTemplates=1, showCategories=False)
 
     def offered():
-        manager.open_menu(manager.background())
+        manager.open_menu(manager.on("letter.txt"))
         manager.pick("Sprig")
-        names = [name for name in manager.submenu("Sprig") if name]
-        if names == ["Brand New", "Sprig Settings…"]:
+        if manager.submenu("Sprig") == ["Brand New", "More Templates", SETTINGS]:
             return True
-        desktop.press("Escape", "Escape")
+        manager.close_menus()
         return False
-    wait_for(offered, "the new menu")
+    wait_to_see(offered, "the new menu")
+    manager.pick("More Templates")
+    assert manager.submenu("More Templates") == ["Deep"]
+    desktop.picture("more-templates")
 
 
 def test_there_is_no_menu_where_sprig_does_not_serve(desktop, open_manager):
     manager = open_manager("/usr/share/doc/base-files")
     desktop.click(manager.on("copyright"), button=3)
-    wait_for(lambda: manager.open_entries(), "a menu")
-    assert "Sprig" not in manager.open_entries()
-
-
-def test_a_stopped_extension_does_not_stop_the_file_manager(desktop, folder, manager):
-    manager.open_menu(manager.background())
-    desktop.press("Escape")
-    wait_for(manager.has_no_menu, "the menu to close")
-    desktop.signal_extension(STOP)
-    begin = time.monotonic()
-    manager.open_menu(manager.background())
-    assert time.monotonic() - begin < 3, "the menu is there, and nobody was asked"
-    manager.pick("Sprig", "Plain Text")
-    desktop.press("Down", "Up")
-    manager.open_menu(manager.on("letter.txt"))
-    desktop.press("Escape")
-    desktop.signal_extension(CONTINUE)
-    wait_for((folder / "Plain Text.txt").exists, "the file, once the extension goes on")
-
-
-def test_a_killed_extension_is_started_again_by_the_next_pick(desktop, folder, manager):
-    manager.open_menu(manager.background())
-    manager.pick("Sprig")
-    manager.submenu("Sprig")
-    before = desktop.extension_pids()
-    desktop.signal_extension(KILL)
-    manager.pick("Plain Text")
-    wait_for((folder / "Plain Text.txt").exists, "the file")
-    assert desktop.extension_pids() != before
+    assert "Sprig" not in wait_to_see(manager.listed, "a menu")

@@ -115,10 +115,14 @@ class Desktop:
         return output_of("xdotool", "getactivewindow")
 
     @staticmethod
-    def area(window):
-        said = output_of("xdotool", "getwindowgeometry", "--shell", window)
-        values = dict(line.split("=") for line in said.splitlines())
-        return Area(*(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT")))
+    def areas(*command):
+        """Where the windows are that a command of xdotool finds, or one window."""
+        said = output_of("xdotool", *command[:-1], "getwindowgeometry", "--shell", command[-1])
+        values = iter(line.split("=")[1] for line in said.splitlines())
+        return {window: Area(*map(int, place)) for window, *place, _screen in zip(*[values] * 6)}
+
+    def area(self, window):
+        return self.areas(window)[window]
 
 
 def keep_failures(item, report):

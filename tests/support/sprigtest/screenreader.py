@@ -2,6 +2,7 @@
 
 import collections
 import functools
+import time
 
 import gi
 from gi.repository import GLib
@@ -37,13 +38,27 @@ def nodes(accessible, roles=None, name=None):
         yield from nodes(child, roles, name)
 
 
+class Memory:
+    """What was read is remembered, and news come in by themselves, but not all of them: so not for long."""
+
+    LIMIT = 1  # second
+    begin = 0
+
+    @classmethod
+    def refresh(cls, application):
+        while GLib.MainContext.default().iteration(False):
+            pass
+        if time.monotonic() - cls.begin > cls.LIMIT:
+            application.clear_cache()
+            cls.begin = time.monotonic()
+
+
 def windows(pid):
     """The windows of a process."""
-    # News of the screen come in through the main context.
-    while GLib.MainContext.default().iteration(False):
-        pass
-    applications = children(atspi().get_desktop(0))
-    return [window for found in applications if found.get_process_id() == pid for window in children(found)]
+    applications = [found for found in children(atspi().get_desktop(0)) if found.get_process_id() == pid]
+    for application in applications:
+        Memory.refresh(application)
+    return [window for application in applications for window in children(application)]
 
 
 def has(accessible, *states):

@@ -1,0 +1,17 @@
+"""What only Caja has."""
+
+from sprigtest.screenreader import middle, nodes, wait_to_see
+from sprigtest.waiting import output_of, wait_for
+
+
+def test_a_template_is_picked_from_the_button_in_the_toolbar(desktop, folder, manager):
+    # At its first width the window has the button behind an arrow.
+    output_of("xdotool", "windowsize", "--sync", manager.window, "1080", "600")
+    button = manager.settled_place(lambda: next(nodes(manager.frames()[0], {"push button"}, "Sprig")), "the button")
+    desktop.click(middle(button))
+    assert wait_to_see(manager.listed) == ["R&D_notes", "Plain Text", "More Templates", "Sprig Settings…"]
+    desktop.picture("toolbar")
+    manager.pick("More Templates", "More 1")
+    made = folder / "More 1.txt"
+    wait_for(made.exists, "the file")
+    manager.shows(made)

@@ -1,0 +1,20 @@
+"""What only Thunar has."""
+
+from sprigtest.screenreader import wait_to_see
+from sprigtest.waiting import wait_for
+
+
+def test_a_template_is_picked_in_the_sidebar(desktop, folder, manager):
+    manager.open_menu(manager.on("Marked"))
+    manager.pick("Sprig", "Plain Text")
+    wait_for((folder / "inner/Plain Text.txt").exists, "the file in the folder of the sidebar")
+    assert desktop.home.logged("menu(for: 2) requested")
+
+
+def test_typing_asks_nobody(desktop, manager):
+    manager.open_menu(manager.background())
+    manager.close_menus()
+    desktop.end_extension()
+    desktop.type("letter")
+    wait_to_see(lambda: "letter.txt" in manager.selected_rows(), "the file that begins so")
+    assert desktop.extension_pids() == []
