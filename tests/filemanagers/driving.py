@@ -374,6 +374,16 @@ class Dolphin(FileManager):
         for news in self.NEWS:
             self.listener.deregister(news)
         super().stop()
+        output_of("pkill", "-x", "dolphin")
+        wait_for(lambda: not self._pids(), "the other windows to go")
+
+    @staticmethod
+    def _pids():
+        """One for each window."""
+        return output_of("pgrep", "-x", "dolphin").split()
+
+    def frames(self):
+        return [window for pid in self._pids() for window in windows(int(pid)) if window.get_role_name() == "frame"]
 
     def _changed(self, event):
         try:
