@@ -1,24 +1,43 @@
 #include "filemanagers/dolphin/ClickOrigin.h"
 
-#include <QPointer>
+#include <KUserTimestamp>
+#include <KWindowSystem>
 #include <QWidget>
-#include <QX11Info>
+#include <memory>
+#include <utility>
 
 namespace sprig::filemanagers {
 
 namespace {
 
-ClickOrigin originIn(const QWidget& window) {
+ClickOrigin originOnX11(const QWidget& window) {
   const auto id = window.internalWinId();
-  if (!QX11Info::isPlatformX11() || id == 0) return {};
-  const auto moment = static_cast<std::uint32_t>(QX11Info::appUserTime());
+  if (id == 0) return {};
+  const auto moment = static_cast<std::uint32_t>(KUserTimestamp::userTimestamp());
   return clickOriginOnX11(static_cast<unsigned long>(id), moment == 0 ? std::nullopt : std::optional(moment));
+}
+
+void withToken(QWindow* window, std::function<void(const ClickOrigin&)> goOn) {
+  const auto serial = KWindowSystem::lastInputSerial(window);
+  const auto connection = std::make_shared<QMetaObject::Connection>();
+  const auto arrived = [connection, serial, go = std::move(goOn)](int askedFor, const QString& token) {
+    if (static_cast<quint32>(askedFor) != serial) return;
+    QObject::disconnect(*connection);
+    go({token.toStdString(), ""});
+  };
+  *connection = QObject::connect(KWindowSystem::self(), &KWindowSystem::xdgActivationTokenArrived, arrived);
+  KWindowSystem::requestXdgActivationToken(window, serial, QStringLiteral("com.kestrel.Sprig"));
 }
 
 }  // namespace
 
-std::function<ClickOrigin()> clickOriginIn(QWidget* widget) {
-  return [pointer = QPointer(widget)] { return pointer ? originIn(*pointer->window()) : ClickOrigin{}; };
+void withClickOrigin(QWidget* widget, std::function<void(const ClickOrigin&)> goOn) {
+  const auto* window = widget ? widget->window() : nullptr;
+  if (window && KWindowSystem::isPlatformWayland()) {
+    withToken(window->windowHandle(), std::move(goOn));
+  } else {
+    goOn(window && KWindowSystem::isPlatformX11() ? originOnX11(*window) : ClickOrigin{});
+  }
 }
 
 }  // namespace sprig::filemanagers

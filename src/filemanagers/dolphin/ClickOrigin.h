@@ -8,8 +8,9 @@ class QWidget;
 
 namespace sprig::filemanagers {
 
-/// Tells, when an item is picked, of the window of a widget that a menu was shown for. `widget` may be null,
-/// and may be gone by then. Threads: main thread.
-std::function<ClickOrigin()> clickOriginIn(QWidget* widget);
+/// Finds out from where a click comes that picks an item, and goes on with that: at once, or under Wayland
+/// when the compositor has given a token for it. `widget` stands in the window that the menu was shown for,
+/// and may be null. Threads: main thread.
+void withClickOrigin(QWidget* widget, std::function<void(const ClickOrigin&)> goOn);
 
 }  // namespace sprig::filemanagers

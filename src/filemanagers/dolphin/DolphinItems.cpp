@@ -4,41 +4,51 @@
 #include <utility>
 
 #include "filemanagers/client/AtBorder.h"
+#include "filemanagers/dolphin/ClickOrigin.h"
 #include "filemanagers/dolphin/sendPick.h"
 
 namespace sprig::filemanagers {
 
 namespace {
 
-using Occasion = std::shared_ptr<const MenuOccasion>;
+/// What an item needs when it is picked.
+struct Source {
+  std::shared_ptr<const MenuOccasion> occasion;
+  QPointer<QWidget> window;
+};
 
 /// A tab would begin the text of a shortcut.
 QString qtLabelOf(const MenuEntry& entry) {
   return QString::fromStdString(labelOf(entry, '&')).replace(QLatin1Char('\t'), QLatin1Char(' '));
 }
 
-void fill(QMenu& menu, const std::vector<MenuEntry>& entries, const Occasion& occasion);
+void fill(QMenu& menu, const std::vector<MenuEntry>& entries, const Source& source);
 
-QAction* addItem(QMenu& menu, const MenuEntry& entry, const Occasion& occasion) {
+QAction* addItem(QMenu& menu, const MenuEntry& entry, const Source& source) {
   if (entry.type == MenuEntry::Type::submenu) {
     auto* submenu = menu.addMenu(qtLabelOf(entry));
-    fill(*submenu, entry.children, occasion);
+    fill(*submenu, entry.children, source);
     return submenu->menuAction();
   }
   auto* item = menu.addAction(qtLabelOf(entry));
   if (entry.action.empty()) return item;
-  QObject::connect(item, &QAction::triggered, item,
-                   [occasion, action = entry.action] { atBorder([&] { sendPick(action, *occasion); }); });
+  QObject::connect(item, &QAction::triggered, item, [source, action = entry.action] {
+    atBorder([&] {
+      withClickOrigin(source.window, [occasion = source.occasion, action](const ClickOrigin& origin) {
+        atBorder([&] { sendPick(action, *occasion, origin); });
+      });
+    });
+  });
   return item;
 }
 
-void fill(QMenu& menu, const std::vector<MenuEntry>& entries, const Occasion& occasion) {
+void fill(QMenu& menu, const std::vector<MenuEntry>& entries, const Source& source) {
   for (const auto& entry : entries) {
     if (entry.type == MenuEntry::Type::separator) {
       menu.addSeparator();
       continue;
     }
-    auto* item = addItem(menu, entry, occasion);
+    auto* item = addItem(menu, entry, source);
     if (!entry.icon.empty()) item->setIcon(QIcon::fromTheme(QString::fromStdString(entry.icon)));
     item->setEnabled(entry.isEnabled);
   }
@@ -59,7 +69,7 @@ QList<QAction*> DolphinItems::itemsFor(MenuOccasion newOccasion, QWidget* window
   occasion = std::make_shared<const MenuOccasion>(std::move(newOccasion));
   menu = new QMenu(window);
   if (const auto entries = client.menu(occasion->kind, occasion->targets.front())) {
-    fill(*menu, *entries, occasion);
+    fill(*menu, *entries, {occasion, menu->parentWidget()});
   } else {
     place = menu->addAction(QString());
     place->setVisible(false);
@@ -71,7 +81,7 @@ void DolphinItems::showLateItems() {
   if (!place) return;
   const auto entries = client.menu(occasion->kind, occasion->targets.front());
   if (!entries) return;
-  fill(*menu, *entries, occasion);
+  fill(*menu, *entries, {occasion, menu->parentWidget()});
   const auto items = menu->actions().mid(1);
   for (auto* widget : place->associatedWidgets()) {
     if (widget != menu) widget->insertActions(place, items);

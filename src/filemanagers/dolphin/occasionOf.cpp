@@ -7,7 +7,6 @@
 #include <QWidget>
 #include <algorithm>
 
-#include "filemanagers/dolphin/ClickOrigin.h"
 #include "wire/FileUri.h"
 
 namespace sprig::filemanagers {
@@ -52,7 +51,7 @@ wire::Kind kindOf(const KFileItemList& items, QWidget* window) {
 
 MenuOccasion occasionOf(const KFileItemListProperties& selection, QWidget* window) {
   const auto items = selection.items();
-  return {kindOf(items, window), targetsIn(items), clickOriginIn(window)};
+  return {kindOf(items, window), targetsIn(items), {}};
 }
 
 }  // namespace sprig::filemanagers

@@ -17,8 +17,7 @@ QStringList textsOf(const std::vector<std::string>& texts) {
   return list;
 }
 
-QVariantMap platformData(const MenuOccasion& occasion) {
-  const auto origin = occasion.origin ? occasion.origin() : ClickOrigin{};
+QVariantMap platformData(const ClickOrigin& origin) {
   QVariantMap data;
   const auto add = [&](const char* key, const std::string& text) {
     if (!text.empty()) data.insert(QString::fromLatin1(key), QString::fromStdString(text));
@@ -36,12 +35,12 @@ void answered(QDBusPendingCallWatcher* watcher) {
 
 }  // namespace
 
-void sendPick(const std::string& action, const MenuOccasion& occasion) {
+void sendPick(const std::string& action, const MenuOccasion& occasion, const ClickOrigin& origin) {
   auto call = QDBusMessage::createMethodCall(
       QString::fromLatin1(wire::busName), QString::fromLatin1(wire::objectPath),
       QString::fromLatin1(wire::interfaceName), QStringLiteral("Activate"));
   call << QString::fromStdString(action) << static_cast<std::uint32_t>(occasion.kind)
-       << textsOf(occasion.targets) << platformData(occasion);
+       << textsOf(occasion.targets) << platformData(origin);
   auto watcher = std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::sessionBus().asyncCall(call));
   QObject::connect(watcher.release(), &QDBusPendingCallWatcher::finished, answered);
 }
