@@ -6,11 +6,13 @@ Everything here runs inside session.sh, so it has this process group, mounts and
 
 import os
 import pathlib
+import shutil
 import signal
 import time
 
 from gi.repository import Gio, GLib
 from sprigtest.desktop import Desktop
+from sprigtest.home import SOURCE
 from sprigtest.screenreader import (WITHIN_WINDOW, area, atspi, area_in_gtk4, children, has, middle, nodes, selection_in, wait_to_see,
                                     windows)
 from sprigtest.waiting import output_of, settled, wait_for
@@ -42,6 +44,8 @@ class SprigDesktop(Desktop):
         for name, text in SETTINGS.items():
             home.write(f".config/{name}", text)
         home.write(".config/gtk-3.0/bookmarks", f"file://{home.demo}/inner Marked\n")
+        for kind in ("scalable", "symbolic"):
+            shutil.copytree(SOURCE / "packaging/icons" / kind, home.path / f".local/share/icons/hicolor/{kind}/apps")
         self.install(PROGRAMS / "sprig-extension")
 
     def install(self, command):

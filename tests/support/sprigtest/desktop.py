@@ -43,13 +43,16 @@ class Desktop:
     def start(self):
         self.environment["DISPLAY"] = ":" + self.announcing(
             "Xvfb", "-displayfd", "{}", "-screen", "0", "1100x760x24", "-nolisten", "tcp", "-noreset")
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.announcing(
-            "dbus-daemon", "--session", "--nofork", "--print-address={}")
+        self.start_bus()
         # The test is a client of both, too.
         os.environ.update({name: value for name, value in self.environment.items() if name != "LD_PRELOAD"})
         self.launch("openbox", "--sm-disable")
         wait_for(lambda: "openbox" in output_of("wmctrl", "-m").lower(), "the window manager")
         self.launch("xcompmgr", "-n")
+
+    def start_bus(self):
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.announcing(
+            "dbus-daemon", "--session", "--nofork", "--print-address={}")
 
     def launch(self, *command, **options):
         process = subprocess.Popen(command, env=self.environment, stdout=self.log, stderr=self.log, **options)
