@@ -7,8 +7,8 @@
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
 
-#include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace sprig::text {
 
@@ -16,9 +16,20 @@ namespace {
 
 constexpr const char* rootLocale = "";
 
-bool isASCII(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+/// Where ASCII that goes on from `index` ends. Eight bytes at a time: texts can be large, and are mostly
+/// ASCII.
+std::size_t endOfASCII(std::string_view text, std::size_t index) {
+  constexpr std::uint64_t highBits = 0x8080808080808080;
+  std::uint64_t bytes = 0;
+  for (; text.size() - index >= sizeof bytes; index += sizeof bytes) {
+    std::memcpy(&bytes, text.data() + index, sizeof bytes);
+    if ((bytes & highBits) != 0) break;
+  }
+  while (index < text.size() && static_cast<unsigned char>(text[index]) < 0x80) ++index;
+  return index;
 }
+
+bool isASCII(std::string_view text) { return endOfASCII(text, 0) == text.size(); }
 
 bool isWhiteSpace(UChar32 character) { return character >= 0 && u_isUWhiteSpace(character) != 0; }
 
@@ -149,7 +160,7 @@ std::size_t utf16Length(std::string_view text) {
 }
 
 bool isValidUTF8(std::string_view text) {
-  for (std::size_t index = 0; index < text.size();) {
+  for (auto index = endOfASCII(text, 0); index < text.size(); index = endOfASCII(text, index)) {
     if (nextCharacter(text, index) < 0) return false;
   }
   return true;

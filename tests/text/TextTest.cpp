@@ -72,6 +72,15 @@ TEST(Validity, RefusesWhatIsNotUTF8AndMendsIt) {
             "a\uFFFDb");
 }
 
+TEST(Validity, LooksAtEveryByteOfALongText) {
+  const std::string text(40, 'a');
+  for (std::size_t place = 0; place < text.size(); ++place) {
+    auto whole = text;
+    EXPECT_TRUE(isValidUTF8(whole.insert(place, "\u20AC"))) << place;
+    EXPECT_FALSE(isValidUTF8(whole.erase(place + 1, 1))) << place;
+  }
+}
+
 TEST(TrailingNumber, StandsAfterAnyUnicodeSpaceAndEndsTheText) {
   struct Row {
     std::string text;
