@@ -48,11 +48,11 @@ const std::string* PlaceholderValues::find(std::string_view key) const {
 
 std::string substitutePlaceholders(std::string_view text, const PlaceholderValues& values) {
   std::string result;
-  result.reserve(text.size());
+  // Values are seldom much longer than their placeholders. Growing later would copy a large text once more.
+  result.reserve(text.size() + text.size() / 8);
   std::size_t copied = 0;
-  for (auto brace = text.find('{'); brace < text.size(); brace = text.find('{', brace)) {
-    const auto token =
-        text.substr(brace).starts_with(opening) ? tokenAtBeginning(text.substr(brace)) : std::nullopt;
+  for (auto brace = text.find(opening); brace < text.size(); brace = text.find(opening, brace)) {
+    const auto token = tokenAtBeginning(text.substr(brace));
     const auto* value = token ? values.find(token->key) : nullptr;
     if (value == nullptr) {
       ++brace;  // the next brace can still open a token, as in "{{{name}}}"
