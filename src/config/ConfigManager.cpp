@@ -54,7 +54,9 @@ FileURL ConfigManager::configURL() {
 }
 
 void ConfigManager::loadConfig() {
+  ConfigSnapshot replaced;  // goes after the guard: readers need not wait for the end of a large one
   const std::lock_guard guard(lock);
+  replaced = cachedConfig;
   loadConfigLocked(configURL());
 }
 
