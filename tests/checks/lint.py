@@ -19,7 +19,7 @@ import subprocess
 import sys
 
 FINDING = re.compile(r"^\S.*: (error|warning): ")
-FOLDERS = ("src", "tests")
+FOLDERS = ("src", "tests", "bench")
 SOURCES_TOGETHER = 6
 # Included sources count as headers, in which the analyzer would not follow the paths of functions.
 TOGETHER_FLAGS = ("-Xclang", "-analyzer-opt-analyze-headers")

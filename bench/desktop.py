@@ -1,0 +1,215 @@
+"""Measures what needs a screen: the prompt, a pick in Thunar, and the extension's memory. Prints the samples as JSON,
+nanoseconds and bytes.
+
+Runs where the tests of the file managers do, in session.sh.
+"""
+
+import json
+import os
+import pathlib
+import re
+import select
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+from driving import DEADLINE, KILL, Desktop, FileManager, output_of, template, wait_for
+
+BENCH = pathlib.Path(os.environ["SPRIG_BENCH"])
+PROMPTS = 15
+PICKS = 11
+CONTENT = "made of a template\n" * 54  # 1 kB
+NAME = "com.kestrel.Sprig.Extension"
+PATH = "/com/kestrel/Sprig/Extension"
+BARE = "com.kestrel.Sprig.Bare"
+
+
+class Bus:
+    """The session bus, as a file manager uses it."""
+
+    def __init__(self, folder):
+        from gi.repository import Gio, GLib
+        self.connection = Gio.bus_get_sync(Gio.BusType.SESSION)
+        self.variant = GLib.Variant
+        self.targets = [GLib.filename_to_uri(str(folder))]
+
+    def call(self, service, path, method, signature, *arguments):
+        interface, _, name = method.rpartition(".")
+        return self.connection.call_sync(service, path, interface, name, self.variant(signature, arguments), None, 0,
+                                         DEADLINE * 1000).unpack()
+
+    def menu(self):
+        return self.call(NAME, PATH, f"{NAME}1.GetMenu", "(uasa{sv})", 1, self.targets, {})[1]
+
+    def activate(self, action):
+        self.call(NAME, PATH, f"{NAME}1.Activate", "(suasa{sv})", action, 1, self.targets, {})
+
+    def process(self, service):
+        return self.call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.GetConnectionUnixProcessID", "(s)",
+                         service)[0]
+
+
+def memory(process):
+    """The bytes of a process that are in memory, and those that it has to itself."""
+    rollup = pathlib.Path(f"/proc/{process}/smaps_rollup").read_text()
+    sizes = {name: 1024 * int(size) for name, size in re.findall(r"^(\w+): +(\d+) kB$", rollup, re.MULTILINE)}
+    return {"resident": sizes["Rss"], "private": sizes["Private_Clean"] + sizes["Private_Dirty"]}
+
+
+class ActiveWindow:
+    """Which window has the keyboard, told by the window manager as it changes. One window is there all the time, as it
+    tells of changes between windows only."""
+
+    def __init__(self, desktop):
+        desktop.launch(BENCH / "sprig-bench-bare-window", "Always there", "400", "300")
+        wait_for(lambda: output_of("xdotool", "getactivewindow", "getwindowname") == "Always there", "a first window")
+        self.first = int(output_of("xdotool", "getactivewindow"))
+        self.process = desktop.spy("xprop", "-root", "-spy", "_NET_ACTIVE_WINDOW")
+
+    def wait_for(self, is_wanted):
+        """The next window that is wanted, and when it got the keyboard."""
+        while True:
+            assert select.select([self.process.stdout], [], [], DEADLINE)[0], "waited too long for a window"
+            line = os.read(self.process.stdout.fileno(), 4096)
+            now = time.perf_counter_ns()
+            window = int(re.findall(rb"0x[0-9a-f]+", line)[-1], 16)
+            if is_wanted(window):
+                return window, now
+
+    def until_open(self, begin):
+        window, now = self.wait_for(lambda window: window not in (0, self.first))
+        return window, now - begin
+
+    def close(self, window):
+        output_of("wmctrl", "-i", "-c", hex(window))
+        self.wait_for(lambda active: active == self.first)
+
+
+class Measuring(Desktop):
+    """A desktop on which a clock runs."""
+
+    def __init__(self, home):
+        super().__init__(home)
+        self.samples = {}
+        self.folder = self.home / "demo"
+        self.folder.mkdir()
+
+    def note(self, name, value):
+        self.samples.setdefault(name, []).append(value)
+
+    def note_memory(self, name, service):
+        for kind, size in memory(self.bus.process(service)).items():
+            self.note(f"memory/{kind}/{name}", size)
+
+    def begin(self):
+        self.start()
+        self.bus = Bus(self.folder)
+
+    def spy(self, *command):
+        process = subprocess.Popen(command, env=self.environment, stdout=subprocess.PIPE)
+        self.processes.append(process)
+        return process
+
+    def end_extension(self):
+        self.signal_extension(KILL)
+        wait_for(lambda: not self.extension_pids(), "the extension to go")
+
+    def measure_memory(self):
+        self.launch(BENCH / "sprig-bench-bare-service")
+        wait_for(lambda: self.bus.process(BARE), "the bare service")
+        self.note_memory("bare", BARE)
+        for count in (11, 1000):
+            self.configure(*(template(f"Template {number}", content=CONTENT[:500]) for number in range(count)))
+            assert len(self.bus.menu()) > count
+            self.note_memory(str(count), NAME)
+            self.end_extension()
+
+    def measure_prompt(self):
+        self.configure(template("Plain Text"), defaultBehavior="prompt")
+        self.bus.menu()
+        windows = ActiveWindow(self)
+        size = self.prompt(windows, "before")
+        for _ in range(PROMPTS):
+            self.note("prompt/floor", self.bare_window(windows, size))
+            self.prompt(windows, "after", "prompt/ours")
+        self.end_extension()
+
+    def prompt(self, windows, memory_name, name=None):
+        """Opens and closes it; its width and height."""
+        begin = time.perf_counter_ns()
+        self.bus.activate("template:plain-text")
+        window, taken = windows.until_open(begin)
+        geometry = output_of("xdotool", "getwindowgeometry", "--shell", str(window))
+        if name:
+            self.note(name, taken)
+        windows.close(window)
+        self.bus.menu()  # answered after the pick
+        self.note_memory(memory_name, NAME)
+        return re.findall(r"(?:WIDTH|HEIGHT)=(\d+)", geometry)
+
+    def bare_window(self, windows, size):
+        begin = time.perf_counter_ns()
+        process = self.launch(BENCH / "sprig-bench-bare-window", "New Plain Text", *size)
+        window, taken = windows.until_open(begin)
+        windows.close(window)
+        process.wait(DEADLINE)
+        return taken
+
+    def measure_picks(self):
+        self.write("Templates/Theirs", CONTENT)
+        self.write(".config/user-dirs.dirs", 'XDG_TEMPLATES_DIR="$HOME/Templates"\n')
+        self.configure(template("Ours", content=CONTENT, filenamePattern="Ours", extension=""),
+                       defaultBehavior="create")
+        (self.folder / "letter.txt").write_text("x")
+        manager = FileManager(self, "thunar", self.folder)
+        manager.row("letter.txt")
+        for _ in range(PICKS):
+            self.note("thunar/ours", self.pick_ours(manager))
+            self.note("thunar/floor", self.pick_theirs(manager))
+        manager.stop()
+
+    def pick_ours(self, manager):
+        manager.open_menu(manager.background())
+        manager.pick("Sprig")
+        place = manager.extents(manager.entry("Ours"))
+        output_of("xdotool", "mousemove", str(place.x + 20), str(place.y + place.height // 2))
+        wait_for(lambda: manager.is_selected("Ours"), "the entry under the pointer")
+        return self.until_there(self.folder / "Ours", "click", "1")
+
+    def pick_theirs(self, manager):
+        self.click(manager.background(), button=3)
+        manager.pick("Create Document", "Theirs")
+        wait_for(lambda: output_of("xdotool", "getactivewindow") != manager.window, "the question for a name")
+        return self.until_there(self.folder / "Theirs", "key", "Return")
+
+    @staticmethod
+    def until_there(file, *action):
+        begin = time.perf_counter_ns()
+        with subprocess.Popen(["xdotool", *action]):
+            while not file.exists() or file.stat().st_size < len(CONTENT):
+                assert time.perf_counter_ns() < begin + DEADLINE * 1e9, f"{file} doesn't come"
+            taken = time.perf_counter_ns() - begin
+        file.unlink()
+        return taken
+
+
+def main():
+    home = tempfile.mkdtemp(prefix="sprig-bench-")
+    desktop = Measuring(home)
+    try:
+        desktop.begin()
+        desktop.measure_memory()
+        desktop.measure_prompt()
+        desktop.measure_picks()
+    except BaseException:
+        shutil.copy(desktop.home / "desktop.log", "/dev/stderr")
+        raise
+    finally:
+        desktop.stop()
+        shutil.rmtree(home)
+    json.dump(desktop.samples, sys.stdout)
+
+
+main()

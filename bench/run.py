@@ -1,0 +1,126 @@
+"""Runs all benchmarks, and prints what came out as one table: each operation of Sprig beside the least that it could
+cost, measured in the same run and alternating with it. Medians of all repetitions.
+
+Usage: run.py BUILD RESULTS, where BUILD is a build folder with the benchmarks in it and RESULTS the file to write.
+"""
+
+import json
+import os
+import pathlib
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+from rows import ROWS
+
+HERE = pathlib.Path(__file__).resolve().parent
+# The programs, each with the repetitions of its benchmarks and which of them are run together.
+PROGRAMS = [("config", 15, "."), ("files", 15, "."), ("menu", 15, "."), ("render", 9, "."),
+            ("bus", 1, "warm"), ("bus", 1, "cold")]
+STARTS = 100
+THUNAR_MODULES = ("pkg-config", "--variable=extensionsdir", "thunarx-3")
+
+
+def environment(home):
+    """One in which the user is Ann, who has nothing yet."""
+    wrapper = next(pathlib.Path("/usr/lib").glob("*/libnss_wrapper.so"), None)
+    assert wrapper, "libnss_wrapper.so is missing: install the Debian package libnss-wrapper"
+    (home / "passwd").write_text(f"ann:x:{os.getuid()}:{os.getgid()}:Ann Example:{home}:/bin/sh\n")
+    (home / "group").write_text(f"ann:x:{os.getgid()}:\n")
+    return {"HOME": str(home), "USER": "ann", "PATH": "/usr/bin:/bin", "LC_ALL": "C.UTF-8", "TZ": "UTC",
+            "TMPDIR": str(home), "LD_PRELOAD": str(wrapper), "NSS_WRAPPER_PASSWD": f"{home}/passwd",
+            "NSS_WRAPPER_GROUP": f"{home}/group"}
+
+
+def plain_name(name):
+    """A benchmark's name without how it was run."""
+    return "/".join(part for part in name.split("/") if ":" not in part and not part.endswith("_time"))
+
+
+def nanoseconds(result):
+    """Those of the processor, which other programs don't lengthen, unless there is something to wait for."""
+    return result["real_time" if result["name"].endswith("_time") else "cpu_time"]
+
+
+def run_program(build, name, repetitions, pattern, env):
+    """The nanoseconds of each repetition, by benchmark."""
+    print(f"{name} ({pattern})" if pattern != "." else name, file=sys.stderr, flush=True)
+    output = subprocess.run(
+        [build / f"bench/sprig-bench-{name}", f"--benchmark_filter={pattern}", "--benchmark_format=json",
+         "--benchmark_enable_random_interleaving=true", f"--benchmark_repetitions={repetitions}",
+         "--benchmark_min_time=0.02"],
+        env=env, check=True, stdout=subprocess.PIPE).stdout
+    samples = {}
+    for result in json.loads(output)["benchmarks"]:
+        assert not result.get("error_occurred"), f"{result['name']}: {result['error_message']}"
+        if result["run_type"] == "iteration":
+            samples.setdefault(plain_name(result["name"]), []).append(nanoseconds(result))
+    return samples
+
+
+def time_of(command, env, silence):
+    begin = time.perf_counter_ns()
+    process = os.posix_spawn(command[0], command, env, file_actions=[(os.POSIX_SPAWN_DUP2, silence, 1)])
+    _, status = os.waitpid(process, 0)
+    assert status == 0, f"{command} failed"
+    return time.perf_counter_ns() - begin
+
+
+def run_starts(build, env):
+    print("start", file=sys.stderr, flush=True)
+    commands = {"start/ours": (str(build / "bin/sprig"), "list"), "start/true": ("/bin/true",),
+                "start/git": ("/usr/bin/git", "--version")}
+    samples = {name: [] for name in commands}
+    with open(os.devnull, "wb") as silence:
+        for _ in range(STARTS):
+            for name, command in commands.items():
+                samples[name].append(time_of(command, env, silence.fileno()))
+    return samples
+
+
+def run_desktop(build):
+    """What needs a screen, in a session of its own with the module for Thunar in place."""
+    print("desktop", file=sys.stderr, flush=True)
+    folder = subprocess.run(THUNAR_MODULES, check=True, capture_output=True, text=True).stdout.strip()
+    managers = HERE.parent / "tests/filemanagers"
+    output = subprocess.run(
+        [managers / "session.sh", build / "modules/thunar", folder, "/usr/bin/python3", "-B", HERE / "desktop.py"],
+        env={**os.environ, "PYTHONPATH": str(managers), "SPRIG_PROGRAMS": str(build / "bin"),
+             "SPRIG_BENCH": str(build / "bench")},
+        check=True, stdout=subprocess.PIPE).stdout
+    return json.loads(output)
+
+
+def measure(build):
+    samples = {}
+    with tempfile.TemporaryDirectory(prefix="home-", dir=build) as home:
+        env = environment(pathlib.Path(home))
+        for name, repetitions, pattern in PROGRAMS:
+            samples.update(run_program(build, name, repetitions, pattern, env))
+        samples.update(run_starts(build, env))
+    samples.update(run_desktop(build))
+    return samples
+
+
+def print_table(lines):
+    head = ("operation", "Sprig", "against", "that", "ratio", "limit", "")
+    widths = [max(len(line[column]) for line in [head, *lines]) for column in range(len(head))]
+    for line in [head, tuple("-" * width for width in widths), *lines]:
+        print("| " + " | ".join(cell.ljust(width) for cell, width in zip(line, widths)) + " |")
+
+
+def main():
+    build, results = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
+    samples = measure(build)
+    print_table([row.cells(samples) for row in ROWS])
+    results.parent.mkdir(parents=True, exist_ok=True)
+    medians = {name: statistics.median(values) for name, values in samples.items()}
+    rows = [dict(zip(("operation", "ours", "against", "floor", "ratio", "limit", "verdict"), row.cells(samples)))
+            for row in ROWS]
+    results.write_text(json.dumps({"rows": rows, "medians": medians, "samples": samples}, indent=1))
+    print(f"\nAll samples are in {results}.")
+
+
+main()
