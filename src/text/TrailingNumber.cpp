@@ -1,10 +1,6 @@
 #include "text/TrailingNumber.h"
 
-#include <unicode/regex.h>
-#include <unicode/unistr.h>
-
 #include <charconv>
-#include <memory>
 
 #include "text/Text.h"
 
@@ -12,42 +8,35 @@ namespace sprig::text {
 
 namespace {
 
-const icu::RegexPattern* trailingNumberPattern() {
-  static const std::unique_ptr<icu::RegexPattern> pattern = [] {
-    UErrorCode status = U_ZERO_ERROR;
-    return std::unique_ptr<icu::RegexPattern>(
-        icu::RegexPattern::compile(icu::UnicodeString(R"(^(.*?)\s+(\d+)$)"), 0, status));
-  }();
-  return pattern.get();
-}
-
-std::string group(const icu::RegexMatcher& match, int number) {
-  UErrorCode status = U_ZERO_ERROR;
-  std::string result;
-  match.group(number, status).toUTF8String(result);
-  return result;
-}
-
-std::optional<std::int64_t> parseASCIIDigits(const std::string& digits) {
+std::optional<std::int64_t> parseDigits(std::string_view digits) {
   std::int64_t number = 0;
-  const char* end = digits.data() + digits.size();
-  const auto parsed = std::from_chars(digits.data(), end, number);
-  if (parsed.ec != std::errc() || parsed.ptr != end) return std::nullopt;
+  const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (parsed.ec != std::errc()) return std::nullopt;
   return number;
+}
+
+std::string_view withoutWhitespaceAtEnd(std::string_view text) {
+  const auto trimmed = trimWhitespaceAndNewlines(text);
+  const auto length = trimmed.empty() ? 0 : trimmed.data() + trimmed.size() - text.data();
+  return text.substr(0, static_cast<std::size_t>(length));
+}
+
+bool hasLineBreak(std::string_view text) {
+  for (const std::string_view lineBreak : {"\n", "\v", "\f", "\r", "\u0085", "\u2028", "\u2029"}) {
+    if (text.find(lineBreak) != std::string_view::npos) return true;
+  }
+  return false;
 }
 
 }  // namespace
 
 std::optional<TrailingNumber> splitTrailingNumber(std::string_view text) {
-  if (!isValidUTF8(text) || trailingNumberPattern() == nullptr) return std::nullopt;
-  const auto input =
-      icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
-  UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<icu::RegexMatcher> match(trailingNumberPattern()->matcher(input, status));
-  if (U_FAILURE(status) || !match->matches(status) || U_FAILURE(status)) return std::nullopt;
-  const auto number = parseASCIIDigits(group(*match, 2));
-  if (!number) return std::nullopt;
-  return TrailingNumber{group(*match, 1), *number};
+  if (!isValidUTF8(text)) return std::nullopt;
+  const auto digitsBegin = text.find_last_not_of("0123456789") + 1;  // npos + 1 is 0
+  const auto number = parseDigits(text.substr(digitsBegin));
+  const auto stem = withoutWhitespaceAtEnd(text.substr(0, digitsBegin));
+  if (!number || stem.size() == digitsBegin || hasLineBreak(stem)) return std::nullopt;
+  return TrailingNumber{std::string(stem), *number};
 }
 
 }  // namespace sprig::text

@@ -17,7 +17,7 @@ struct TrailingNumber {
 /// no line break may stand before it. Nothing when the whole text is not of that form, when the digits are
 /// not ASCII, or when the number does not fit 64 bits.
 ///
-/// Threads: any. Cost: the expression is compiled on first use (some milliseconds).
+/// Threads: any.
 std::optional<TrailingNumber> splitTrailingNumber(std::string_view text);
 
 }  // namespace sprig::text
