@@ -173,21 +173,27 @@ class Measuring(Desktop):
     def pick_ours(self, manager):
         manager.open_menu(manager.background())
         manager.pick("Sprig")
-        place = manager.extents(manager.entry("Ours"))
-        output_of("xdotool", "mousemove", str(place.x + 20), str(place.y + place.height // 2))
+        self.point_at(manager, manager.entry("Ours"))
         wait_for(lambda: manager.is_selected("Ours"), "the entry under the pointer")
-        return self.until_there(self.folder / "Ours", "click", "1")
+        return self.until_there(self.folder / "Ours")
 
     def pick_theirs(self, manager):
         self.click(manager.background(), button=3)
         manager.pick("Create Document", "Theirs")
-        wait_for(lambda: output_of("xdotool", "getactivewindow") != manager.window, "the question for a name")
-        return self.until_there(self.folder / "Theirs", "key", "Return")
+        # It asks for a name first.
+        self.point_at(manager, wait_for(lambda: manager.showing({"push button"}, "Create"), "the question")[0])
+        return self.until_there(self.folder / "Theirs")
 
     @staticmethod
-    def until_there(file, *action):
+    def point_at(manager, accessible):
+        place = manager.extents(accessible)
+        output_of("xdotool", "mousemove", str(place.x + place.width // 2), str(place.y + place.height // 2))
+
+    @staticmethod
+    def until_there(file):
+        """Clicks, and waits for the whole file."""
         begin = time.perf_counter_ns()
-        with subprocess.Popen(["xdotool", *action]):
+        with subprocess.Popen(["xdotool", "click", "1"]):
             while not file.exists() or file.stat().st_size < len(CONTENT):
                 assert time.perf_counter_ns() < begin + DEADLINE * 1e9, f"{file} doesn't come"
             taken = time.perf_counter_ns() - begin
@@ -204,7 +210,7 @@ def main():
         desktop.measure_prompt()
         desktop.measure_picks()
     except BaseException:
-        shutil.copy(desktop.home / "desktop.log", "/dev/stderr")
+        sys.stderr.write((desktop.home / "desktop.log").read_text(errors="replace"))
         raise
     finally:
         desktop.stop()
