@@ -174,7 +174,8 @@ AppConfigItem decodeConfig(std::string_view document) {
   json::monotonic_resource memory(std::max<std::size_t>(document.size(), 4096));
   json::parse_options options;
   options.max_depth = maximumNesting;
-  json::parser parser(&memory, options);
+  json::parser parser({}, options);
+  parser.reset(&memory);
   boost::system::error_code error;
   const auto consumed = parser.write_some(document.data(), document.size(), error);
   if (!error && consumed < document.size()) {
