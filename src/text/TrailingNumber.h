@@ -11,6 +11,7 @@ namespace sprig::text {
 struct TrailingNumber {
   std::string stem;
   std::int64_t number = 0;
+  friend bool operator==(const TrailingNumber&, const TrailingNumber&) = default;
 };
 
 /// Splits `^(.*?)\s+(\d+)$`: any Unicode white space stands before the digits and belongs to neither part;

@@ -1,4 +1,9 @@
+#include <unicode/regex.h>
+#include <unicode/unistr.h>
+
+#include <charconv>
 #include <chrono>
+#include <optional>
 #include <string>
 
 #include "engine/TemplateEngine.h"
@@ -10,16 +15,37 @@
 
 namespace sprig::fuzz {
 
+namespace {
+
+/// What the expression that describes a numbered name finds.
+std::optional<text::TrailingNumber> byExpression(std::string_view name) {
+  UErrorCode status = U_ZERO_ERROR;
+  const auto input =
+      icu::UnicodeString::fromUTF8(icu::StringPiece(name.data(), static_cast<std::int32_t>(name.size())));
+  icu::RegexMatcher match(icu::UnicodeString(R"(^(.*?)\s+(\d+)$)"), input, 0, status);
+  if (!match.matches(status) || U_FAILURE(status)) return std::nullopt;
+  std::string stem;
+  std::string digits;
+  match.group(1, status).toUTF8String(stem);
+  match.group(2, status).toUTF8String(digits);
+  std::int64_t number = 0;
+  const auto* end = digits.data() + digits.size();
+  const auto parsed = std::from_chars(digits.data(), end, number);
+  if (parsed.ec != std::errc() || parsed.ptr != end) return std::nullopt;
+  return text::TrailingNumber{stem, number};
+}
+
+}  // namespace
+
 void tryNames(std::string_view input) {
   static test::TestPlatform platform;
   const auto [base, extension] = TemplateEngine::parseFilenameComponents(input);
   check(base + extension == text::trimWhitespaceAndNewlines(input), "the parts are the whole");
   check(extension.empty() || extension.rfind('.') == 0, "an extension has one dot");
 
-  if (const auto trailing = text::splitTrailingNumber(input)) {
-    check(input.starts_with(trailing->stem) && trailing->number >= 0,
-          "a numbered name has its stem and number");
-    check(input.ends_with(std::to_string(trailing->number)), "the number stands at the end");
+  if (text::isValidUTF8(input)) {
+    check(text::splitTrailingNumber(input) == byExpression(input),
+          "a number is split off as the expression says");
   }
 
   // A folder in which all names are taken but those that end in 7.
