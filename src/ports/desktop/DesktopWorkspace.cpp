@@ -15,6 +15,9 @@ using wire::ObjectPointer;
 namespace {
 
 constexpr const char* sessionFileManager = "org.freedesktop.FileManager1";
+/// After that a file manager has noticed a file that is new in a folder that it shows. Caja, asked sooner,
+/// opens a window without selecting the file.
+constexpr guint millisecondsToNotice = 200;
 
 ObjectPointer<GAppLaunchContext> launchContext(const std::string& activationToken) {
   ObjectPointer<GAppLaunchContext> context(g_app_launch_context_new());
@@ -51,12 +54,21 @@ class Reveal {
 
   static void start(Pointer reveal) {
     if (reveal->fileUris.empty()) return;
-    if (reveal->sender.empty()) return askSession(std::move(reveal));
-    const auto sender = reveal->sender;
-    showItems(std::move(reveal), sender.c_str(), senderAnswered);
+    g_timeout_add(millisecondsToNotice, begin, reveal.release());
   }
 
  private:
+  static gboolean begin(void* self) noexcept {
+    Pointer reveal(static_cast<Reveal*>(self));
+    const auto sender = reveal->sender;
+    if (sender.empty()) {
+      askSession(std::move(reveal));
+    } else {
+      showItems(std::move(reveal), sender.c_str(), senderAnswered);
+    }
+    return G_SOURCE_REMOVE;
+  }
+
   static void showItems(Pointer reveal, const char* fileManager, GAsyncReadyCallback answered) {
     GVariantBuilder uris;
     g_variant_builder_init(&uris, G_VARIANT_TYPE_STRING_ARRAY);
