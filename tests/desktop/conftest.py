@@ -3,12 +3,11 @@
 import functools
 import os
 import subprocess
-import tempfile
 
 import gi
 import pytest
 from gi.repository import Gio, GLib
-from sprigtest.home import Home
+from sprigtest.home import throw_away_home
 from sprigtest.waiting import DEADLINE, wait_for
 
 gi.require_version("Gio", "2.0")
@@ -152,8 +151,8 @@ class Desktop:
 
 @pytest.fixture
 def home():
-    with tempfile.TemporaryDirectory(prefix="sprig-extension-") as root:
-        yield Home(root)
+    with throw_away_home() as result:
+        yield result
 
 
 @pytest.fixture

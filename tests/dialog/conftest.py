@@ -6,11 +6,10 @@ import pathlib
 import re
 import select
 import subprocess
-import tempfile
 
 import pytest
 from sprigtest.desktop import Desktop, keep_failures
-from sprigtest.home import SOURCE, Home
+from sprigtest.home import SOURCE, throw_away_home
 from sprigtest.screenreader import area_in_gtk4, middle, nodes, wait_to_see, windows
 from sprigtest.waiting import DEADLINE, output_of, wait_for
 
@@ -118,8 +117,8 @@ class Dialog:
 
 @pytest.fixture(scope="session")
 def desktop():
-    with tempfile.TemporaryDirectory(prefix="sprig-dialog-") as root:
-        result = Desktop(Home(root))
+    with throw_away_home() as home:
+        result = Desktop(home)
         result.start()
         yield result
         result.stop()

@@ -3,11 +3,10 @@
 import os
 import shutil
 import subprocess
-import tempfile
 
 import pexpect
 import pytest
-from sprigtest.home import NOBODY, Home
+from sprigtest.home import NOBODY, Home, throw_away_home
 from sprigtest.waiting import DEADLINE
 
 
@@ -65,6 +64,5 @@ class Session:
 
 @pytest.fixture
 def home():
-    with tempfile.TemporaryDirectory(prefix="sprig-e2e-") as root:
-        os.chmod(root, 0o755)
-        yield TerminalHome(root)
+    with throw_away_home(TerminalHome) as result:
+        yield result

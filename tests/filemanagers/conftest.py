@@ -5,13 +5,11 @@ the screen and what was said."""
 import os
 import re
 import shutil
-import tempfile
 
 import pytest
 from driving import MANAGERS, SprigDesktop
 from sprigtest.desktop import keep_failures
-from sprigtest.home import Home, template
-
+from sprigtest.home import template, throw_away_home
 
 # What Sprig has file managers and toolkits complain of; they have complaints of their own.
 FAULT = re.compile(r"\b(GLib\w*|GLib-\w+|Gtk|Gdk|Sprig)-(CRITICAL|ERROR)|duplicate child name|terminate called")
@@ -19,8 +17,8 @@ FAULT = re.compile(r"\b(GLib\w*|GLib-\w+|Gtk|Gdk|Sprig)-(CRITICAL|ERROR)|duplica
 
 @pytest.fixture(scope="session")
 def session():
-    with tempfile.TemporaryDirectory(prefix="sprig-manager-") as root:
-        result = SprigDesktop(Home(root))
+    with throw_away_home() as home:
+        result = SprigDesktop(home)
         try:
             result.start()
             yield result

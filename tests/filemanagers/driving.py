@@ -6,6 +6,7 @@ Everything here runs inside session.sh, so it has this process group, mounts and
 
 import os
 import pathlib
+import re
 import shutil
 import signal
 import time
@@ -80,12 +81,12 @@ class SprigDesktop(Desktop):
         wait_for(lambda: not self.extension_pids(), "the extension to go")
 
     def configure(self, *templates, **settings):
-        """Changes the configuration; a running extension has taken notice."""
-        count = f"Loaded config with {len(templates)} total"
-        known = self.home.log.read_text().count(count) if self.home.log.exists() else 0
+        """Changes the configuration; a running extension has taken notice, and been asked for the new menus."""
+        before = len(self.home.log.read_text()) if self.home.log.exists() else 0
         self.home.configure(*templates, **settings)
         if self.extension_pids():
-            wait_for(lambda: self.home.log.read_text().count(count) > known, "the new configuration")
+            news = re.compile(rf"Loaded config with {len(templates)} total.*menu\(for: 1\)", re.DOTALL)
+            wait_for(lambda: news.search(self.home.log.read_text(), before), "the new configuration")
 
     def dialog(self, title):
         """Waits until the dialog of that title has the keyboard; what it is for a screen reader."""
@@ -123,6 +124,8 @@ class FileManager:
     # What an entry of a menu is that the next key is for.
     highlighted = "SELECTED"
     key_into_submenu = "Right"
+    # Seconds after which no menu is on its way any more.
+    PATIENCE = 4
 
     def __init__(self, desktop, folder):
         self.desktop = desktop
@@ -172,7 +175,7 @@ class FileManager:
     def background(self):
         """Where a click is one on the background: below the rows."""
         across, down = self.on("letter.txt")
-        return across + 60, down + 180
+        return across + 60, down + 90
 
     def shows(self, file):
         """Waits until the file is selected in a window."""
@@ -199,9 +202,17 @@ class FileManager:
                     if has(entry, "SHOWING", "VISIBLE") and entry.get_name()]
         return wait_to_see(look, f"the submenu “{name}”")
 
-    def open_menu(self, place):
-        self.desktop.click(place, button=3)
-        wait_to_see(lambda: "Sprig" in self.listed(), "“Sprig” in the menu")
+    def open_menu(self, place, button=3):
+        """Opens a menu that has Sprig. A file manager may put away a menu that has just changed: then once more."""
+        clicked = 0
+
+        def look():
+            nonlocal clicked
+            if time.monotonic() - clicked > self.PATIENCE and not self.has_menu():
+                self.desktop.click(place, button)
+                clicked = time.monotonic()
+            return "Sprig" in self.listed()
+        wait_to_see(look, "“Sprig” in the menu")
 
     def comes_to_offer_sprig(self, place):
         """Opens menus until one has it."""

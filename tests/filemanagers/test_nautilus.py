@@ -10,7 +10,7 @@ def test_a_template_is_picked_from_the_menu_of_the_path_bar(desktop, folder, man
                       showCategories=False)
 
     def offered():
-        desktop.click(middle(manager.settled_place(manager.menu_button, "the button")))
+        manager.open_menu(middle(manager.settled_place(manager.menu_button, "the button")), button=1)
         manager.pick("Sprig")
         if manager.submenu("Sprig") == ["Brand New", "More Templates", "Deep", "Sprig Settings…"]:
             return True

@@ -89,7 +89,8 @@ class Desktop:
         """Keeps what is on the screen and what was said, for whoever looks into a failure."""
         FAILURES.mkdir(parents=True, exist_ok=True)
         name = FAILURES / re.sub(r"\W+", "-", name)
-        self.screenshot().save(f"{name}.png")
+        if self.processes:
+            self.screenshot().save(f"{name}.png")
         for log in (self.output, self.home.log):
             if log.exists():
                 shutil.copy(log, f"{name}-{log.name}")

@@ -1,13 +1,15 @@
 """A throw-away home, and Sprig run in it."""
 
+import contextlib
 import glob
 import json
 import os
 import pathlib
 import shutil
 import subprocess
+import tempfile
 
-from sprigtest.waiting import DEADLINE
+from sprigtest.waiting import DEADLINE, wait_for
 
 SOURCE = pathlib.Path(__file__).parents[3]
 NOBODY = 65534
@@ -73,3 +75,19 @@ class Home:
         """Runs Sprig in pipes; standard input is closed after `stdin`."""
         return subprocess.run([self.program, *arguments], cwd=cwd or self.demo, env=self.env(environment),
                               input=stdin, text=True, capture_output=True, timeout=DEADLINE)
+
+
+def remove(folder):
+    shutil.rmtree(folder, ignore_errors=True)
+    return not os.path.exists(folder)
+
+
+@contextlib.contextmanager
+def throw_away_home(kind=Home):
+    root = tempfile.mkdtemp(prefix="sprig-home-")
+    os.chmod(root, 0o755)
+    try:
+        yield kind(root)
+    finally:
+        # What was started in it may still be about to end, and write.
+        wait_for(lambda: remove(root), "the home to go")
