@@ -13,7 +13,7 @@ from sprigtest.waiting import output_of, wait_for
 
 FAILURES = pathlib.Path(os.environ.get("SPRIG_FAILURES", tempfile.gettempdir())).resolve()
 TOOLS = {"Xvfb": "xvfb", "dbus-daemon": "dbus-daemon", "openbox": "openbox", "xcompmgr": "xcompmgr",
-         "xdotool": "xdotool", "wmctrl": "wmctrl", "xprop": "x11-utils", "xclip": "xclip"}
+         "xdotool": "xdotool", "wmctrl": "wmctrl", "xprop": "x11-utils", "xclip": "xclip", "pgrep": "procps"}
 SETTINGS = {
     "gtk-3.0/settings.ini": "[Settings]\ngtk-menu-images=1\ngtk-button-images=1\ngtk-enable-animations=0\n",
     "gtk-4.0/settings.ini": "[Settings]\ngtk-enable-animations=0\ngtk-cursor-blink=0\n",
