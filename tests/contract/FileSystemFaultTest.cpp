@@ -113,7 +113,8 @@ TEST_P(FileSystemFaults, AreReportedByAppendingAndReading) {
             6);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, FileSystemFaults, testing::Values(ENOSPC, EIO, EACCES, EPERM, EROFS, EINTR),
+INSTANTIATE_TEST_SUITE_P(Of, FileSystemFaults,
+                         testing::Values(ENOSPC, EDQUOT, EIO, EACCES, EPERM, EROFS, EINTR),
                          [](const auto& row) { return std::string(strerrorname_np(row.param)); });
 
 TEST(ShortWrites, AreContinuedInWholeFilesAndAnErrorInAppending) {

@@ -105,7 +105,7 @@ TEST_F(Creator, WritesDirectlyWhereAnAtomicWriteIsRefused) {
 
 TEST_F(Creator, LosesNothingWhicheverSystemCallFails) {
   const auto mine = platform.makeFile("Projects/a.md", "mine");
-  for (const int code : {ENOSPC, EACCES, EIO, EINTR}) {
+  for (const int code : {ENOSPC, EDQUOT, EACCES, EIO, EINTR}) {
     for (int failing = 1;; ++failing) {
       platform.calls->failCall(failing, code);
       const auto created = FileCreator::createFile(notes(), folder, "a");
