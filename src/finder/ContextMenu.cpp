@@ -98,6 +98,7 @@ std::unique_ptr<Menu> ContextMenu::menu(FIMenuKind menuKind) {
   menuState.lastTargetFolderURL = std::move(folder);
 
   auto templates = templateMenu(config);
+  menuState.templateCache.follow(config);
   if (menuKind == FIMenuKind::toolbarItemMenu) return templates;
   auto root = makeMenu("Sprig");
   root->items.push_back(withSubmenu("Sprig", std::move(templates), menuImage("doc.badge.plus", "Sprig")));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -12,10 +13,26 @@ namespace sprig {
 
 /// The templates that menus have offered, found by id and by name. Texts that are canonically equivalent are
 /// one key. Entries are added or replaced, never removed: what a menu has offered stays findable.
+///
+/// Threads:   main thread.
+/// Ownership: keeps one whole configuration alive, the last one followed.
 class TemplateCache {
  public:
   void enter(const std::string& key, TemplateReference item) {
     templates.insert_or_assign(text::canonicalForm(key), std::move(item));
+  }
+
+  /// To be called when all templates that a menu offers of `config` have been entered. Those of the
+  /// configuration before that it offers no longer are copied, so that they don't keep all of that one in
+  /// memory.
+  void follow(const ConfigSnapshot& config) {
+    if (config == followed) return;
+    for (auto& [key, item] : templates) {
+      if (!item.owner_before(followed) && !followed.owner_before(item)) {
+        item = std::make_shared<const TemplateItem>(*item);
+      }
+    }
+    followed = config;
   }
 
   /// Null when no menu has offered such a template.
@@ -26,6 +43,7 @@ class TemplateCache {
 
  private:
   std::unordered_map<std::string, TemplateReference> templates;
+  ConfigSnapshot followed;
 };
 
 /// What building a menu leaves for the pick that follows.

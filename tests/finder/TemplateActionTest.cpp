@@ -107,6 +107,19 @@ TEST_F(Action, StillKnowsWhatAMenuOffered) {
   EXPECT_EQ(created(entry("Delta")), "d") << "never offered, disabled, but configured";
 }
 
+TEST_F(Action, KnowsWhatAMenuOfferedWithoutKeepingAllThatWasConfiguredThen) {
+  for (auto& item : config.templates) item.enabled = true;
+  load();
+  const std::weak_ptr<const AppConfigItem> before = ConfigManager::shared().getConfig();
+  static_cast<void>(finder->menu(FIMenuKind::contextualMenuForContainer));
+  config.templates.pop_back();
+  load();
+  EXPECT_FALSE(before.expired());
+  static_cast<void>(finder->menu(FIMenuKind::contextualMenuForContainer));
+  EXPECT_TRUE(before.expired());
+  EXPECT_EQ(created(entry("Cafe\u0301")), "c");
+}
+
 TEST_F(Action, CreatesInTheFolderClickedSelectedLastUsedOrOnTheDesktop) {
   const auto file = platform.makeFile("sel/b.txt");
   const auto selected = file.deletingLastPathComponent();
