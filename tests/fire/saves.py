@@ -1,0 +1,82 @@
+"""Saves a configuration again and again, by every method that editors use, as a process of its own.
+
+Usage: saves.py FILE. Each line on standard input, "FIRST LAST", has the documents of these numbers saved, and is
+answered with an empty line.
+"""
+
+import itertools
+import json
+import os
+import pathlib
+import sys
+
+
+def templates(number):
+    """The names of a document's templates, which tell its number up to a hundred; how many they are does as well."""
+    return [f"Of {number % 100}, {index}" for index in range(number % 5 + 1)]
+
+
+def document(number):
+    items = [{"id": f"{index}", "name": name, "extension": ".txt", "filenamePattern": name, "content": "",
+              "icon": "doc", "category": "notes", "enabled": True, "favorite": False, "requiresInput": False,
+              "isBuiltin": False} for index, name in enumerate(templates(number))]
+    text = json.dumps({"version": 1, "settings": {"defaultBehavior": "never"}, "templates": items})
+    # All but the end stands within the first block, which nobody reads by halves.
+    return (text[:-1] + " " * (20_000 + number % 7 * 1_000) + "}").encode()
+
+
+def save(file, data, flags=os.O_TRUNC):
+    """In one write, and on the disk, as editors do."""
+    descriptor = os.open(file, os.O_WRONLY | os.O_CREAT | flags, 0o666)
+    os.write(descriptor, data)
+    os.ftruncate(descriptor, os.lseek(descriptor, 0, os.SEEK_CUR))
+    os.fsync(descriptor)
+    os.close(descriptor)
+
+
+def save_in_place(file, data):
+    save(file, data, flags=0)
+
+
+def save_beside_and_rename(file, data):
+    save(f"{file}.new", data)
+    os.rename(f"{file}.new", file)
+
+
+def move_away_and_create(file, data):
+    os.rename(file, f"{file}~")
+    save(file, data)
+
+
+def delete_and_create(file, data):
+    os.unlink(file)
+    save(file, data)
+
+
+def swap_link(file, data):
+    target = f"{file}.{len(data) % 2}"
+    save(target, data)
+    pathlib.Path(f"{file}.link").symlink_to(target)
+    os.rename(f"{file}.link", file)
+
+
+def save_by_halves(file, data):
+    save(file, data[:len(data) // 2])
+    save(file, data[len(data) // 2:], flags=os.O_APPEND)
+
+
+METHODS = [save_in_place, save, save_beside_and_rename, move_away_and_create, delete_and_create, swap_link,
+           save_by_halves]
+
+
+def main():
+    methods = itertools.cycle(METHODS)
+    for line in sys.stdin:
+        first, last = map(int, line.split())
+        for number in range(first, last + 1):
+            next(methods)(sys.argv[1], document(number))
+        print(flush=True)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,121 @@
+"""The running extension while its configuration changes all the time, and when much is asked of it."""
+
+import os
+import pathlib
+import re
+import select
+import statistics
+import subprocess
+import sys
+import time
+
+import pytest
+import saves
+from conftest import FIRE
+from gi.repository import GLib
+from sprigtest.bus import Desktop, held, uri, wait_until
+from sprigtest.home import template
+
+
+@pytest.fixture
+def desktop(home):
+    session = Desktop(home, os.environ["SPRIG_EXTENSION"])
+    yield session
+    session.ends()
+
+
+def number_of(rows):
+    """The number, up to a hundred, of the document that a menu shows the whole of; None for the built-in templates."""
+    found = [row[3] for row in rows if row[2].startswith("template:")]
+    if found[0] == "Markdown Note" and len(found) == 11:
+        return None
+    number = int(re.match("Of ([0-9]+)", found[0])[1])
+    assert found == saves.templates(number)
+    return number
+
+
+class Saves:
+    """The process that saves."""
+
+    def __init__(self, file):
+        self.last = 0
+        self.process = subprocess.Popen([sys.executable, "-B", saves.__file__, file], stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, text=True)
+
+    def go_on(self, count):
+        print(self.last + 1, self.last + count, file=self.process.stdin, flush=True)
+        self.last += count
+
+    def are_done(self):
+        return select.select([self.process.stdout], [], [], 0)[0] and self.process.stdout.readline() == "\n"
+
+    def end(self):
+        self.process.stdin.close()
+        self.process.stdout.close()
+        assert self.process.wait() == 0
+
+
+def test_every_menu_is_of_one_whole_document_and_the_last_one_wins(desktop):
+    desktop.home.write(desktop.home.config, saves.document(0).decode())
+    managers = [desktop.manager(), desktop.manager()]
+    managers[0].menu()
+    process = managers[0].extension_process()
+    seen, waits, before = [], [], None
+    writer = Saves(desktop.home.config)
+    for _ in range(10):
+        writer.go_on(20 * FIRE)
+        while not writer.are_done():
+            seen += [number_of(manager.menu()) for manager in managers]
+        begin = time.monotonic()
+        wait_until(lambda: number_of(managers[0].menu()) == writer.last % 100)
+        waits.append(time.monotonic() - begin)
+        before = before or held(process)
+    writer.end()
+    print(f"{writer.last} saves, {len(seen)} menus meanwhile, of {len(set(seen))} documents; the last one showed after"
+          f" {max(waits) * 1000:.0f} ms at most; {before} became {held(process)}")
+    assert len(set(seen)) > 5 and max(waits) < 1
+    desktop.stays_flat(process, before)
+
+
+def report(what, times, before, after):
+    tenth = len(times) // 10
+    begin, end = (statistics.median(part) * 1000 for part in (times[:tenth], times[-tenth:]))
+    print(f"{len(times)} {what}, {begin:.2f} ms at first, {end:.2f} ms at the end; {before} became {after}")
+
+
+def test_many_menu_requests_leave_no_trace(desktop):
+    manager = desktop.manager()
+    questions = [GLib.Variant("(uasa{sv})", (kind, [uri(desktop.home.demo)], {})) for kind in range(4)] * 5
+    answers = manager.answers("GetMenu", questions)
+    process, times = manager.extension_process(), []
+    for index in range(500 * FIRE):
+        begin = time.perf_counter()
+        again = manager.answers("GetMenu", questions)
+        times.append(time.perf_counter() - begin)
+        assert all(answer.equal(first) for answer, first in zip(again, answers))
+        if index == 50 * FIRE:
+            before = held(process)
+    report("times 20 menus", times, before, held(process))
+    desktop.stays_flat(process, before)
+
+
+def test_many_picks_leave_nothing_but_their_files(desktop):
+    desktop.home.configure(template("Note"), defaultBehavior="never")
+    manager = desktop.manager()
+    manager.menu()
+    process, times = manager.extension_process(), []
+    for index in range(100 * FIRE):
+        folder = desktop.home.demo / str(index // 100)
+        folder.mkdir(exist_ok=True)
+        begin = time.perf_counter()
+        manager.pick("template:note", folder)
+        wait_until(lambda: len(manager.shown) > index)
+        times.append(time.perf_counter() - begin)
+        if index == 10 * FIRE:
+            before = held(process)
+    report("picks", times, before, held(process))
+    desktop.stays_flat(process, before)
+    made = {file.relative_to(desktop.home.demo): file.read_text() for file in desktop.home.demo.glob("*/*")}
+    ends = ["", *(f" {number}" for number in range(2, 101))]
+    assert made == {pathlib.Path(str(folder), f"Note{end}.txt"): f"Note in {folder}\n"
+                    for folder in range(FIRE) for end in ends}
