@@ -1,8 +1,6 @@
 #include "engine/TemplateEngine.h"
 
 #include <chrono>
-#include <cinttypes>
-#include <cstdio>
 #include <limits>
 
 #include "engine/Placeholders.h"
@@ -85,9 +83,9 @@ std::string TemplateEngine::resolveCollision(const platform::FileURL& folderURL,
 }
 
 std::string TemplateEngine::formatTwoDigits(std::int64_t value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%02" PRId64, value);
-  return text;
+  auto digits = std::to_string(value);
+  if (digits.size() < 2) digits.insert(0, "0");
+  return digits;
 }
 
 }  // namespace sprig
