@@ -8,6 +8,7 @@
 #include <boost/json.hpp>
 #include <filesystem>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -21,7 +22,7 @@ namespace sprig::bench {
 
 namespace {
 
-constexpr std::size_t reloadedTemplates = 1000;
+constexpr std::int64_t reloadedTemplates = 1000;
 
 const std::string& documentFor(const benchmark::State& state) {
   static std::map<std::int64_t, std::string> documents;
@@ -35,6 +36,7 @@ void decode(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(decodeConfig(text));
 }
 BENCHMARK(decode)->Name("decode/ours")->Arg(11)->Arg(1000)->Arg(10000);
+BENCHMARK(decode)->Name("reload/floor")->Arg(reloadedTemplates)->UseRealTime();
 
 void parse(benchmark::State& state) {
   const auto& text = documentFor(state);
@@ -45,40 +47,44 @@ BENCHMARK(parse)->Name("decode/floor")->Arg(11)->Arg(1000)->Arg(10000);
 /// Saves a configuration, each time with another version, and waits for the menu that is made of it.
 class Reload {
  public:
-  Reload() { config.version = 1'000'000'000; }  // of the same length each time
-
-  /// One write into the file, which is one event; seconds from there.
+  /// One small write into the file, which is one event; seconds from there.
   double afterWrite() {
-    const auto next = nextDocument();
-    const ports::Descriptor file(::open(extension.configFile().path().c_str(), O_WRONLY | O_CLOEXEC));
-    const auto written = ::pwrite(file.get(), next.data(), next.size(), 0);
-    return written == static_cast<ssize_t>(next.size()) ? untilMenu() : throw std::runtime_error("pwrite");
+    const auto version = std::to_string(++config.version);
+    const Timer timer;
+    const auto written = ::pwrite(file.get(), version.data(), version.size(), versionPlace);
+    if (written != static_cast<ssize_t>(version.size()))
+      throw std::runtime_error("the file can't be written");
+    waitForMenu();
+    return timer.seconds();
   }
 
   /// A new file renamed over it, which is an event of the file and one of the folder.
   double afterRename() {
-    const auto file = extension.configFile();
-    const auto temporary = file.deletingLastPathComponent().appendingPath(".new.json");
-    test::writeFile(temporary, nextDocument());
-    std::filesystem::rename(temporary.path(), file.path());
-    return untilMenu();
-  }
-
- private:
-  std::string nextDocument() {
     ++config.version;
-    return encodeConfig(config);
-  }
-
-  double untilMenu() {
+    const auto temporary = extension.folder().appendingPath("new.json");
+    test::writeFile(temporary, encodeConfig(config));
     const Timer timer;
-    while (ConfigManager::shared().getConfig()->version != config.version) std::this_thread::yield();
-    benchmark::DoNotOptimize(extension.menu());
+    std::filesystem::rename(temporary.path(), extension.configFile().path());
+    waitForMenu();
     return timer.seconds();
   }
 
-  AppConfigItem config = configuration(reloadedTemplates);
+ private:
+  static AppConfigItem firstConfiguration() {
+    auto result = configuration(reloadedTemplates);
+    result.version = 1'000'000'000;  // those after it are as long
+    return result;
+  }
+
+  void waitForMenu() {
+    while (ConfigManager::shared().getConfig()->version != config.version) std::this_thread::yield();
+    benchmark::DoNotOptimize(extension.menu());
+  }
+
+  AppConfigItem config = firstConfiguration();
+  const off_t versionPlace = static_cast<off_t>(encodeConfig(config).find("1000000000"));
   Extension extension{config};
+  const ports::Descriptor file{::open(extension.configFile().path().c_str(), O_WRONLY | O_CLOEXEC)};
 };
 
 void reload(benchmark::State& state, double (Reload::*save)()) {

@@ -81,8 +81,8 @@ FILLED = {0: "no placeholders", 1: "few", 2: "many"}
 ROWS = [
     *(Ratio(f"decode {count:,} templates", f"decode/ours/{count}", JSON, f"decode/floor/{count}", 1.6)
       for count in (11, 1_000, 10_000)),
-    Ratio("reload 1,000 templates, to the menu", "reload/ours", "their decoding", "decode/ours/1000", 1.5),
-    Ratio("the same, saved by renaming", "reload/renamed", "their decoding", "decode/ours/1000"),
+    Ratio("reload 1,000 templates, to the menu", "reload/ours", "their decoding", "reload/floor/1000", 1.5),
+    Ratio("the same, saved by renaming", "reload/renamed", "their decoding", "reload/floor/1000"),
     *(Ratio(f"render {text}, {filled}", f"render/ours/{size}/{kind}", COPY, f"render/floor/{size}/{kind}",
             4 if (size, kind) == (10_000_000, 1) else None)
       for size, text in SIZES.items() for kind, filled in FILLED.items()),

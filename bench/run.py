@@ -1,13 +1,13 @@
 """Runs all benchmarks, and prints what came out as one table: each operation of Sprig beside the least that it could
 cost, measured in the same run and alternating with it. Medians of all repetitions.
 
-Usage: run.py BUILD RESULTS, where BUILD is a build folder with the benchmarks in it and RESULTS the file to write.
+Usage: run.py BUILD RESULTS [PART…], where BUILD is a build folder with the benchmarks in it and RESULTS the file to
+write. Without parts, all are measured; otherwise the rest of the table is as it was.
 """
 
 import json
 import os
 import pathlib
-import statistics
 import subprocess
 import sys
 import tempfile
@@ -19,7 +19,9 @@ HERE = pathlib.Path(__file__).resolve().parent
 # The programs, each with the repetitions of its benchmarks and which of them are run together.
 PROGRAMS = [("config", 15, "."), ("files", 15, "."), ("menu", 15, "."), ("render", 9, "."),
             ("bus", 1, "warm"), ("bus", 1, "cold")]
+PARTS = {name for name, *_ in PROGRAMS} | {"start", "desktop"}
 STARTS = 100
+HEAD = ("operation", "ours", "against", "floor", "ratio", "limit", "verdict")
 THUNAR_MODULES = ("pkg-config", "--variable=extensionsdir", "thunarx-3")
 
 
@@ -45,13 +47,14 @@ def nanoseconds(result):
 
 
 def run_program(build, name, repetitions, pattern, env):
-    """The nanoseconds of each repetition, by benchmark."""
+    """The nanoseconds of each repetition, by benchmark. What is said goes into a file; the extension says a lot."""
     print(f"{name} ({pattern})" if pattern != "." else name, file=sys.stderr, flush=True)
-    output = subprocess.run(
-        [build / f"bench/sprig-bench-{name}", f"--benchmark_filter={pattern}", "--benchmark_format=json",
-         "--benchmark_enable_random_interleaving=true", f"--benchmark_repetitions={repetitions}",
-         "--benchmark_min_time=0.02"],
-        env=env, check=True, stdout=subprocess.PIPE).stdout
+    with open(build / f"bench/{name}.log", "wb") as log:
+        output = subprocess.run(
+            [build / f"bench/sprig-bench-{name}", f"--benchmark_filter={pattern}", "--benchmark_format=json",
+             "--benchmark_enable_random_interleaving=true", f"--benchmark_repetitions={repetitions}",
+             "--benchmark_min_time=0.02"],
+            env=env, check=True, stdout=subprocess.PIPE, stderr=log).stdout
     samples = {}
     for result in json.loads(output)["benchmarks"]:
         assert not result.get("error_occurred"), f"{result['name']}: {result['error_message']}"
@@ -93,33 +96,37 @@ def run_desktop(build):
     return json.loads(output)
 
 
-def measure(build):
+def measure(build, parts):
     samples = {}
     with tempfile.TemporaryDirectory(prefix="home-", dir=build) as home:
         env = environment(pathlib.Path(home))
         for name, repetitions, pattern in PROGRAMS:
-            samples.update(run_program(build, name, repetitions, pattern, env))
-        samples.update(run_starts(build, env))
-    samples.update(run_desktop(build))
+            if name in parts:
+                samples.update(run_program(build, name, repetitions, pattern, env))
+        if "start" in parts:
+            samples.update(run_starts(build, env))
+    if "desktop" in parts:
+        samples.update(run_desktop(build))
     return samples
 
 
 def print_table(lines):
-    head = ("operation", "Sprig", "against", "that", "ratio", "limit", "")
-    widths = [max(len(line[column]) for line in [head, *lines]) for column in range(len(head))]
-    for line in [head, tuple("-" * width for width in widths), *lines]:
+    widths = [max(len(line[column]) for line in [HEAD, *lines]) for column in range(len(HEAD))]
+    for line in [HEAD, tuple("-" * width for width in widths), *lines]:
         print("| " + " | ".join(cell.ljust(width) for cell, width in zip(line, widths)) + " |")
 
 
 def main():
     build, results = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
-    samples = measure(build)
-    print_table([row.cells(samples) for row in ROWS])
+    parts = set(sys.argv[3:] or PARTS)
+    if unknown := parts - PARTS:
+        sys.exit(f"there is no part {', '.join(unknown)}; there are {', '.join(sorted(PARTS))}")
+    samples = json.loads(results.read_text())["samples"] if parts != PARTS and results.exists() else {}
+    samples.update(measure(build, parts))
+    lines = [row.cells(samples) for row in ROWS if {row.ours, getattr(row, "floor", row.ours)} <= samples.keys()]
+    print_table(lines)
     results.parent.mkdir(parents=True, exist_ok=True)
-    medians = {name: statistics.median(values) for name, values in samples.items()}
-    rows = [dict(zip(("operation", "ours", "against", "floor", "ratio", "limit", "verdict"), row.cells(samples)))
-            for row in ROWS]
-    results.write_text(json.dumps({"rows": rows, "medians": medians, "samples": samples}, indent=1))
+    results.write_text(json.dumps({"rows": [dict(zip(HEAD, line)) for line in lines], "samples": samples}, indent=1))
     print(f"\nAll samples are in {results}.")
 
 
