@@ -266,8 +266,9 @@ class FileManager:
             before = self.highlighted_entry()
             if before == name:
                 return
-            self.desktop.press("Down")
-            wait_to_see(lambda: self.highlighted_entry() != before, "the next entry")
+            # From the end, which Sprig is nearer to.
+            self.desktop.press("Up")
+            wait_to_see(lambda: self.highlighted_entry() != before, "another entry")
         raise AssertionError(f"“{name}” can't be reached")
 
     def enter_by_keys(self, *names):
@@ -305,17 +306,20 @@ class Nautilus(FileManager):
     window_class = "nautilus"
     highlighted = "FOCUSED"
     key_into_submenu = "Return"
+    KNOWN_FOR = 10  # seconds
 
     def __init__(self, desktop, folder):
         self.known = {}
         super().__init__(desktop, folder)
 
     def _parts(self, role, name):
-        """What each window has of the kind. Looking takes long, so it is done once: these stay as the window does."""
+        """What each window has of the kind. Looking takes long, so it is not done each time."""
         for frame in self.frames():
-            if not self.known.get((frame, name)):
-                self.known[frame, name] = list(nodes(frame, {role}, name))
-            yield from self.known[frame, name]
+            found, seen = self.known.get((frame, name), ([], 0))
+            if not found or time.monotonic() - seen > self.KNOWN_FOR:
+                found = list(nodes(frame, {role}, name))
+                self.known[frame, name] = found, time.monotonic()
+            yield from found
 
     def _popover(self):
         """The open menu and its X window; None while there is none."""

@@ -19,7 +19,7 @@ namespace {
 /// What `MenuItems` and `urisOf` need to know of GNOME Files, which has no separators and draws no icons. It
 /// knows what to do for an item by the item's name only, the same in both menus: each menu has names of its
 /// own, or a pick in one would be one in the other.
-template <wire::Kind menuKind>
+template <wire::Kind MenuKind>
 struct NautilusMenus {
   using Item = NautilusMenuItem;
   using Submenu = NautilusMenu;
@@ -32,7 +32,7 @@ struct NautilusMenus {
     return entry.type != MenuEntry::Type::separator;
   }
   static Item* newItem(const MenuEntry& entry) {
-    const auto name = (menuKind == wire::Kind::background ? "background-" : "items-") + entry.name;
+    const auto name = (MenuKind == wire::Kind::background ? "background-" : "items-") + entry.name;
     auto* item = nautilus_menu_item_new(name.c_str(), gtkLabelOf(entry).c_str(), "", nullptr);
     g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
     return item;
