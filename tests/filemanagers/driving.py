@@ -155,7 +155,7 @@ class FileManager:
         def look():
             place = self.place(find())
             return place.width and place.height and place
-        return settled(look, what, not_yet=(GLib.Error, IndexError, StopIteration))
+        return settled(look, what, not_yet=(GLib.Error, LookupError, StopIteration))
 
     # The list of files.
 
@@ -336,7 +336,7 @@ class Nautilus(FileManager):
         return next(self._parts("push button", "GtkMenuButton"))
 
     def _rows(self):
-        return {next(nodes(row, {"label"})).get_name(): row
+        return {next(nodes(row, {"label"}), row).get_name(): row
                 for table in self._parts("list", "GtkColumnListView") for row in children(table)}
 
     def rows(self, name=None):
@@ -347,24 +347,27 @@ class Nautilus(FileManager):
 
     def place(self, accessible):
         if accessible.get_role_name() == "menu item":
-            popover, window = self._popover()
+            if not (found := self._popover()):
+                raise LookupError("the menu has gone")
+            popover, window = found
             return area_in_gtk4(accessible, window, popover)
         return area_in_gtk4(accessible, self.desktop.area(self.window), self.frames()[0])
 
     def entries(self):
         """The page in sight is the one with what has the keyboard."""
         found = self._popover()
-        pages = map(self._items, nodes(found[0], {"panel"}, "GtkStackPage") if found else [])
-        return next((page for page in pages if any(has(entry, "FOCUSED") for entry in page)), [])
+        pages = self._outermost(found[0], "panel", "GtkStackPage") if found else []
+        listed = (self._outermost(page, "menu item") for page in pages)
+        return next((page for page in listed if any(has(entry, "FOCUSED") for entry in page)), [])
 
     def has_menu(self):
         return self._popover() is not None
 
-    def _items(self, accessible):
-        """The entries below, without a look at what these are made of."""
-        if accessible.get_role_name() == "menu item":
+    def _outermost(self, accessible, role, name=None):
+        """Those of the kind, without a look at what they are made of."""
+        if accessible.get_role_name() == role and name in (None, accessible.get_name()):
             return [accessible]
-        return [entry for child in children(accessible) for entry in self._items(child)]
+        return [found for child in children(accessible) for found in self._outermost(child, role, name)]
 
     def submenu(self, name):
         wait_to_see(lambda: self.listed()[:1] == [name], f"the submenu “{name}”")
