@@ -14,8 +14,8 @@ import time
 from gi.repository import Gio, GLib
 from sprigtest.desktop import Desktop
 from sprigtest.home import SOURCE
-from sprigtest.screenreader import (WITHIN_WINDOW, area, atspi, area_in_gtk4, children, has, middle, nodes, selection_in, wait_to_see,
-                                    windows)
+from sprigtest.screenreader import (WITHIN_WINDOW, area, area_in_gtk4, atspi, children, has, middle, nodes, selection_in,
+                                    wait_to_see, windows)
 from sprigtest.waiting import output_of, settled, wait_for
 
 PROGRAMS = pathlib.Path(os.environ["SPRIG_PROGRAMS"])
