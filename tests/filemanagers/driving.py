@@ -442,6 +442,11 @@ class Dolphin(FileManager):
     def has_menu(self):
         return bool(self._open_menus())
 
+    def close_menus(self):
+        super().close_menus()
+        # Qt says so before the screen does, and a click on what is left of a menu opens no other one.
+        wait_for(lambda: len(self._x_windows()) <= len(self._pids()), "the menus' windows to go")
+
     def submenu(self, name):
         def look():
             entry = self._entry(name)
