@@ -1,7 +1,6 @@
 #include "contract/Process.h"
 
 #include <grp.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,9 +41,8 @@ bool asOrdinaryUser(const std::function<bool()>& question) {
   return child > 0 && ::waitpid(child, &status, 0) == child && status == 0;
 }
 
-ScopedUmask::ScopedUmask(mode_t mask) : previous(::umask(mask)) {}
-
-ScopedUmask::~ScopedUmask() { ::umask(previous); }
+// The environment is not changed meanwhile. NOLINTNEXTLINE(concurrency-mt-unsafe)
+bool runsInShell(const std::string& command) { return std::system(command.c_str()) == 0; }
 
 ScopedVariable::ScopedVariable(std::string variableName, const std::optional<std::string>& value)
     : name(std::move(variableName)) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -16,17 +14,8 @@ std::size_t openDescriptors();
 /// the tests run as an ordinary user. Requires: no other threads.
 bool asOrdinaryUser(const std::function<bool()>& question);
 
-/// The file mode creation mask, for a scope.
-class ScopedUmask {
- public:
-  explicit ScopedUmask(mode_t mask);
-  ~ScopedUmask();
-  ScopedUmask(const ScopedUmask&) = delete;
-  ScopedUmask& operator=(const ScopedUmask&) = delete;
-
- private:
-  mode_t previous;
-};
+/// Whether a shell carries out `command` without a failure.
+bool runsInShell(const std::string& command);
 
 /// An environment variable, for a scope; an absent value removes it. Requires: no other threads.
 class ScopedVariable {

@@ -1,52 +1,43 @@
-#include "contract/QueueAndClockContract.h"
+#include "contract/MainQueueContract.h"
 
 #include <poll.h>
 
 #include "contract/Process.h"
 #include "ports/linux/LinuxClock.h"
 #include "ports/linux/LinuxMainQueue.h"
-#include "support/TestPlatform.h"
 
 namespace sprig::test {
 namespace {
 
-template <typename Queue>
 class QueueWorld {
  public:
   platform::MainQueue& queue() { return mainQueue; }
   void runPending() { mainQueue.runPending(); }
 
  private:
-  Queue mainQueue;
+  ports::LinuxMainQueue mainQueue;
 };
 
-using QueueWorlds = testing::Types<QueueWorld<ports::LinuxMainQueue>, QueueWorld<TestMainQueue>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Of, MainQueueContract, QueueWorlds);
+INSTANTIATE_TYPED_TEST_SUITE_P(Of, MainQueueContract, QueueWorld);
 
-template <typename Clock>
-class ClockWorld {
- public:
-  platform::Clock& clock() { return userClock; }
-
- private:
-  ScopedVariable zone{"TZ", "UTC"};
-  Clock userClock;
-};
-
-using ClockWorlds = testing::Types<ClockWorld<ports::LinuxClock>, ClockWorld<TestClock>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Of, ClockContract, ClockWorlds);
-
-TEST(LinuxClock, FollowsTheZoneAndItsSummerTimeWhileTheProgramRuns) {
+TEST(LinuxClock, TellsDateAndTimeInTheZoneThatIsSetAndItsSummerTime) {
   struct Row {
     const char* zone;
-    int hourInWinter;
-    int hourInSummer;
+    std::int64_t milliseconds;  // since the epoch
+    std::array<int, 6> expected;
   };
+  const char* centralEurope = "CET-1CEST,M3.5.0,M10.5.0/3";
   const ports::LinuxClock clock;
-  for (const Row& row : {Row{"UTC", 12, 12}, Row{"CET-1CEST,M3.5.0,M10.5.0/3", 13, 14}, Row{"XXX5", 7, 7}}) {
+  for (const Row& row : {Row{"UTC", 0, {1970, 1, 1, 0, 0, 0}}, Row{"UTC", -1, {1969, 12, 31, 23, 59, 59}},
+                         Row{"UTC", 951'782'399'999, {2000, 2, 28, 23, 59, 59}},
+                         Row{"UTC", 951'782'400'000, {2000, 2, 29, 0, 0, 0}},
+                         Row{"UTC", 4'107'542'400'000, {2100, 3, 1, 0, 0, 0}},
+                         Row{centralEurope, 1'768'478'400'000, {2026, 1, 15, 13, 0, 0}},
+                         Row{centralEurope, 1'784'116'800'000, {2026, 7, 15, 14, 0, 0}},
+                         Row{"XXX5", 1'784'116'800'000, {2026, 7, 15, 7, 0, 0}}}) {
     const ScopedVariable zone("TZ", row.zone);
-    EXPECT_EQ(clock.components(TestClock::at(2026, 1, 15, 12, 0, 0)).hour, row.hourInWinter) << row.zone;
-    EXPECT_EQ(clock.components(TestClock::at(2026, 7, 15, 12, 0, 0)).hour, row.hourInSummer) << row.zone;
+    const auto is = clock.components(platform::Instant(std::chrono::milliseconds(row.milliseconds)));
+    EXPECT_EQ((std::array{is.year, is.month, is.day, is.hour, is.minute, is.second}), row.expected);
   }
 }
 
