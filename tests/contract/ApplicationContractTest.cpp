@@ -27,7 +27,7 @@ class ScriptedWorld {
   }
 
  private:
-  TestMainQueue mainQueue;
+  ports::LinuxMainQueue mainQueue;
   ScriptedApplication scripted{mainQueue};
 };
 

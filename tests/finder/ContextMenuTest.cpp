@@ -37,7 +37,7 @@ std::string outline(const Menu& menu, const std::string& indent = "") {
 struct Menus : testing::Test {
   test::TestPlatform platform;
   FileURL folder = platform.makeFolder("Projects");
-  std::unique_ptr<FinderSync> finder;
+  FinderSync finder;
 
   Menus() { platform.controller.targeted = folder; }
 
@@ -46,25 +46,20 @@ struct Menus : testing::Test {
     AppConfigItem config;
     config.settings = settings;
     for (std::size_t number = 1; number <= categories.size(); ++number) {
-      TemplateItem item;
+      auto& item = config.templates.emplace_back();
       item.id = "t" + std::to_string(number);
       item.name = "T" + std::to_string(number);
       item.icon = "icon" + std::to_string(number);
       item.category = categories[number - 1];
       item.enabled = item.category != "disabled";
-      config.templates.push_back(item);
     }
     platform.writeConfig(encodeConfig(config));
-    if (finder) {
-      ConfigManager::shared().reload();
-    } else {
-      finder = std::make_unique<FinderSync>();
-    }
+    ConfigManager::shared().reload();
     platform.takeLog();
   }
 
   std::string menuText(FIMenuKind kind = forToolbar) {
-    const auto menu = finder->menu(kind);
+    const auto menu = finder.menu(kind);
     return menu ? outline(*menu) : "none";
   }
 
@@ -112,46 +107,36 @@ TEST_F(Menus, AreWrappedExceptInTheToolbar) {
   configure({"notes"});
   for (const auto kind : {forItems, forContainer, forSidebar}) {
     EXPECT_EQ(menuText(kind), "Sprig\n  T1\n  ---\n  Sprig Settings…\n");
-    EXPECT_EQ(finder->menu(kind)->title, "Sprig");
+    EXPECT_EQ(finder.menu(kind)->title, "Sprig");
   }
-  EXPECT_EQ(finder->menu(forToolbar)->title, "Sprig");
+  EXPECT_EQ(finder.menu(forToolbar)->title, "Sprig");
   EXPECT_EQ(menuText(forToolbar), "T1\n---\nSprig Settings…\n");
+}
+
+/// An entry as text: what it does for which template, and its image.
+std::string details(const MenuItem& item) {
+  std::string text(item.action.name);
+  if (item.identifier) text += " " + *item.identifier;
+  if (!item.image) return text;
+  EXPECT_EQ(item.image->configuration, (platform::SymbolConfiguration{13, platform::FontWeight::regular}));
+  EXPECT_EQ(item.image->rendering, platform::ImageRendering::asTemplate);
+  return text + "; " + item.image->symbolName + " (" + item.image->accessibilityDescription + ")";
 }
 
 TEST_F(Menus, GiveEntriesTheirActionsAndImages) {
   configure({"notes", "python", "go"}, {.maxVisibleTemplates = 1});
   platform.images.missing = {"icon2", "icon3", "gearshape"};
-  const auto root = finder->menu(forContainer);
+  const auto root = finder.menu(forContainer);
   const auto& items = root->items[0].submenu->items;
-  const auto image = [](const char* symbol, const char* description) {
-    return platform::Image{symbol, description,
-                           platform::SymbolConfiguration{13, platform::FontWeight::regular},
-                           platform::ImageRendering::asTemplate};
-  };
-  const auto expectInert = [&](const MenuItem& item) {
-    EXPECT_TRUE(!item.action && item.target == nullptr && !item.identifier) << item.title;
-  };
-  expectInert(root->items[0]);
-  EXPECT_EQ(root->items[0].image, image("doc.badge.plus", "Sprig"));
-
-  EXPECT_EQ(items[0].action.name, "templateAction:");
-  EXPECT_EQ(items[0].target, finder.get());
-  EXPECT_EQ(items[0].identifier, "t1");
-  EXPECT_EQ(items[0].keyEquivalent, "");
-  EXPECT_EQ(items[0].image, image("icon1", "T1"));
-
+  EXPECT_EQ(details(root->items[0]), "; doc.badge.plus (Sprig)");
+  EXPECT_EQ(details(items[0]), "templateAction: t1; icon1 (T1)");
   const auto& more = items[2];
-  expectInert(more);
-  EXPECT_EQ(more.image, image("ellipsis.circle", "More Templates"));
+  EXPECT_EQ(details(more), "; ellipsis.circle (More Templates)");
   const auto& section = more.submenu->items[0];
-  expectInert(section);
-  EXPECT_EQ(section.image, std::nullopt);
-  EXPECT_EQ(section.submenu->items[0].image, image("doc.text", "T2")) << "its own symbol does not exist";
-  EXPECT_EQ(section.submenu->items[1].identifier, "t3");
-
-  EXPECT_EQ(items[4].action.name, "openSettingsAction:");
-  EXPECT_EQ(items[4].target, finder.get());
-  EXPECT_EQ(items[4].image, std::nullopt);
+  EXPECT_EQ(details(section), "");
+  EXPECT_EQ(details(section.submenu->items[0]), "templateAction: t2; doc.text (T2)");
+  EXPECT_EQ(details(items[4]), "openSettingsAction:");
+  EXPECT_TRUE(items[0].target == &finder && items[4].target == &finder && items[0].keyEquivalent.empty());
 }
 
 TEST_F(Menus, AreNotOfferedWhenSwitchedOffOrOfUnknownKind) {

@@ -46,11 +46,8 @@ struct Action : testing::Test {
 
   void load() {
     platform.writeConfig(encodeConfig(config));
-    if (finder) {
-      ConfigManager::shared().reload();
-    } else {
-      finder = std::make_unique<FinderSync>();
-    }
+    if (!finder) finder = std::make_unique<FinderSync>();
+    ConfigManager::shared().reload();
     platform.takeLog();
   }
 
@@ -66,22 +63,10 @@ struct Action : testing::Test {
   /// The content of the file that picking the entry creates.
   std::string created(const MenuItem& item) {
     pick(item);
-    return platform.workspace.revealed.empty()
-               ? "nothing"
-               : platform.contentOf(platform.workspace.revealed.back()).value_or("gone");
+    return platform.workspace.revealed.empty() ? "nothing"
+                                               : test::readFile(platform.workspace.revealed.back());
   }
 };
-
-TEST_F(Action, CreatesTheFileAndLogsEachDecision) {
-  const auto file = folder.path() + "/Projects.txt";
-  EXPECT_EQ(pick(entry("Caf\u00E9", "c")),
-            "templateAction invoked for 'Caf\u00E9', identifier: 'c'\n"
-            "templateAction executing for template 'Caf\u00E9' in folder '" +
-                folder.path() +
-                "'\n"
-                "Successfully wrote file to " +
-                file + "\ntemplateAction SUCCESS: Created file '" + file + "'\n");
-}
 
 TEST_F(Action, FindsTheTemplateByIdentifierThenByTitle) {
   EXPECT_EQ(created(entry("Beta", "a")), "first a") << "the first of equal ids";
@@ -172,14 +157,12 @@ TEST_F(Action, UsesTheNameTheUserTypesAndStopsWhenTheUserDoes) {
   platform.application.user = [](Alert& alert) { ScriptedApplication::type(alert, " mine "); };
   pick(entry("Alpha"));
   EXPECT_EQ(platform.workspace.revealed.back(), folder.appendingPath("mine.txt"));
-  const auto& field = *platform.application.shown.back().window->initialFirstResponder;
-  EXPECT_EQ(field.stringValue, " mine ");
   EXPECT_EQ(platform.application.shown.back().informativeText,
             "Enter a name for the new file in “Projects”:");
   platform.application.user = [this](Alert& alert) { platform.application.press(alert, "\x1b"); };
   const auto log = pick(entry("Alpha"));
   EXPECT_TRUE(log.ends_with("templateAction: User cancelled prompt\n")) << log;
-  EXPECT_EQ(platform.entriesOf(folder), std::vector<std::string>{"mine.txt"});
+  EXPECT_EQ(test::namesIn(folder), std::vector<std::string>{"mine.txt"});
 }
 
 TEST_F(Action, LeavesTheExplanationOfAFailureToTheAlert) {

@@ -1,16 +1,13 @@
 #include "support/TestPlatform.h"
 
-#include <algorithm>
 #include <chrono>
-#include <fstream>
-#include <sstream>
+#include <ctime>
 
 #include "diag/logSprig.h"
 
 namespace sprig::test {
 
 using platform::Alert;
-using platform::FileEvents;
 using platform::FileURL;
 
 namespace {
@@ -22,6 +19,16 @@ class ImaginedFolder : public platform::Folder {
 
  private:
   std::function<bool(std::string_view)> exists;
+};
+
+class ManualSource : public platform::FileChangeSource {
+ public:
+  explicit ManualSource(Handler& called) : handler(called) {}
+  void resume(Handler newHandler) override { handler = std::move(newHandler); }
+  void cancel() override {}
+
+ private:
+  Handler& handler;
 };
 
 }  // namespace
@@ -52,16 +59,11 @@ platform::Instant TestClock::at(int year, unsigned month, unsigned day, int hour
 }
 
 platform::DateComponents TestClock::components(platform::Instant shown) const {
-  using namespace std::chrono;
-  const auto today = floor<days>(shown);
-  const year_month_day date(today);
-  const hh_mm_ss time(floor<seconds>(shown - today));
-  return {static_cast<int>(date.year()),
-          static_cast<int>(static_cast<unsigned>(date.month())),
-          static_cast<int>(static_cast<unsigned>(date.day())),
-          static_cast<int>(time.hours().count()),
-          static_cast<int>(time.minutes().count()),
-          static_cast<int>(time.seconds().count())};
+  const std::time_t time =
+      std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(shown));
+  std::tm utc = {};
+  ::gmtime_r(&time, &utc);
+  return {utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec};
 }
 
 void RecordingSystemLog::log(std::string_view line) {
@@ -79,91 +81,10 @@ std::vector<std::string> RecordingSystemLog::takeLines() {
   return std::exchange(recorded, {});
 }
 
-void TestMainQueue::async(Work work) {
-  {
-    const std::lock_guard guard(lock);
-    pending.push_back(std::move(work));
-  }
-  changed.notify_one();
-}
-
-void TestMainQueue::sync(Work work) {
-  std::mutex doneLock;
-  std::condition_variable doneChanged;
-  bool done = false;
-  async([&] {
-    work();
-    const std::lock_guard guard(doneLock);
-    done = true;
-    doneChanged.notify_one();
-  });
-  std::unique_lock guard(doneLock);
-  doneChanged.wait(guard, [&] { return done; });
-}
-
-void TestMainQueue::runPending() {
-  for (;;) {
-    Work work;
-    {
-      const std::lock_guard guard(lock);
-      if (pending.empty()) return;
-      work = std::move(pending.front());
-      pending.pop_front();
-    }
-    work();
-  }
-}
-
-bool TestMainQueue::waitAndRun() {
-  {
-    std::unique_lock guard(lock);
-    if (!changed.wait_for(guard, std::chrono::seconds(10), [&] { return !pending.empty(); })) return false;
-  }
-  runPending();
-  return true;
-}
-
-class ManualFileChanges::Source : public platform::FileChangeSource {
- public:
-  Source(ManualFileChanges& owner, FileURL location, FileEvents wanted)
-      : watched(std::move(location)), events(wanted), registry(owner) {
-    registry.sources.insert(this);
-  }
-  ~Source() override { registry.sources.erase(this); }
-
-  void resume(Handler newHandler) override { handler = std::move(newHandler); }
-  void cancel() override { handler = nullptr; }
-
-  const FileURL watched;
-  const FileEvents events;
-  Handler handler;
-
- private:
-  ManualFileChanges& registry;
-};
-
 std::unique_ptr<platform::FileChangeSource> ManualFileChanges::makeFileSystemObjectSource(
-    const FileURL& location, FileEvents events) {
+    const FileURL& location, platform::FileEvents) {
   if (!platform::current().files.fileExists(location)) return nullptr;
-  return std::make_unique<Source>(*this, location, events);
-}
-
-int ManualFileChanges::fire(const FileURL& location, FileEvents event) {
-  // Handlers replace sources while they run.
-  std::vector<platform::FileChangeSource::Handler> handlers;
-  for (const auto* source : sources) {
-    if (source->handler && source->watched == location && contains(source->events, event)) {
-      handlers.push_back(source->handler);
-    }
-  }
-  for (const auto& handler : handlers) handler();
-  return static_cast<int>(handlers.size());
-}
-
-int ManualFileChanges::liveSources(const FileURL& location) const {
-  return static_cast<int>(std::count_if(sources.begin(), sources.end(), [&](const Source* source) {
-    return source->handler && source->watched == location;
-  }));
+  return std::make_unique<ManualSource>(handlers[location]);
 }
 
 void RecordingWorkspace::activateFileViewerSelecting(const std::vector<FileURL>& files) {
@@ -235,22 +156,8 @@ FileURL TestPlatform::makeFolder(const std::string& name) {
 FileURL TestPlatform::makeFile(const std::string& name, const std::string& content) {
   auto location = folder.url().appendingPath(name);
   static_cast<void>(files.createDirectory(location.deletingLastPathComponent()));
-  std::ofstream(location.path(), std::ios::binary) << content;
+  writeFile(location, content);
   return location;
-}
-
-std::optional<std::string> TestPlatform::contentOf(const FileURL& file) const {
-  std::ifstream stream(file.path(), std::ios::binary);
-  if (!stream) return std::nullopt;
-  std::ostringstream content;
-  content << stream.rdbuf();
-  return content.str();
-}
-
-std::vector<std::string> TestPlatform::entriesOf(const FileURL& location) const {
-  auto names = files.contentsOfDirectory(location).value_or(std::vector<std::string>{});
-  std::sort(names.begin(), names.end());
-  return names;
 }
 
 FileURL TestPlatform::writeConfig(const std::string& document) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <condition_variable>
 #include <deque>
 #include <functional>
 #include <map>
@@ -8,12 +7,11 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/Platform.h"
 #include "ports/linux/LinuxFileSystem.h"
-#include "support/FailingFileSystem.h"
+#include "ports/linux/LinuxMainQueue.h"
 #include "support/FaultyCalls.h"
 #include "support/TemporaryFolder.h"
 
@@ -82,36 +80,12 @@ class RecordingSystemLog : public platform::SystemLog {
   std::vector<std::string> recorded;  // guarded by lock
 };
 
-/// Runs work when a test says so, on the thread that made it.
-class TestMainQueue : public platform::MainQueue {
- public:
-  bool isMainThread() const override { return std::this_thread::get_id() == mainThread; }
-  void async(Work work) override;
-  void sync(Work work) override;
-  void runPending();
-  /// Waits for work up to ten seconds and runs it; false when none came.
-  bool waitAndRun();
-
- private:
-  const std::thread::id mainThread = std::this_thread::get_id();
-  std::mutex lock;
-  std::condition_variable changed;
-  std::deque<Work> pending;  // guarded by lock
-};
-
-/// Sources whose events a test makes, delivered at once on its own thread.
+/// Sources whose events are made by a test, which calls the handler that was resumed last for a location.
 class ManualFileChanges : public platform::FileChangeSources {
  public:
+  std::map<platform::FileURL, platform::FileChangeSource::Handler> handlers;
   std::unique_ptr<platform::FileChangeSource> makeFileSystemObjectSource(
       const platform::FileURL& location, platform::FileEvents events) override;
-  /// Delivers an event to every live source of `location` that wants it; how many did.
-  int fire(const platform::FileURL& location, platform::FileEvents event);
-  /// Sources that are resumed and not cancelled.
-  int liveSources(const platform::FileURL& location) const;
-
- private:
-  class Source;
-  std::set<Source*> sources;
 };
 
 class TestVolumes : public platform::Volumes {
@@ -142,7 +116,7 @@ class TestSymbolImages : public platform::SymbolImages {
 /// Plays the user in modal sessions.
 class ScriptedApplication : public platform::Application {
  public:
-  explicit ScriptedApplication(TestMainQueue& mainQueue) : queue(mainQueue) {}
+  explicit ScriptedApplication(ports::LinuxMainQueue& mainQueue) : queue(mainQueue) {}
 
   /// What the user does with an alert; by default nothing, as where nothing can be shown.
   std::function<void(platform::Alert&)> user = [](platform::Alert&) {};
@@ -167,7 +141,7 @@ class ScriptedApplication : public platform::Application {
   /// A modal session: its code once it has ended.
   using Session = std::optional<int>;
 
-  TestMainQueue& queue;
+  ports::LinuxMainQueue& queue;
   std::vector<Session*> sessions;  // the innermost last
 };
 
@@ -191,13 +165,11 @@ class TestPlatform {
   /// The system calls behind `files`; fail where a test says so.
   std::shared_ptr<FaultyCalls> calls = std::make_shared<FaultyCalls>();
   TestFileSystem files{folder.url(), calls};
-  /// What the product sees of `files`; fails where a test says so.
-  FailingFileSystem faultyFiles{files};
   TestUserDatabase users;
   TestProcessInfo process;
   TestClock clock;
   RecordingSystemLog systemLog;
-  TestMainQueue mainQueue;
+  ports::LinuxMainQueue mainQueue;
   ManualFileChanges fileChanges;
   TestVolumes volumes;
   RecordingWorkspace workspace;
@@ -208,17 +180,13 @@ class TestPlatform {
   /// A folder of that name in the temporary one, made if need be.
   platform::FileURL makeFolder(const std::string& name);
   platform::FileURL makeFile(const std::string& name, const std::string& content = "");
-  /// Absent: no such file.
-  std::optional<std::string> contentOf(const platform::FileURL& file) const;
-  /// The names in a folder, sorted.
-  std::vector<std::string> entriesOf(const platform::FileURL& location) const;
   /// Writes the configuration document in force from the next load on.
   platform::FileURL writeConfig(const std::string& document);
   /// The messages logged since the last call, without the prefix.
   std::vector<std::string> takeLog();
 
  private:
-  platform::Platform services{faultyFiles, users,   process,   clock,  systemLog,   mainQueue,
+  platform::Platform services{files,       users,   process,   clock,  systemLog,   mainQueue,
                               fileChanges, volumes, workspace, images, application, controller};
   platform::PlatformScope scope{services};
 };
