@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "finder/ContextMenu.h"
 #include "support/TestPlatform.h"
 
 namespace sprig {
@@ -35,28 +34,8 @@ TEST_F(Extension, ServesTheHomeFolderAndTheVolumesButTheStartupDisk) {
   EXPECT_EQ(servedWith(std::nullopt), std::set<FileURL>{platform.files.ownHome});
 }
 
-TEST_F(Extension, LogsItsStartAndLoadsTheConfiguration) {
-  servedWith({{disk}});
-  const auto log = platform.takeLog();
-  ASSERT_EQ(log.size(), 3U);
-  EXPECT_EQ(log[0], "FinderSync init started");
-  EXPECT_EQ(log[1], "Initialized FinderSync monitoring 2 directory URLs");
-  EXPECT_TRUE(log[2].starts_with("Config not found at ")) << log[2];
-}
-
-TEST_F(Extension, AnswersTheFileManager) {
-  FinderSync extension;
-  platform.takeLog();
-  extension.beginObservingDirectory(disk);
-  extension.endObservingDirectory(disk);
-  extension.performAction(openSettingsActionSelector, {});
-  extension.performAction({"unknown:"}, {});
-  EXPECT_EQ(platform.takeLog(), (std::vector<std::string>{"beginObservingDirectory: " + disk.path(),
-                                                          "endObservingDirectory: " + disk.path(),
-                                                          "openSettingsAction invoked"}));
-  EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"sprig://settings"});
-  EXPECT_EQ(extension.toolbarItemName(), "Sprig");
-  EXPECT_EQ(extension.toolbarItemToolTip(), "Create a new file from template");
+TEST_F(Extension, HasAnEmptyImageWhereItsSymbolDoesNotExist) {
+  const FinderSync extension;
   EXPECT_EQ(extension.toolbarItemImage(), (platform::Image{"doc.badge.plus", "Sprig"}));
   platform.images.missing = {"doc.badge.plus"};
   EXPECT_EQ(extension.toolbarItemImage(), platform::Image{});

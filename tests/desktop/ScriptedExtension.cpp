@@ -31,8 +31,8 @@ class ScriptedUser final : public platform::Application {
 
   int runModal(platform::Alert& alert) override {
     tell("shows", alert.messageText + "|" + click.activationToken + "|" + click.parentWindow);
-    const guint confirms = g_unix_signal_add(SIGUSR1, confirm, &alert);
-    const guint cancels = g_unix_signal_add(SIGUSR2, cancel, &alert);
+    const guint confirms = g_unix_signal_add(SIGUSR1, press, &alert.buttons.front());
+    const guint cancels = g_unix_signal_add(SIGUSR2, press, &alert.buttons.back());
     code.reset();
     while (!code) g_main_context_iteration(nullptr, TRUE);
     g_source_remove(confirms);
@@ -43,21 +43,13 @@ class ScriptedUser final : public platform::Application {
   void stopModal(int newCode) override { code = newCode; }
 
  private:
-  static void press(platform::Button& button) {
+  static gboolean press(void* pressed) {
+    const auto& button = *static_cast<platform::Button*>(pressed);
     if (button.target != nullptr) {
       button.target->performAction(button.action);
     } else {
       platform::current().application.stopModal(button.tag);
     }
-  }
-
-  static gboolean confirm(void* alert) {
-    press(static_cast<platform::Alert*>(alert)->buttons.front());
-    return G_SOURCE_CONTINUE;
-  }
-
-  static gboolean cancel(void* alert) {
-    press(static_cast<platform::Alert*>(alert)->buttons.back());
     return G_SOURCE_CONTINUE;
   }
 

@@ -7,6 +7,7 @@
 namespace sprig {
 namespace {
 
+// A value is not searched again, nor joined with its surroundings.
 TEST(Placeholders, AreReplacedInTheirTwoSpellingsAndNoOther) {
   PlaceholderValues values;
   values.set("name", "N");
@@ -16,29 +17,15 @@ TEST(Placeholders, AreReplacedInTheirTwoSpellingsAndNoOther) {
     const char* text;
     const char* expected;
   };
-  for (const auto& row : {
-           Row{"", ""},
-           Row{"plain", "plain"},
-           Row{"{{name}}", "N"},
-           Row{"{{ name }}", "N"},
-           Row{"a{{name}}b{{ name }}c", "aNbNc"},
-           Row{"{{empty}}", ""},
-           Row{"{{Name}} {{name }} {{ name}} {{  name  }} {name} {{title}} {{nam}} {{names}} {{}} {{ }}",
-               "{{Name}} {{name }} {{ name}} {{  name  }} {name} {{title}} {{nam}} {{names}} {{}} {{ }}"},
-           Row{"{{{name}}}", "{N}"},
-           Row{"{{{{name}}}}", "{{N}}"},
-           Row{"{{ {{name}} }}", "{{ N }}"},
-           Row{"{{name", "{{name"},
-           Row{"{{name}", "{{name}"},
-           Row{"{", "{"},
-           Row{"{{", "{{"},
-           Row{"{{ ", "{{ "},
-           // A value is not searched again, nor joined with its surroundings.
-           Row{"{{date}}", "{{name}}"},
-           Row{"{{empty}}{name}}", "{name}}"},
-           Row{"{{{empty}}{name}}", "{{name}}"},
-           Row{"grüße {{name}} \xFF", "grüße N \xFF"},
-       }) {
+  for (const auto& row :
+       {Row{"", ""}, Row{"plain", "plain"}, Row{"{{name}}", "N"}, Row{"{{ name }}", "N"},
+        Row{"a{{name}}b{{ name }}c", "aNbNc"}, Row{"{{empty}}", ""},
+        Row{"{{Name}} {{name }} {{ name}} {{  name  }} {name} {{title}} {{nam}} {{names}} {{}} {{ }}",
+            "{{Name}} {{name }} {{ name}} {{  name  }} {name} {{title}} {{nam}} {{names}} {{}} {{ }}"},
+        Row{"{{{name}}}", "{N}"}, Row{"{{{{name}}}}", "{{N}}"}, Row{"{{ {{name}} }}", "{{ N }}"},
+        Row{"{{name", "{{name"}, Row{"{{name}", "{{name}"}, Row{"{", "{"}, Row{"{{", "{{"}, Row{"{{ ", "{{ "},
+        Row{"{{date}}", "{{name}}"}, Row{"{{empty}}{name}}", "{name}}"}, Row{"{{{empty}}{name}}", "{{name}}"},
+        Row{"grüße {{name}} \xFF", "grüße N \xFF"}}) {
     EXPECT_EQ(substitutePlaceholders(row.text, values), row.expected) << row.text;
   }
 }

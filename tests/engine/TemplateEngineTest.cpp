@@ -25,23 +25,15 @@ TEST(TemplateEngine, CompletesATypedNameWithTheExtensionUnlessItHasOne) {
     const char* filename;
     const char* name;
   };
-  for (const auto& row : {
-           Row{"  Report  ", ".md", "Report.md", "Report"},
-           Row{"\u3000Report\n", ".md", "Report.md", "Report"},
-           Row{"Report.md", ".md", "Report.md", "Report"},
-           Row{"Report.txt", ".md", "Report.txt", "Report"},
-           Row{"v1.2 notes", ".md", "v1.2 notes", "v1"},
-           Row{"Report.MD", ".md", "Report.MD", "Report"},
-           Row{"Report", "md", "Report.md", "Report"},
-           Row{"Readmd", "md", "Readmd", "Readmd"},
-           Row{"Report", "", "Report", "Report"},
-           Row{"{{date}}", ".md", "{{date}}.md", "{{date}}"},
-           Row{".env", ".env", ".env", ".env"},
-           Row{"a/b", ".md", "a/b.md", "a/b"},
-           // Blank, the template names the file.
-           Row{" \t\u2003\n", ".md", "Untitled x.md", "Untitled x"},
-           Row{"", ".md", "Untitled x.md", "Untitled x"},
-       }) {
+  for (const auto& row :
+       {Row{"  Report  ", ".md", "Report.md", "Report"}, Row{"\u3000Report\n", ".md", "Report.md", "Report"},
+        Row{"Report.md", ".md", "Report.md", "Report"}, Row{"Report.txt", ".md", "Report.txt", "Report"},
+        Row{"v1.2 notes", ".md", "v1.2 notes", "v1"}, Row{"Report.MD", ".md", "Report.MD", "Report"},
+        Row{"Report", "md", "Report.md", "Report"}, Row{"Readmd", "md", "Readmd", "Readmd"},
+        Row{"Report", "", "Report", "Report"}, Row{"{{date}}", ".md", "{{date}}.md", "{{date}}"},
+        Row{".env", ".env", ".env", ".env"}, Row{"a/b", ".md", "a/b.md", "a/b"},
+        Row{" \t\u2003\n", ".md", "Untitled x.md", "Untitled x"},
+        Row{"", ".md", "Untitled x.md", "Untitled x"}}) {
     const auto rendered = TemplateEngine::render(
         templateOf("{{name}} x", row.extension, "{{name}}|{{filename}}"), row.typed, "f", "f");
     EXPECT_EQ(rendered.filename, row.filename);
@@ -57,19 +49,13 @@ TEST(TemplateEngine, SuggestsANameFromThePattern) {
     std::optional<std::string> folder;
     const char* expected;
   };
-  for (const auto& row : {
-           Row{"Meeting Notes {{date}}.md", ".md", {}, "Meeting Notes 2026-11-16.md"},
-           Row{"Log {{time}}", ".txt", {}, "Log 09:05:02.txt"},
-           Row{" {{name}}\n", ".tsx", {}, "Untitled.tsx"},
-           Row{"   ", ".txt", {}, "Untitled.txt"},
-           Row{"", "", {}, "Untitled"},
-           Row{"{{filename}}", ".md", {}, "{{filename}}.md"},
-           Row{"{{folder}}", ".md", {}, ".md"},
-           Row{"{{project}}", ".md", "my.app", "my.app"},
-           Row{"{{ project }}", ".md", "app", "app.md"},
-           Row{"notes", "md", {}, "notes.md"},
-           Row{".env", ".env", {}, ".env"},
-       }) {
+  for (const auto& row :
+       {Row{"Meeting Notes {{date}}.md", ".md", {}, "Meeting Notes 2026-11-16.md"},
+        Row{"Log {{time}}", ".txt", {}, "Log 09:05:02.txt"}, Row{" {{name}}\n", ".tsx", {}, "Untitled.tsx"},
+        Row{"   ", ".txt", {}, "Untitled.txt"}, Row{"", "", {}, "Untitled"},
+        Row{"{{filename}}", ".md", {}, "{{filename}}.md"}, Row{"{{folder}}", ".md", {}, ".md"},
+        Row{"{{project}}", ".md", "my.app", "my.app"}, Row{"{{ project }}", ".md", "app", "app.md"},
+        Row{"notes", "md", {}, "notes.md"}, Row{".env", ".env", {}, ".env"}}) {
     EXPECT_EQ(TemplateEngine::renderSuggestedFilename(templateOf(row.pattern, row.extension), row.folder, {}),
               row.expected);
   }
@@ -107,34 +93,30 @@ TEST_F(Collision, IsSolvedByTheNextNumber) {
     std::vector<std::string> taken;
     std::string expected;
   };
-  for (const auto& row : {
-           Row{"report.md", {}, "report.md"},
-           Row{"report.md", {"report.md"}, "report 2.md"},
-           Row{"report.md", {"report.md", "report 2.md", "report 3.md"}, "report 4.md"},
-           Row{"report.md", {"report.md", "report 3.md"}, "report 2.md"},
-           Row{"notes 3.md", {"notes 3.md"}, "notes 4.md"},
-           Row{"file 007.txt", {"file 007.txt"}, "file 8.txt"},
-           Row{"a\t5.txt", {"a\t5.txt"}, "a 6.txt"},
-           Row{"a 2 3.txt", {"a 2 3.txt"}, "a 2 4.txt"},
-           Row{"file-3.txt", {"file-3.txt"}, "file-3 2.txt"},
-           Row{"Meeting Notes 2026-11-16.md",
-               {"Meeting Notes 2026-11-16.md"},
-               "Meeting Notes 2026-11-16 2.md"},
-           Row{".gitignore", {".gitignore"}, ".gitignore 2"},
-           Row{"archive.tar.gz", {"archive.tar.gz"}, "archive.tar 2.gz"},
-           Row{"Makefile", {"Makefile"}, "Makefile 2"},
-           Row{" spaced.txt ", {}, " spaced.txt "},
-           Row{" spaced.txt ", {" spaced.txt "}, "spaced 2.txt"},
-           Row{"x 9998.txt", {"x 9998.txt"}, "x 9999.txt"},
-           Row{"x 9999.txt", {"x 9999.txt"}, "x 1794819902.txt"},
-           Row{"v 99999999999999999999.txt", {"v 99999999999999999999.txt"}, "v 99999999999999999999 2.txt"},
-           Row{"v 9223372036854775807", {"v 9223372036854775807"}, "v 9223372036854775807 2"},
-           Row{"v \u0663.txt", {"v \u0663.txt"}, "v \u0663 2.txt"},
-           // What can't be an entry of the folder is taken by nothing.
-           Row{"..", {}, ".."},
-           Row{"a/b", {}, "a/b"},
-           Row{"", {}, ""},
-       }) {
+  for (const auto& row :
+       {Row{"report.md", {}, "report.md"},
+        Row{"report.md", {"report.md"}, "report 2.md"},
+        Row{"report.md", {"report.md", "report 2.md", "report 3.md"}, "report 4.md"},
+        Row{"report.md", {"report.md", "report 3.md"}, "report 2.md"},
+        Row{"notes 3.md", {"notes 3.md"}, "notes 4.md"},
+        Row{"file 007.txt", {"file 007.txt"}, "file 8.txt"},
+        Row{"a\t5.txt", {"a\t5.txt"}, "a 6.txt"},
+        Row{"a 2 3.txt", {"a 2 3.txt"}, "a 2 4.txt"},
+        Row{"file-3.txt", {"file-3.txt"}, "file-3 2.txt"},
+        Row{"Meeting Notes 2026-11-16.md", {"Meeting Notes 2026-11-16.md"}, "Meeting Notes 2026-11-16 2.md"},
+        Row{".gitignore", {".gitignore"}, ".gitignore 2"},
+        Row{"archive.tar.gz", {"archive.tar.gz"}, "archive.tar 2.gz"},
+        Row{"Makefile", {"Makefile"}, "Makefile 2"},
+        Row{" spaced.txt ", {}, " spaced.txt "},
+        Row{" spaced.txt ", {" spaced.txt "}, "spaced 2.txt"},
+        Row{"x 9998.txt", {"x 9998.txt"}, "x 9999.txt"},
+        Row{"x 9999.txt", {"x 9999.txt"}, "x 1794819902.txt"},
+        Row{"v 99999999999999999999.txt", {"v 99999999999999999999.txt"}, "v 99999999999999999999 2.txt"},
+        Row{"v 9223372036854775807", {"v 9223372036854775807"}, "v 9223372036854775807 2"},
+        Row{"v \u0663.txt", {"v \u0663.txt"}, "v \u0663 2.txt"},
+        Row{"..", {}, ".."},
+        Row{"a/b", {}, "a/b"},
+        Row{"", {}, ""}}) {
     EXPECT_EQ(resolve(row.name, row.taken), row.expected);
   }
 }
@@ -158,12 +140,6 @@ TEST_F(Collision, IsGivenUpAfter9999) {
   platform.files.imaginedEntries = [](std::string_view) { return true; };
   EXPECT_EQ(TemplateEngine::resolveCollision(folder, "a"), "a 1794819902");
   EXPECT_EQ(TemplateEngine::resolveCollision(folder, "a 9998"), "a 1794819902");
-}
-
-TEST(TwoDigits, ArePaddedLikeNumbers) {
-  for (const auto& [value, text] : {std::pair{7, "07"}, {12, "12"}, {123, "123"}, {0, "00"}, {-5, "-5"}}) {
-    EXPECT_EQ(TemplateEngine::formatTwoDigits(value), text);
-  }
 }
 
 }  // namespace
