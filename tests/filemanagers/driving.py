@@ -445,7 +445,8 @@ class Dolphin(FileManager):
     def close_menus(self):
         super().close_menus()
         # Qt says so before the screen does, and a click on what is left of a menu opens no other one.
-        wait_for(lambda: len(self._x_windows()) <= len(self._pids()), "the menus' windows to go")
+        own = ("search", "--onlyvisible", "--pid", str(self.process.pid))
+        wait_for(lambda: len(output_of("xdotool", *own).split()) == 1, "the menus' windows to go")
 
     def submenu(self, name):
         def look():
