@@ -217,7 +217,9 @@ class FileManager:
     def comes_to_offer_sprig(self, place):
         """Opens menus until one has it."""
         def offered():
-            self.time_to_menu(place)
+            self.desktop.click(place, button=3)
+            end = time.monotonic() + self.PATIENCE
+            wait_to_see(lambda: self.entries() or time.monotonic() > end, "a menu")
             if "Sprig" in self.listed():
                 return True
             self.close_menus()
