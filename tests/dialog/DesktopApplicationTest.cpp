@@ -263,6 +263,7 @@ TEST_F(Dialogs, SurviveAProgramThatDoesNotListen) {
     mainQueue.async([&] { alert.accessoryView->subviews[0]->stringValue += "y"; });
   mainQueue.async([&] { mainQueue.async([&] { desktopApplication.stopModal(5); }); });
   EXPECT_EQ(desktopApplication.runModal(alert), 5);
+  EXPECT_TRUE(eventually(hasNoChild));
 }
 
 }  // namespace
