@@ -9,13 +9,14 @@ import os
 import pathlib
 import re
 import select
-import shutil
 import subprocess
 import sys
-import tempfile
 import time
 
-from driving import DEADLINE, KILL, Desktop, FileManager, output_of, template, wait_for
+from driving import SprigDesktop, Thunar
+from sprigtest.home import template, throw_away_home
+from sprigtest.screenreader import middle, nodes, wait_to_see, windows
+from sprigtest.waiting import DEADLINE, output_of, wait_for
 
 BENCH = pathlib.Path(os.environ["SPRIG_BENCH"])
 PROMPTS = 15
@@ -87,14 +88,13 @@ class ActiveWindow:
         self.wait_for(lambda active: active == self.first)
 
 
-class Measuring(Desktop):
+class Measuring(SprigDesktop):
     """A desktop on which a clock runs."""
 
     def __init__(self, home):
         super().__init__(home)
         self.samples = {}
-        self.folder = self.home / "demo"
-        self.folder.mkdir()
+        self.folder = home.demo
 
     def note(self, name, value):
         self.samples.setdefault(name, []).append(value)
@@ -112,13 +112,9 @@ class Measuring(Desktop):
         self.processes.append(process)
         return process
 
-    def end_extension(self):
-        self.signal_extension(KILL)
-        wait_for(lambda: not self.extension_pids(), "the extension to go")
-
     def measure_memory(self):
         self.launch(BENCH / "sprig-bench-bare-service")
-        wait_for(lambda: self.bus.process(BARE), "the bare service")
+        wait_to_see(lambda: self.bus.process(BARE), "the bare service")
         self.note_memory("bare", BARE)
         for count in (11, 1000):
             self.configure(*(template(f"Template {number}", content=CONTENT[:500]) for number in range(count)))
@@ -129,42 +125,41 @@ class Measuring(Desktop):
     def measure_prompt(self):
         self.configure(template("Plain Text"), defaultBehavior="prompt")
         self.bus.menu()
-        windows = ActiveWindow(self)
-        size = self.prompt(windows, "before")
+        active = ActiveWindow(self)
+        size = self.open_prompt(active, "before")
         for _ in range(PROMPTS):
-            self.note("prompt/floor", self.bare_window(windows, size))
-            self.prompt(windows, "after", "prompt/ours")
+            self.note("prompt/floor", self.bare_window(active, size))
+            self.open_prompt(active, "after", "prompt/ours")
         self.end_extension()
 
-    def prompt(self, windows, memory_name, name=None):
+    def open_prompt(self, active, memory_name, name=None):
         """Opens and closes it; its width and height."""
         begin = time.perf_counter_ns()
         self.bus.activate("template:plain-text")
-        window, taken = windows.until_open(begin)
+        window, taken = active.until_open(begin)
         geometry = output_of("xdotool", "getwindowgeometry", "--shell", str(window))
         if name:
             self.note(name, taken)
-        windows.close(window)
+        active.close(window)
         self.bus.menu()  # answered after the pick
         self.note_memory(memory_name, NAME)
         return re.findall(r"(?:WIDTH|HEIGHT)=(\d+)", geometry)
 
-    def bare_window(self, windows, size):
+    def bare_window(self, active, size):
         begin = time.perf_counter_ns()
         process = self.launch(BENCH / "sprig-bench-bare-window", "New Plain Text", *size)
-        window, taken = windows.until_open(begin)
-        windows.close(window)
+        window, taken = active.until_open(begin)
+        active.close(window)
         process.wait(DEADLINE)
         return taken
 
     def measure_picks(self):
-        self.write("Templates/Theirs", CONTENT)
-        self.write(".config/user-dirs.dirs", 'XDG_TEMPLATES_DIR="$HOME/Templates"\n')
+        self.home.write("Templates/Theirs", CONTENT)
+        self.home.write(".config/user-dirs.dirs", 'XDG_TEMPLATES_DIR="$HOME/Templates"\n')
         self.configure(template("Ours", content=CONTENT, filenamePattern="Ours", extension=""),
                        defaultBehavior="create")
         (self.folder / "letter.txt").write_text("x")
-        manager = FileManager(self, "thunar", self.folder)
-        manager.row("letter.txt")
+        manager = Thunar(self, self.folder)
         for _ in range(PICKS):
             self.note("thunar/ours", self.pick_ours(manager))
             self.note("thunar/floor", self.pick_theirs(manager))
@@ -173,21 +168,20 @@ class Measuring(Desktop):
     def pick_ours(self, manager):
         manager.open_menu(manager.background())
         manager.pick("Sprig")
-        self.point_at(manager, manager.entry("Ours"))
-        wait_for(lambda: manager.is_selected("Ours"), "the entry under the pointer")
+        manager.point("Ours")
+        wait_to_see(lambda: manager.highlighted_entry() == "Ours", "the entry under the pointer")
         return self.until_there(self.folder / "Ours")
 
     def pick_theirs(self, manager):
         self.click(manager.background(), button=3)
         manager.pick("Create Document", "Theirs")
-        # It asks for a name first.
-        self.point_at(manager, wait_for(lambda: manager.showing({"push button"}, "Create"), "the question")[0])
-        return self.until_there(self.folder / "Theirs")
 
-    @staticmethod
-    def point_at(manager, accessible):
-        place = manager.extents(accessible)
-        output_of("xdotool", "mousemove", str(place.x + place.width // 2), str(place.y + place.height // 2))
+        def button():
+            """It asks for a name first."""
+            return next(node for window in windows(manager.process.pid)
+                        for node in nodes(window, {"push button"}, "Create"))
+        self.point(middle(manager.settled_place(button, "the question")))
+        return self.until_there(self.folder / "Theirs")
 
     @staticmethod
     def until_there(file):
@@ -202,19 +196,18 @@ class Measuring(Desktop):
 
 
 def main():
-    home = tempfile.mkdtemp(prefix="sprig-bench-")
-    desktop = Measuring(home)
-    try:
-        desktop.begin()
-        desktop.measure_memory()
-        desktop.measure_prompt()
-        desktop.measure_picks()
-    except BaseException:
-        sys.stderr.write((desktop.home / "desktop.log").read_text(errors="replace"))
-        raise
-    finally:
-        desktop.stop()
-        shutil.rmtree(home)
+    with throw_away_home() as home:
+        desktop = Measuring(home)
+        try:
+            desktop.begin()
+            desktop.measure_memory()
+            desktop.measure_prompt()
+            desktop.measure_picks()
+        except BaseException:
+            sys.stderr.write(desktop.output.read_text(errors="replace"))
+            raise
+        finally:
+            desktop.stop()
     json.dump(desktop.samples, sys.stdout)
 
 

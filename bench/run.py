@@ -87,10 +87,11 @@ def run_desktop(build):
     """What needs a screen, in a session of its own with the module for Thunar in place."""
     print("desktop", file=sys.stderr, flush=True)
     folder = subprocess.run(THUNAR_MODULES, check=True, capture_output=True, text=True).stdout.strip()
-    managers = HERE.parent / "tests/filemanagers"
+    tests = HERE.parent / "tests"
+    managers = tests / "filemanagers"
     output = subprocess.run(
         [managers / "session.sh", build / "modules/thunar", folder, "/usr/bin/python3", "-B", HERE / "desktop.py"],
-        env={**os.environ, "PYTHONPATH": str(managers), "SPRIG_PROGRAMS": str(build / "bin"),
+        env={**os.environ, "PYTHONPATH": f"{managers}:{tests}/support", "SPRIG_PROGRAMS": str(build / "bin"),
              "SPRIG_BENCH": str(build / "bench")},
         check=True, stdout=subprocess.PIPE).stdout
     return json.loads(output)
