@@ -57,9 +57,9 @@ TEST_F(Detector, KnowsProjectsByTheirMarkers) {
 TEST_F(Detector, LooksIntoThreeFoldersAboveButNotAboveHome) {
   platform.makeFile("go.mod");
   platform.makeFile("home/Gemfile");
-  platform.makeFile("home/work/Cargo.toml");
-  platform.makeFile("home/work/app/composer.json");
-  const auto components = platform.makeFolder("home/work/app/src/components");
+  platform.makeFile("home/jobs/Cargo.toml");
+  platform.makeFile("home/jobs/app/composer.json");
+  const auto components = platform.makeFolder("home/jobs/app/src/components");
   EXPECT_EQ(typesOf(components), (Types{"rust", "php"}));
   EXPECT_EQ(typesOf(components.deletingLastPathComponent()), (Types{"rust", "php", "ruby"}));
   EXPECT_EQ(typesOf(platform.files.home), (Types{"ruby"}));
