@@ -3,32 +3,32 @@
 import json
 import os
 import pathlib
-import shutil
 import subprocess
 import tempfile
 
 import pytest
-
-DEADLINE = 20  # seconds
+from sprigtest.home import need
+from sprigtest.waiting import DEADLINE
 
 
 @pytest.fixture
 def compositor():
     """The environment of programs under a compositor without a screen."""
-    assert shutil.which("sway"), "sway is missing: install the Debian package sway"
     with tempfile.TemporaryDirectory(prefix="sprig-wayland-") as folder:
         environment = {"XDG_RUNTIME_DIR": folder, "HOME": folder, "PATH": os.environ["PATH"], "LIBSEAT_BACKEND": "noop",
                        "WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"}
         (pathlib.Path(folder) / "config").write_text("exec echo started\n")
         # It refuses to run as root.
-        command = ["unshare", "--user", "--map-user=1000", "--map-group=1000", "sway", "-c", folder + "/config"]
-        process = subprocess.Popen(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        assert process.stdout.readline() == "started\n"
-        display = next(path.name for path in pathlib.Path(folder).glob("wayland-*") if path.suffix != ".lock")
-        yield {**environment, "WAYLAND_DISPLAY": display, "GDK_BACKEND": "wayland", "GTK_A11Y": "none",
-               "GSETTINGS_BACKEND": "memory", "ASAN_OPTIONS": "detect_leaks=0"}
-        process.terminate()
-        process.wait()
+        ordinary_user = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]
+        command = [*ordinary_user, need("sway", "sway"), "-c", f"{folder}/config"]
+        with subprocess.Popen(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as process:
+            try:
+                assert process.stdout.readline() == b"started\n"
+                display = next(path.name for path in pathlib.Path(folder).glob("wayland-*") if path.suffix != ".lock")
+                yield {**environment, "WAYLAND_DISPLAY": display, "GDK_BACKEND": "wayland", "GTK_A11Y": "none",
+                       "GSETTINGS_BACKEND": "memory", "ASAN_OPTIONS": "detect_leaks=0"}
+            finally:
+                process.terminate()
 
 
 def test_the_token_of_the_click_gives_the_window_the_focus(compositor):
