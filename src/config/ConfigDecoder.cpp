@@ -29,6 +29,19 @@ struct Path {
     if (key == nullptr) return above + "[" + std::to_string(index) + "]";
     return above.empty() ? key : above + "." + key;
   }
+
+  std::vector<JsonStep> steps() const {
+    if (parent == nullptr) return {};
+    auto result = parent->steps();
+    result.push_back(key == nullptr ? JsonStep(index) : JsonStep(key));
+    return result;
+  }
+};
+
+/// A value that is none of a configuration.
+struct ValueError {
+  std::vector<JsonStep> place;
+  std::string problem;
 };
 
 const char* nameOfType(const json::value& value) {
@@ -50,7 +63,7 @@ const char* nameOfType(const json::value& value) {
 
 [[noreturn]] void fail(const Path& path, const std::string& what) {
   const auto place = path.text();
-  throw DecodingError((place.empty() ? "the document" : place) + ": " + what);
+  throw ValueError{path.steps(), (place.empty() ? "the document" : place) + ": " + what};
 }
 
 [[noreturn]] void failType(const Path& path, const char* expected, const json::value& found) {
@@ -122,17 +135,6 @@ void decode(const json::value& value, const Path& path, Record& record) {
   });
 }
 
-std::string position(std::string_view document, std::size_t offset) {
-  const auto before = document.substr(0, offset);
-  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-  const auto lineBegin = before.rfind('\n') + 1;  // npos + 1 is 0
-  // Bytes that continue a UTF-8 character do not count as columns.
-  const auto column =
-      1 + std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineBegin), before.end(),
-                        [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
-  return "line " + std::to_string(line) + ", column " + std::to_string(column);
-}
-
 std::string quoteByte(char found) {
   if (found >= 0x20 && found < 0x7F) return std::string("\"") + found + "\"";
   char text[16];
@@ -140,19 +142,14 @@ std::string quoteByte(char found) {
   return text;
 }
 
-std::string describeSyntaxError(std::string_view document, std::size_t offset,
-                                const boost::system::error_code& error) {
-  if (offset >= document.size()) {
-    return position(document, document.size()) + ": the document ends too early";
-  }
-  const auto place = position(document, offset);
+std::string describeSyntaxError(std::string_view rest, const boost::system::error_code& error) {
+  if (rest.empty()) return "the document ends too early";
   if (error == json::error::too_deep) {
-    return place + ": nested more than " + std::to_string(maximumNesting) + " levels deep";
+    return "nested more than " + std::to_string(maximumNesting) + " levels deep";
   }
-  if (error == json::error::extra_data) {
-    return place + ": expected the end of the document, found " + quoteByte(document[offset]);
-  }
-  return place + ": " + error.message() + " at " + quoteByte(document[offset]);
+  if (error == json::error::extra_data)
+    return "expected the end of the document, found " + quoteByte(rest[0]);
+  return error.message() + " at " + quoteByte(rest[0]);
 }
 
 std::string_view withoutByteOrderMark(std::string_view document) {
@@ -161,12 +158,17 @@ std::string_view withoutByteOrderMark(std::string_view document) {
   const auto beginning = document.substr(0, 4);
   if (beginning.starts_with("\xFF\xFE"sv) || beginning.starts_with("\xFE\xFF"sv) ||
       beginning.find('\0') != std::string_view::npos) {
-    throw DecodingError("line 1, column 1: the document is not UTF-8 text (it looks like UTF-16 or UTF-32)");
+    throw DecodingError({}, "the document is not UTF-8 text (it looks like UTF-16 or UTF-32)");
   }
   return document;
 }
 
 }  // namespace
+
+DecodingError::DecodingError(TextPosition position, const std::string& problem)
+    : std::runtime_error("line " + std::to_string(position.line) + ", column " +
+                         std::to_string(position.column) + ": " + problem),
+      place(position) {}
 
 AppConfigItem decodeConfig(std::string_view document) {
   document = withoutByteOrderMark(document);
@@ -177,19 +179,23 @@ AppConfigItem decodeConfig(std::string_view document) {
   json::parser parser({}, options);
   parser.reset(&memory);
   boost::system::error_code error;
-  const auto consumed = parser.write_some(document.data(), document.size(), error);
+  auto consumed = parser.write_some(document.data(), document.size(), error);
   if (!error && consumed < document.size()) {
-    const auto rest = document.find_first_not_of(" \t\r\n", consumed);
-    if (rest != std::string_view::npos) {
-      error = json::error::extra_data;
-      throw DecodingError(describeSyntaxError(document, rest, error));
-    }
+    consumed = std::min(document.find_first_not_of(" \t\r\n", consumed), document.size());
+    if (consumed < document.size()) error = json::error::extra_data;
   }
-  if (error) throw DecodingError(describeSyntaxError(document, consumed, error));
+  if (error) {
+    throw DecodingError(positionIn(document, consumed),
+                        describeSyntaxError(document.substr(consumed), error));
+  }
 
   const json::value root = parser.release();
   AppConfigItem config;
-  decode(root, Path{}, config);
+  try {
+    decode(root, Path{}, config);
+  } catch (const ValueError& fault) {
+    throw DecodingError(positionIn(document, offsetInJson(document, fault.place)), fault.problem);
+  }
   return config;
 }
 

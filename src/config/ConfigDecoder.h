@@ -1,17 +1,24 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 #include "config/AppConfigItem.h"
+#include "config/JsonIndex.h"
 
 namespace sprig {
 
-/// Why a document is not a configuration: one sentence that names the place, either "line 3, column 7: ..."
-/// or the path to the value, "templates[3].enabled: expected true or false, found a number".
+/// Why a document is not a configuration: one sentence that names the place, and the value if there is one,
+/// "line 41, column 16: templates[3].enabled: expected true or false, found a number".
 class DecodingError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  DecodingError(TextPosition position, const std::string& problem);
+
+  TextPosition position() const { return place; }
+
+ private:
+  TextPosition place;
 };
 
 /// Reads a configuration document: JSON in UTF-8 (a byte-order mark is skipped). All or nothing.

@@ -1,6 +1,7 @@
 #include "config/ConfigManager.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 
 #include "config/BuiltinTemplates.h"
@@ -14,10 +15,10 @@ using platform::FileURL;
 
 namespace {
 
-/// Throws `DecodingError` for a file that can't be read, too: to the user both mean the same.
+/// Throws for a file that can't be read as for one that can't be decoded: to the user both mean the same.
 AppConfigItem readConfig(const FileURL& url) {
   const auto document = platform::current().files.contentsOfFile(url);
-  if (!document) throw DecodingError(document.error().description);
+  if (!document) throw std::runtime_error(document.error().description);
   return decodeConfig(*document);
 }
 
@@ -68,7 +69,7 @@ void ConfigManager::loadConfigLocked(const FileURL& url) {
   }
   try {
     cachedConfig = std::make_shared<const AppConfigItem>(readConfig(url));
-  } catch (const DecodingError& error) {
+  } catch (const std::exception& error) {
     logSprig(std::string("Error decoding config.json: ") + error.what() + ". Using fallback.");
     cachedConfig = std::make_shared<const AppConfigItem>(defaultFallbackConfig());
     return;

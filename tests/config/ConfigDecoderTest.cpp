@@ -49,32 +49,35 @@ TEST(ConfigDecoder, KeepsAbsentApartFromEmpty) {
   EXPECT_EQ(templates[0].extensionName, ".x");
 }
 
-TEST(ConfigDecoder, NamesThePathAndTheTypeOfAWrongValue) {
+TEST(ConfigDecoder, NamesPlacePathAndTypeOfAWrongValue) {
   struct Row {
     std::string document;
     std::string error;
   };
   for (const auto& row : {
-           Row{"[]", "the document: expected an object, found a list"},
+           Row{"[]", "line 1, column 1: the document: expected an object, found a list"},
            Row{R"({"version":"1","settings":{},"templates":[]})",
-               "version: expected an integer, found a string"},
-           Row{R"({"version":1,"settings":null,"templates":[]})", "settings: expected an object, found null"},
+               "line 1, column 12: version: expected an integer, found a string"},
+           Row{R"({"version":1,"settings":null,"templates":[]})",
+               "line 1, column 25: settings: expected an object, found null"},
            Row{R"({"version":1,"settings":{},"templates":{}})",
-               "templates: expected a list, found an object"},
+               "line 1, column 40: templates: expected a list, found an object"},
            Row{documentWith(R"({"maxVisibleTemplates":"10"})", ""),
-               "settings.maxVisibleTemplates: expected an integer, found a string"},
+               "line 1, column 48: settings.maxVisibleTemplates: expected an integer, found a string"},
            Row{documentWith("{}", templateWith() + "," + templateWith(R"("enabled":1)")),
-               "templates[1].enabled: expected true or false, found a number"},
-           Row{documentWith("{}", R"({"id":"i","name":"n"})"), "templates[0].extension: missing"},
+               "line 1, column 394: templates[1].enabled: expected true or false, found a number"},
+           Row{documentWith("{}", R"({"id":"i","name":"n"})"),
+               "line 1, column 41: templates[0].extension: missing"},
            Row{documentWith("{}", templateWith(R"("name":null)")),
-               "templates[0].name: expected a string, found null"},
-           Row{documentWith("{}", "true"), "templates[0]: expected an object, found true"},
+               "line 1, column 219: templates[0].name: expected a string, found null"},
+           Row{documentWith("{}", "true"), "line 1, column 41: templates[0]: expected an object, found true"},
            Row{documentWith("{}", templateWith(R"("scope":{"projectTypes":["a",2]})")),
-               "templates[0].scope.projectTypes[1]: expected a string, found a number"},
+               "line 1, column 241: templates[0].scope.projectTypes[1]: expected a string, found a number"},
            // The first failure in the order of the fields wins, whatever the order in the document.
            Row{R"({"templates":[1],"settings":{"showInFinder":1},"version":1})",
-               "settings.showInFinder: expected true or false, found a number"},
-           Row{documentWith("{}", R"({"isBuiltin":1,"name":2})"), "templates[0].id: missing"},
+               "line 1, column 45: settings.showInFinder: expected true or false, found a number"},
+           Row{documentWith("{}", R"({"isBuiltin":1,"name":2})"),
+               "line 1, column 41: templates[0].id: missing"},
        }) {
     EXPECT_EQ(errorOf(row.document), row.error);
   }
@@ -88,7 +91,7 @@ TEST(ConfigDecoder, TakesOnlyWholeNumbersOf64Bits) {
   EXPECT_EQ(decodeConfig(versionIs("-0")).version, 0);
   for (const char* bad : {"9223372036854775808", "18446744073709551616", "-9223372036854775809", "1.0", "1e0",
                           "1e400", "0.5"}) {
-    EXPECT_TRUE(errorOf(versionIs(bad)).starts_with("version: expected an integer"))
+    EXPECT_TRUE(errorOf(versionIs(bad)).starts_with("line 1, column 12: version: expected an integer"))
         << errorOf(versionIs(bad));
   }
 }

@@ -168,7 +168,8 @@ def test_init_respects_what_is_there_in_another_form(home, place):
 
 
 @pytest.mark.parametrize("document, complaint", [
-    ('{"version": 1, "settings": {}, "templates": [7]}', "config.json: templates[0]: expected an object, found a number\n"),
+    ('{"version": 1, "settings": {}, "templates": [7]}', "config.json: line 1, column 46: templates[0]: "
+     "expected an object, found a number\n  …n\": 1, \"settings\": {}, \"templates\": [7]}\n" + " " * 40 + "^\n"),
     ('{\n\t"vérsion": x}', 'config.json: line 2, column 13: syntax error at "x"\n   "vérsion": x}\n              ^\n'),
     ('{"' + "a" * 500 + '" 1}', "…" + "a" * 35 + '" 1}\n' + " " * 40 + "^\n"),
     ("", "config.json: line 1, column 1: the document ends too early\n"),

@@ -91,7 +91,7 @@ ExitStatus ConfigCommand::checkFile(const std::string& shownName, const FileURL&
     const auto config = decodeConfig(*document);
     return printData(terminal.screen().text(shownName) + ": " + summary(config) + "\n", terminal.screen());
   } catch (const DecodingError& error) {
-    explain(shownName, error.what(), *document);
+    explain(shownName, error, *document);
     return ExitStatus::failed;
   }
 }
@@ -101,11 +101,11 @@ ExitStatus ConfigCommand::refuse(const std::string& reason) const {
   return ExitStatus::failed;
 }
 
-void ConfigCommand::explain(const std::string& shownName, const std::string& problem,
+void ConfigCommand::explain(const std::string& shownName, const DecodingError& problem,
                             std::string_view document) const {
   const auto& screen = terminal.screen();
-  const auto heading = screen.text(shownName) + ": " + screen.text(problem) + "\n";
-  static_cast<void>(screen.write(heading + excerptFor(problem, document, screen)));
+  const auto heading = screen.text(shownName) + ": " + screen.text(problem.what()) + "\n";
+  static_cast<void>(screen.write(heading + excerptAt(problem.position(), document, screen)));
 }
 
 }  // namespace sprig::terminal

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "config/ConfigDecoder.h"
 #include "platform/FileURL.h"
 #include "ports/terminal/CommandLine.h"
 #include "ports/terminal/ExitStatus.h"
@@ -24,7 +25,7 @@ class ConfigCommand {
   ExitStatus check() const;
   ExitStatus checkFile(const std::string& shownName, const platform::FileURL& file) const;
   ExitStatus refuse(const std::string& reason) const;
-  void explain(const std::string& shownName, const std::string& problem, std::string_view document) const;
+  void explain(const std::string& shownName, const DecodingError& problem, std::string_view document) const;
 
   TerminalPlatform& terminal;
   const ConfigRequest request;

@@ -1,7 +1,6 @@
 #include "ports/terminal/SourceExcerpt.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace sprig::terminal {
 
@@ -41,13 +40,9 @@ std::string withoutTabs(std::string_view line) {
 
 }  // namespace
 
-std::string excerptFor(std::string_view problem, std::string_view document, const Screen& screen) {
-  std::size_t number = 0;
-  std::size_t column = 0;
-  if (std::sscanf(std::string(problem).c_str(), "line %zu, column %zu:", &number, &column) != 2) return "";
-  if (column == 0) return "";
-  const auto line = withoutTabs(lineAt(document, number));
-  const auto position = bytesOf(line, column - 1);
+std::string excerptAt(TextPosition place, std::string_view document, const Screen& screen) {
+  const auto line = withoutTabs(lineAt(document, place.line));
+  const auto position = bytesOf(line, place.column - 1);
   // Documents may be one long line: half the width before the place is shown, and as much behind it.
   const auto half = (screen.columns() - indentation - 1) / 2;
   const auto before = fitted(screen.text(line.substr(0, position)), half, Cut::start, screen.charset());
