@@ -32,25 +32,36 @@ _sprig_offer_paths() {
 }
 
 _sprig() {
-  local cur=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
-  local common='-v --verbose -h --help' index operands=0
+  local words=("${COMP_WORDS[@]:0:COMP_CWORD+1}") common='-v --verbose -h --help' index operands=0
   COMPREPLY=()
-  for ((index = 2; index < COMP_CWORD; index++)); do
-    [[ ${COMP_WORDS[index]} == -* || ${COMP_WORDS[index - 1]} == --in ]] || ((operands++))
+  # Options may stand before a command.
+  while [[ ${#words[@]} -gt 2 && (${words[1]} == -v || ${words[1]} == --verbose) ]]; do
+    words=("${words[0]}" "${words[@]:2}")
   done
-  if [[ $COMP_CWORD -gt 1 && $command == new ]]; then
+  # What a "=" stands between comes as three words.
+  for index in "${!words[@]}"; do
+    if ((index > 1)) && [[ ${words[index]} == = ]]; then unset 'words[index]'; fi
+  done
+  words=("${words[@]}")
+  [[ ${COMP_WORDS[COMP_CWORD]} != = ]] || words+=("")
+  local last=$((${#words[@]} - 1)) command=${words[1]}
+  local cur=${words[last]} previous=${words[last - 1]}
+  for ((index = 2; index < last; index++)); do
+    [[ ${words[index]} == -* || ${words[index - 1]} == --in ]] || ((operands++))
+  done
+  if [[ $last -gt 1 && $command == new ]]; then
     if [[ $previous == --in ]]; then
       _sprig_offer_paths -d
     elif [[ $cur == -* ]]; then
       _sprig_offer_words "--in $common"
     elif ((operands == 0)); then
-      _sprig_offer_titles < <("${COMP_WORDS[0]}" list --titles 2>/dev/null)
+      _sprig_offer_titles < <("${words[0]}" list --titles 2>/dev/null)
     fi
-  elif [[ $COMP_CWORD -gt 1 && $command == list ]]; then
+  elif [[ $last -gt 1 && $command == list ]]; then
     if [[ $cur == -* ]]; then _sprig_offer_words "--json --titles $common"; else _sprig_offer_paths -d; fi
-  elif [[ $COMP_CWORD -gt 1 && $command == detect ]]; then
+  elif [[ $last -gt 1 && $command == detect ]]; then
     if [[ $cur == -* ]]; then _sprig_offer_words "$common"; else _sprig_offer_paths -d; fi
-  elif [[ $COMP_CWORD -gt 1 && $command == config ]]; then
+  elif [[ $last -gt 1 && $command == config ]]; then
     if [[ $cur == -* ]]; then
       _sprig_offer_words "$common"
     elif ((operands == 0)); then
@@ -63,7 +74,7 @@ _sprig() {
   else
     _sprig_offer_paths -f
     local word
-    ((COMP_CWORD == 1)) && for word in list new detect config; do
+    ((last == 1)) && for word in list new detect config; do
       [[ $word == "$cur"* ]] && COMPREPLY+=("$word")
     done
   fi

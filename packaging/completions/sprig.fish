@@ -1,23 +1,34 @@
 # Completion of sprig's command line for fish.
 
-function __sprig_command
+# The words before the cursor, the program's name and the options that may stand before a command left out.
+function __sprig_words
     set -l words (commandline -opc)
-    test (count $words) -ge 2; and test "$words[2]" = $argv[1]
+    set -e words[1]
+    while contains -- "$words[1]" -v --verbose
+        set -e words[1]
+    end
+    string join \n -- $words
+end
+
+function __sprig_command
+    set -l words (__sprig_words)
+    test "$words[1]" = $argv[1]
 end
 
 # Whether so many operands stand between the command and the cursor.
 function __sprig_operands
-    set -l words (commandline -opc)
-    set -l count 0
-    for index in (seq 3 (count $words))
-        string match -q -- '-*' $words[$index]; and continue
-        test "$words[(math $index - 1)]" = --in; and continue
-        set count (math $count + 1)
+    set -l count -1
+    set -l previous
+    for word in (__sprig_words)
+        if not string match -q -- '-*' $word; and test "$previous" != --in
+            set count (math $count + 1)
+        end
+        set previous $word
     end
     test $count -eq $argv[1]
 end
 
-set -l first 'test (count (commandline -opc)) -eq 1'
+set -l first 'test (count (__sprig_words)) -eq 0'
 
 complete -c sprig -n $first -a list -d 'Show what the menu holds'
 complete -c sprig -n $first -a new -d 'Create a file without questions'
