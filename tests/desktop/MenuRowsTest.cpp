@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "finder/ContextMenu.h"
-#include "ports/desktop/SymbolIcons.h"
+#include "ports/linux/SymbolIcons.h"
 
 namespace sprig::desktop {
 namespace {
@@ -90,9 +90,9 @@ TEST(SymbolIcons, AreOwnDrawingsOrNamesOfTheTheme) {
       {"doc.richtext", "x-office-document-symbolic"},
       {"x-office-2", "x-office-2"},
   };
-  for (const auto& [symbol, icon] : known) EXPECT_EQ(iconName(symbol), icon);
+  for (const auto& [symbol, icon] : known) EXPECT_EQ(ports::iconName(symbol), icon);
   for (const auto* unknown : {"doc.unknown", "", "Terminal", "../secret", "/etc/icon.png", "a b"}) {
-    EXPECT_EQ(iconName(unknown), std::nullopt) << unknown;
+    EXPECT_EQ(ports::iconName(unknown), std::nullopt) << unknown;
   }
 }
 

@@ -1,6 +1,6 @@
 #include "ports/desktop/DesktopSymbolImages.h"
 
-#include "ports/desktop/SymbolIcons.h"
+#include "ports/linux/SymbolIcons.h"
 
 namespace sprig::desktop {
 
@@ -8,7 +8,7 @@ using platform::Image;
 
 std::optional<Image> DesktopSymbolImages::systemSymbol(const std::string& symbolName,
                                                        const std::string& accessibilityDescription) const {
-  if (!iconName(symbolName)) return std::nullopt;
+  if (!ports::iconName(symbolName)) return std::nullopt;
   return Image{symbolName, accessibilityDescription};
 }
 

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <utility>
 
-#include "ports/desktop/SymbolIcons.h"
+#include "ports/linux/SymbolIcons.h"
 #include "text/Text.h"
 
 namespace sprig::desktop {
@@ -61,7 +61,7 @@ std::string iconOf(platform::AlertStyle style) {
 dialog::IconLook iconOf(const Alert& alert) {
   if (!alert.icon) return {{iconOf(alert.style)}, static_cast<int>(styleIconSize), ""};
   dialog::IconLook look;
-  if (auto name = iconName(alert.icon->symbolName)) look.names.push_back(*std::move(name));
+  if (auto name = ports::iconName(alert.icon->symbolName)) look.names.push_back(*std::move(name));
   look.names.emplace_back(plainIcon);
   const auto size = alert.icon->configuration ? alert.icon->configuration->pointSize : styleIconSize;
   look.size = static_cast<int>(size);

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "platform/Platform.h"
-#include "ports/desktop/SymbolIcons.h"
+#include "ports/linux/SymbolIcons.h"
 #include "wire/FileUri.h"
 #include "wire/Interface.h"
 #include "wire/InterfaceXml.h"
@@ -202,7 +202,7 @@ GVariant* ExtensionService::property(const std::string& name) const {
   if (name == "ServedFolders") return servedFolders();
   if (name == "ToolbarName") return g_variant_new_string(extension.toolbarItemName().c_str());
   if (name == "ToolbarToolTip") return g_variant_new_string(extension.toolbarItemToolTip().c_str());
-  return g_variant_new_string(iconName(extension.toolbarItemImage().symbolName).value_or("").c_str());
+  return g_variant_new_string(ports::iconName(extension.toolbarItemImage().symbolName).value_or("").c_str());
 }
 
 GVariant* ExtensionService::servedFolders() const {

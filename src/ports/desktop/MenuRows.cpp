@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "finder/ContextMenu.h"
-#include "ports/desktop/SymbolIcons.h"
+#include "ports/linux/SymbolIcons.h"
 #include "wire/Pointers.h"
 
 namespace sprig::desktop {
@@ -37,7 +37,7 @@ Row rowOf(const MenuItem& item, std::int32_t parent) {
   row.title = carried(item.title);
   row.isEnabled = item.isEnabled;
   if (item.image) {
-    row.icon = iconName(item.image->symbolName).value_or("");
+    row.icon = ports::iconName(item.image->symbolName).value_or("");
     row.description = carried(item.image->accessibilityDescription);
   }
   return row;

@@ -1,9 +1,9 @@
-#include "ports/desktop/SymbolIcons.h"
+#include "ports/linux/SymbolIcons.h"
 
 #include <algorithm>
 #include <array>
 
-namespace sprig::desktop {
+namespace sprig::ports {
 
 namespace {
 
@@ -53,19 +53,32 @@ bool canBeInTheme(char character) {
   return (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9') || character == '-';
 }
 
+bool isDrawn(std::string_view symbol) {
+  return std::find(drawnSymbols.begin(), drawnSymbols.end(), symbol) != drawnSymbols.end();
+}
+
+/// Empty for a symbol that is not in the table.
+std::string_view themeName(std::string_view symbol) {
+  const auto* row = std::find_if(themeNames.begin(), themeNames.end(),
+                                 [&](const ThemeName& candidate) { return candidate.symbol == symbol; });
+  return row == themeNames.end() ? std::string_view() : row->icon;
+}
+
 }  // namespace
+
+bool isKnownSymbol(std::string_view symbolName) {
+  return isDrawn(symbolName) || !themeName(symbolName).empty();
+}
 
 std::optional<std::string> iconName(std::string_view symbolName) {
   std::string name(symbolName);
-  if (std::find(drawnSymbols.begin(), drawnSymbols.end(), symbolName) != drawnSymbols.end()) {
+  if (isDrawn(symbolName)) {
     std::replace(name.begin(), name.end(), '.', '-');
     return "sprig-" + name + "-symbolic";
   }
-  const auto* row = std::find_if(themeNames.begin(), themeNames.end(),
-                                 [&](const ThemeName& candidate) { return candidate.symbol == symbolName; });
-  if (row != themeNames.end()) return std::string(row->icon);
+  if (const auto known = themeName(symbolName); !known.empty()) return std::string(known);
   if (name.empty() || !std::all_of(name.begin(), name.end(), canBeInTheme)) return std::nullopt;
   return name;
 }
 
-}  // namespace sprig::desktop
+}  // namespace sprig::ports

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace sprig::desktop {
+namespace sprig::ports {
 
 /// The name under which the icon theme has a symbol: one of our own drawings for the symbols that menus and
 /// built-in templates use, the theme's icon for other well-known ones; any other name that could be one of
@@ -13,4 +13,7 @@ namespace sprig::desktop {
 /// Threads: any. Does not look into the theme.
 std::optional<std::string> iconName(std::string_view symbolName);
 
-}  // namespace sprig::desktop
+/// Whether every icon theme has the symbol, or we do.
+bool isKnownSymbol(std::string_view symbolName);
+
+}  // namespace sprig::ports
