@@ -39,6 +39,11 @@ ConfigSnapshot ConfigManager::getConfig() const {
   return std::make_shared<const AppConfigItem>(defaultFallbackConfig());
 }
 
+std::optional<std::string> ConfigManager::problem() const {
+  const std::lock_guard guard(lock);
+  return loadProblem;
+}
+
 FileURL ConfigManager::configURL() {
   const auto& platform = platform::current();
   if (const auto container = platform.files.containerURL(applicationGroupIdentifier)) {
@@ -62,6 +67,7 @@ void ConfigManager::loadConfig() {
 }
 
 void ConfigManager::loadConfigLocked(const FileURL& url) {
+  loadProblem.reset();
   if (!platform::current().files.fileExists(url)) {
     logSprig("Config not found at " + url.path() + ", using defaultFallbackConfig");
     cachedConfig = std::make_shared<const AppConfigItem>(defaultFallbackConfig());
@@ -70,7 +76,8 @@ void ConfigManager::loadConfigLocked(const FileURL& url) {
   try {
     cachedConfig = std::make_shared<const AppConfigItem>(readConfig(url));
   } catch (const std::exception& error) {
-    logSprig(std::string("Error decoding config.json: ") + error.what() + ". Using fallback.");
+    loadProblem = error.what();
+    logSprig("Error decoding config.json: " + *loadProblem + ". Using fallback.");
     cachedConfig = std::make_shared<const AppConfigItem>(defaultFallbackConfig());
     return;
   }

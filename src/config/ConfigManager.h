@@ -3,6 +3,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 
 #include "config/AppConfigItem.h"
 #include "platform/FileChangeSource.h"
@@ -32,6 +33,9 @@ class ConfigManager : public std::enable_shared_from_this<ConfigManager> {
   ConfigSnapshot getConfig() const;
   ConfigSnapshot config() const { return getConfig(); }
 
+  /// Why the built-in templates are in force although there is a document; absent otherwise.
+  std::optional<std::string> problem() const;
+
   /// Loads the document again now.
   void reload() { loadConfig(); }
 
@@ -52,7 +56,8 @@ class ConfigManager : public std::enable_shared_from_this<ConfigManager> {
   void resumeFileSource(std::unique_ptr<platform::FileChangeSource> source);
 
   mutable std::mutex lock;
-  ConfigSnapshot cachedConfig;  // guarded by lock
+  ConfigSnapshot cachedConfig;             // guarded by lock
+  std::optional<std::string> loadProblem;  // guarded by lock
 
   // Written while the object is made, then only by the handler of the file's own source.
   std::unique_ptr<platform::FileChangeSource> fileWatcher;

@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import subprocess
 import time
 
@@ -56,12 +57,16 @@ def test_list_and_the_menu_say_that_menus_are_switched_off(home):
     (["Report", ""], "Report.txt", "Report in demo\n"),
     (["Asks"], "Asks.txt", "Asks in demo\n"),
     (["Off"], "Off.txt", "Off in demo\n"),
+    (["Lead"], "Lead.txt", "  Lead in demo\n"),
+    (["  Lead"], "Lead.txt", "  Lead in demo\n"),
+    (["twin"], "Second.txt", "Second in demo\n"),  # what the menu shows last
     (["Report", "two\nlines"], "two\nlines.txt", "Report in demo\n"),
 ])
 def test_new_creates_a_file_without_questions(home, arguments, made, content):
     (home.demo / "sub dir").mkdir()
     home.configure(template("Report"), template("-dash-"), template("list"), template("Asks", requiresInput=True),
-                   template("Off", enabled=False))
+                   template("Off", enabled=False), template("  Lead"), template("First", id="twin"),
+                   template("Second", id="twin"))
     result = home.run("new", *arguments)
     assert (result.returncode, result.stdout, result.stderr) == (0, f"{home.demo}/{made}\n", "")
     assert (home.demo / made).read_text() == content
@@ -76,10 +81,10 @@ def test_an_editor_gets_the_path_of_the_new_file(home):
 @pytest.mark.parametrize("arguments, complaint", [
     (["new", "Meetin Notes"], "no template is called “Meetin Notes”. Did you mean “Meeting Notes”?"),
     (["new", "python"], "Did you mean “Python Script”?"),
-    (["new", "Nothing like it at all"], 'at all”. "sprig list" shows them all.'),
+    (["new", "Nothing like it at all"], 'at all”. “sprig list” shows them all.'),
     (["new"], "which template?"),
     (["new", "a", "b", "c"], "don't know what to do with “c”"),
-    (["new", "a", "--in"], "--in"),
+    (["new", "a", "--in"], "--in needs a value"),
     (["new", "a", "--in", ""], "--in needs a folder"),
     (["nowhere"], "there is no file or folder “nowhere”"),
     (["-weird"], "unknown option “-weird”"),
@@ -87,6 +92,8 @@ def test_an_editor_gets_the_path_of_the_new_file(home):
     ([""], "an argument is empty"),
     (["file", "nowhere"], "there is no file or folder “nowhere”"),
     (["list", "file"], "“file” is not a folder"),
+    (["new", "Plain Text", "--in", "file"], "“file” is not a folder"),
+    (["new", "Plain Text", "--in", "nowhere"], "there is no file or folder “nowhere”"),
     (["list", "--json", "--titles"], "exclude each other"),
     (["detect", "nowhere"], "there is no file or folder"),
     (["config"], "config needs one of: path, init, check"),
@@ -112,7 +119,7 @@ def test_a_folder_without_permission_is_explained(home):
     assert f"{home.demo}/Untitled.txt" in result.stderr
 
 
-@pytest.mark.parametrize("arguments", [["--in", "nowhere"], ["a/b"], ["--in", "file"], ["x" * 300]])
+@pytest.mark.parametrize("arguments", [["a/b"], ["x" * 300]])
 def test_a_file_that_cannot_be_created_is_explained(home, arguments):
     (home.demo / "file").touch()
     result = home.run("new", "Plain Text", *arguments)
@@ -138,7 +145,7 @@ def test_detect_names_project_types_in_order(home):
 
 
 def test_init_writes_a_first_configuration_and_never_over_one(home):
-    assert "sprig config init" in home.run("config", "path").stderr
+    assert f"“sprig config init” writes a first file, {home.config}" in home.run("config", "path").stderr
     assert home.run("config", "check").stdout.endswith("built-in templates are used: 11 templates\n")
     before = home.run("list", "--json").stdout
     first = home.run("config", "init")
@@ -181,6 +188,29 @@ def test_check_says_what_is_wrong_and_where(home, document, complaint):
     result = home.run("config", "check", LANG="C.UTF-8")
     assert (result.returncode, result.stdout) == (3, "")
     assert complaint in result.stderr
+
+
+def test_what_reads_a_broken_configuration_says_so(home):
+    home.config.parent.mkdir(parents=True)
+    home.config.write_text("{")
+    for command in (["list"], ["new", "Plain Text"], []):
+        result = home.run(*command)
+        assert "can't be used (line 1, column 2: the document ends too early), so" in result.stderr.replace("\n", " ")
+        assert result.returncode == (0 if command else 1)
+
+
+def test_check_warns_of_what_works_but_hardly_as_meant(home):
+    templates = [template("A", icon="doc", category="notes"),
+                 template("a", id="a", icon="hammer", category="recipes", contentBase64="e"),
+                 template("B", id="a", icon="doc", category="Code & Development", contentBase64="eA==")]
+    document = json.dumps({"version": 1, "settings": {}, "templates": templates}, indent=1)
+    result = home.run("config", "check", "-", stdin=document)
+    assert (result.returncode, result.stdout) == (0, "standard input: 3 templates\n")
+    warned = re.findall(r"input: line (\d+), column \d+: warning: ([^:]+): ", result.stderr)
+    lines = document.splitlines()
+    assert [(place, lines[int(line) - 1].split('"')[1]) for line, place in warned] == [
+        (f"templates[{index}].{key}", key) for index, key in
+        ((1, "id"), (1, "icon"), (1, "category"), (1, "contentBase64"), (2, "id"))]
 
 
 def test_check_counts_templates(home):

@@ -77,9 +77,9 @@ def test_the_suggested_name_can_be_edited(home, keys, name):
     assert os.listdir(home.demo) == [name]
 
 
-@pytest.mark.parametrize("key", ["\x03", "\x04"])
+@pytest.mark.parametrize("key", ["\x03", "\x04", "\x1b"])
 @pytest.mark.parametrize("where", ["menu", "prompt"])
-def test_control_c_and_control_d_cancel_and_leave_the_terminal_in_order(home, key, where):
+def test_control_c_control_d_and_escape_cancel_and_leave_the_terminal_in_order(home, key, where):
     session = home.sprig().at_menu()
     if where == "prompt":
         session.types("plain\r").sees("> Untitled.txt")

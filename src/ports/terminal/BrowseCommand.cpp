@@ -3,6 +3,7 @@
 #include "app/FinderSync.h"
 #include "finder/ContextMenu.h"
 #include "finder/TargetFolder.h"
+#include "ports/terminal/BrokenConfig.h"
 #include "ports/terminal/FolderArgument.h"
 #include "ports/terminal/MenuBrowser.h"
 #include "ports/terminal/UserPath.h"
@@ -61,13 +62,14 @@ std::string BrowseCommand::heading() const {
 
 ExitStatus BrowseCommand::pickAndCreate() {
   FinderSync finderSync;
+  warnOfBrokenConfig(terminal.screen());
   MenuBrowser browser(finderSync, kind, heading(), terminal.lines(), terminal.screen());
   for (;;) {
     switch (browser.pick()) {
       case MenuBrowser::End::cancelled:
         return ExitStatus::cancelled;
       case MenuBrowser::End::noMenu:
-        terminal.screen().complain("the menu is switched off in the settings (\"showInFinder\")");
+        terminal.screen().complain("the menu is switched off in the settings (“showInFinder”)");
         return ExitStatus::failed;
       case MenuBrowser::End::picked:
         break;

@@ -16,6 +16,9 @@ void CommandArguments::parse(std::vector<std::string> arguments) {
   std::reverse(arguments.begin(), arguments.end());  // as the parser wants a list
   try {
     parser.parse(std::move(arguments));
+  } catch (const CLI::ArgumentMismatch& error) {
+    const std::string_view message = error.what();
+    throw UsageError(std::string(message.substr(0, message.find(':'))) + " needs a value");
   } catch (const CLI::ParseError& error) {
     throw UsageError(error.what());
   }

@@ -1,11 +1,14 @@
 #include "ports/terminal/ConfigCommand.h"
 
 #include <algorithm>
+#include <iostream>
+#include <iterator>
 
 #include "config/BuiltinTemplates.h"
 #include "config/ConfigDecoder.h"
 #include "config/ConfigEncoder.h"
 #include "config/ConfigManager.h"
+#include "ports/terminal/ConfigWarnings.h"
 #include "ports/terminal/DataOutput.h"
 #include "ports/terminal/NewFile.h"
 #include "ports/terminal/SourceExcerpt.h"
@@ -27,6 +30,8 @@ std::string summary(const AppConfigItem& config) {
   return result;
 }
 
+std::string readAll(std::istream& stream) { return {std::istreambuf_iterator<char>(stream), {}}; }
+
 }  // namespace
 
 ExitStatus ConfigCommand::run() {
@@ -44,9 +49,12 @@ ExitStatus ConfigCommand::run() {
 ExitStatus ConfigCommand::path() const {
   const auto file = ConfigManager::configURL();
   if (!platform::current().files.fileExists(file)) {
+    const auto folder = platform::current().files.containerURL(applicationGroupIdentifier);
+    const auto first = folder ? ", " + folder->appendingPath(shortConfigName).path() : "";
     terminal.screen().complain(
         "there is no file at that place yet, so the built-in templates are used; "
-        "\"sprig config init\" writes a first file");
+        "“sprig config init” writes a first file" +
+        first);
   }
   return printData(file.path() + "\n", terminal.screen());
 }
@@ -73,6 +81,7 @@ ExitStatus ConfigCommand::init() const {
 }
 
 ExitStatus ConfigCommand::check() const {
+  if (request.file == "-") return checkDocument("standard input", readAll(std::cin));
   if (request.file) {
     const auto file = absoluteLocation(*request.file);
     return file ? checkFile(*request.file, *file) : refuse("the current folder is gone");
@@ -86,12 +95,16 @@ ExitStatus ConfigCommand::check() const {
 
 ExitStatus ConfigCommand::checkFile(const std::string& shownName, const FileURL& file) const {
   const auto document = platform::current().files.contentsOfFile(file);
-  if (!document) return refuse(document.error().description);
+  return document ? checkDocument(shownName, *document) : refuse(document.error().description);
+}
+
+ExitStatus ConfigCommand::checkDocument(const std::string& shownName, const std::string& document) const {
   try {
-    const auto config = decodeConfig(*document);
+    const auto config = decodeConfig(document);
+    warn(shownName, config, document);
     return printData(terminal.screen().text(shownName) + ": " + summary(config) + "\n", terminal.screen());
   } catch (const DecodingError& error) {
-    explain(shownName, error, *document);
+    explain(shownName, error, document);
     return ExitStatus::failed;
   }
 }
@@ -99,6 +112,19 @@ ExitStatus ConfigCommand::checkFile(const std::string& shownName, const FileURL&
 ExitStatus ConfigCommand::refuse(const std::string& reason) const {
   terminal.screen().complain(reason);
   return ExitStatus::failed;
+}
+
+void ConfigCommand::warn(const std::string& shownName, const AppConfigItem& config,
+                         std::string_view document) const {
+  const auto& screen = terminal.screen();
+  std::string output;
+  for (const auto& warning : warningsOf(config)) {
+    const auto [line, column] = positionIn(document, offsetInJson(document, warning.place));
+    output += screen.paragraphs(shownName + ": line " + std::to_string(line) + ", column " +
+                                    std::to_string(column) + ": warning: " + warning.text,
+                                0);
+  }
+  static_cast<void>(screen.write(output));
 }
 
 void ConfigCommand::explain(const std::string& shownName, const DecodingError& problem,

@@ -24,7 +24,9 @@ class ConfigCommand {
   ExitStatus init() const;
   ExitStatus check() const;
   ExitStatus checkFile(const std::string& shownName, const platform::FileURL& file) const;
+  ExitStatus checkDocument(const std::string& shownName, const std::string& document) const;
   ExitStatus refuse(const std::string& reason) const;
+  void warn(const std::string& shownName, const AppConfigItem& config, std::string_view document) const;
   void explain(const std::string& shownName, const DecodingError& problem, std::string_view document) const;
 
   TerminalPlatform& terminal;

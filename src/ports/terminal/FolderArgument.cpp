@@ -27,7 +27,7 @@ Located existingFolder(const std::optional<std::string>& argument, const Screen&
 
 Located existingItem(const std::string& argument, const Screen& errors) {
   if (kindOf(argument) == PathKind::missing) {
-    errors.complain("there is no file or folder “" + argument + "” (\"sprig --help\" shows the usage)");
+    errors.complain("there is no file or folder “" + argument + "” (“sprig --help” shows the usage)");
     return tl::unexpected(ExitStatus::wrongUse);
   }
   return located(absoluteLocation(argument), errors);

@@ -87,8 +87,9 @@ inline constexpr const char* configHelp = R"help(Usage: sprig config path
   path   prints where the configuration file in force is looked for
   init   writes the built-in templates and settings as a first file to edit,
          never over an existing one, and prints its path
-  check  reads FILE (default: the file in force) and says how many templates
-         it has, or what is wrong with it and where (status 3)
+  check  reads FILE (default: the file in force; "-" is standard input) and says
+         how many templates it has, or what is wrong with it and where
+         (status 3); warns of what hardly does what it was meant to
 
 Options:
   -v, --verbose  show log lines on standard error as well

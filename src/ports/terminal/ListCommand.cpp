@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "app/FinderSync.h"
+#include "ports/terminal/BrokenConfig.h"
 #include "ports/terminal/DataOutput.h"
 #include "ports/terminal/FolderArgument.h"
 #include "ports/terminal/MenuListing.h"
@@ -15,10 +16,11 @@ ExitStatus ListCommand::run() {
   if (!folder) return folder.error();
   terminal.controller().concernFolder(*folder);
   FinderSync finderSync;
+  warnOfBrokenConfig(terminal.screen());
   const auto menu = finderSync.menu(platform::FIMenuKind::contextualMenuForContainer);
   terminal.settle();
   if (!menu) {
-    terminal.screen().complain("the menu is switched off in the settings (\"showInFinder\")");
+    terminal.screen().complain("the menu is switched off in the settings (“showInFinder”)");
     return printData(listing(*folder, {}), terminal.screen());
   }
   return printData(listing(*folder, entriesOf(*menu)), terminal.screen());

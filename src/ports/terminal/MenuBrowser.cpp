@@ -69,7 +69,7 @@ void MenuBrowser::show(const MenuRows& rows) const {
   if (!path.empty()) {
     shown += output.styled(rightAligned("0", numberColumns), Style::bold) + gap + "Back\n";
   }
-  shown += "\n" + output.styled(output.fittedText(hint, width), Style::dim) + "\n";
+  shown += "\n" + output.styled(output.paragraphs(hint, 0), Style::dim);
   static_cast<void>(output.write(shown));
 }
 

@@ -1,35 +1,65 @@
 #include "ports/terminal/NewCommand.h"
 
 #include "config/ConfigManager.h"
+#include "finder/ContextMenu.h"
 #include "finder/TemplateAction.h"
+#include "finder/TemplateCategories.h"
+#include "ports/terminal/BrokenConfig.h"
+#include "ports/terminal/FolderArgument.h"
 #include "ports/terminal/NearestNames.h"
-#include "ports/terminal/UserPath.h"
+#include "text/Text.h"
 
 namespace sprig::terminal {
 
+namespace {
+
+/// Entries of a menu that nobody sees.
+class NoTarget final : public platform::MenuTarget {
+ public:
+  void performAction(platform::Selector /*action*/, const platform::MenuItem& /*sender*/) override {}
+};
+
+/// What the folder's menu leaves for a pick: of templates with one id or name, that means the same one.
+MenuState stateOfMenu() {
+  MenuState state;
+  NoTarget target;
+  const std::vector<std::string> order(standardCategoryOrder.begin(), standardCategoryOrder.end());
+  static_cast<void>(ContextMenu(state, order, target).menu(platform::FIMenuKind::contextualMenuForContainer));
+  return state;
+}
+
+}  // namespace
+
 ExitStatus NewCommand::run() {
-  auto item = platform::MenuItem::titled(request.templateName);
-  item.identifier = request.templateName;
-  const MenuState noMenuYet;
-  if (!findTemplate(item, noMenuYet, ConfigManager::shared().getConfig())) {
+  const auto folder = existingFolder(request.folder, terminal.screen());
+  if (!folder) return folder.error();
+  terminal.controller().concernFolder(*folder);
+  const auto state = stateOfMenu();
+  warnOfBrokenConfig(terminal.screen());
+  const auto item = picked(state);
+  if (!item) {
     complainAboutTemplate();
     return ExitStatus::wrongUse;
   }
-  if (!concernFolder()) return ExitStatus::failed;
   terminal.application().setQuestions(Questions::confirm);
-  static_cast<void>(performTemplateAction(item, noMenuYet, request.name));
+  static_cast<void>(performTemplateAction(*item, state, request.name));
   return terminal.outcomeOfPick();
 }
 
-/// The folder need not exist: a failure to create a file in it explains itself.
-bool NewCommand::concernFolder() {
-  const auto folder = request.folder ? absoluteLocation(*request.folder) : currentFolder();
-  if (!folder) {
-    terminal.screen().complain("the current folder is gone");
-    return false;
+/// An entry as if it had been picked; nothing when no template is called so. Spaces around a name don't
+/// matter.
+std::optional<platform::MenuItem> NewCommand::picked(const MenuState& state) const {
+  const auto config = ConfigManager::shared().getConfig();
+  auto item = platform::MenuItem::titled(request.templateName);
+  item.identifier = request.templateName;
+  if (findTemplate(item, state, config)) return item;
+  const auto wanted = text::trimHorizontalWhitespace(request.templateName);
+  for (const auto& candidate : config->templates) {
+    if (!text::isEqual(text::trimHorizontalWhitespace(candidate.name), wanted)) continue;
+    item.identifier = candidate.id;
+    return item;
   }
-  terminal.controller().concernFolder(*folder);
-  return true;
+  return std::nullopt;
 }
 
 void NewCommand::complainAboutTemplate() const {
@@ -42,7 +72,7 @@ void NewCommand::complainAboutTemplate() const {
     separator = " or ";
   }
   if (separator == " or ") message += "?";
-  terminal.screen().complain(message + " \"sprig list\" shows them all.");
+  terminal.screen().complain(message + " “sprig list” shows them all.");
 }
 
 }  // namespace sprig::terminal

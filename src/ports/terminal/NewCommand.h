@@ -1,5 +1,9 @@
 #pragma once
 
+#include <optional>
+
+#include "finder/MenuState.h"
+#include "platform/Menu.h"
 #include "ports/terminal/CommandLine.h"
 #include "ports/terminal/ExitStatus.h"
 #include "ports/terminal/TerminalPlatform.h"
@@ -14,7 +18,7 @@ class NewCommand {
   ExitStatus run();
 
  private:
-  bool concernFolder();
+  std::optional<platform::MenuItem> picked(const MenuState& state) const;
   void complainAboutTemplate() const;
 
   TerminalPlatform& terminal;

@@ -1,6 +1,8 @@
 #include "ports/terminal/ReadlineReader.h"
 
+#include <poll.h>
 #include <readline/readline.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -8,6 +10,19 @@
 #include <memory>
 
 namespace sprig::terminal {
+
+namespace {
+
+constexpr int controlD = 4;
+
+/// Whether there is input, or comes within the time that a terminal takes for the bytes of one key.
+bool moreFollows() {
+  constexpr int milliseconds = 100;
+  pollfd input{STDIN_FILENO, POLLIN, 0};
+  return ::poll(&input, 1, milliseconds) == 1;
+}
+
+}  // namespace
 
 // Readline knows no context of its callers.
 // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
@@ -28,7 +43,6 @@ ReadlineReader::ReadlineReader(ports::LinuxMainQueue& queue, const Screen& scree
     rl_variable_bind("convert-meta", "off");
     rl_variable_bind("input-meta", "on");
   }
-  constexpr int controlD = 4;
   constexpr int tabulator = '\t';
   for (auto* const keymap : {emacs_standard_keymap, vi_insertion_keymap, vi_movement_keymap}) {
     rl_bind_key_in_map(controlD, cancel, keymap);
@@ -108,11 +122,16 @@ void ReadlineReader::takeLine(char* line) {
   current->line = owned.get();
 }
 
-/// Readline takes the end of input for Return when the line holds something.
+/// Readline takes the end of input for Return when the line holds something, and Escape for the beginning of
+/// what other keys send. Alone, it is a cancellation, but for people who edit as in vi, where it changes the
+/// mode.
 int ReadlineReader::readByte(FILE* stream) {
+  constexpr int escape = 0x1B;
+  constexpr int emacsMode = 1;
   const int byte = rl_getc(stream);
   if (byte == EOF && current != nullptr) current->isCancelled = true;
-  return byte;
+  const bool isAlone = byte == escape && rl_editing_mode == emacsMode && !moreFollows();
+  return isAlone ? controlD : byte;
 }
 
 int ReadlineReader::cancel(int, int) {

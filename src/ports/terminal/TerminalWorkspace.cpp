@@ -17,7 +17,13 @@ std::string whereSettingsAre() {
            "\nChange them with any editor; the next menu follows.";
   }
   return "You have no configuration file yet, so the built-in templates are offered.\n"
-         "\"sprig config init\" writes them to a file for you to edit.";
+         "“sprig config init” writes them to a file for you to edit.";
+}
+
+/// A terminal would obey the control characters of a name; a program gets the very bytes.
+std::string printable(const std::string& path) {
+  const Screen standardOutput(STDOUT_FILENO);
+  return standardOutput.isTerminal() ? standardOutput.text(path) : path;
 }
 
 }  // namespace
@@ -25,7 +31,7 @@ std::string whereSettingsAre() {
 void TerminalWorkspace::activateFileViewerSelecting(const std::vector<platform::FileURL>& files) {
   for (const auto& file : files) {
     revealed = true;
-    if (writeFully(STDOUT_FILENO, file.path() + "\n")) continue;
+    if (writeFully(STDOUT_FILENO, printable(file.path()) + "\n")) continue;
     failedToPrint = true;
     output.complain("created " + file.path() + ", but can't print that: " + lastErrorText());
   }

@@ -40,7 +40,7 @@ ExitStatus run(std::vector<std::string> arguments) {
   try {
     const auto commandLine = parseCommandLine(std::move(arguments));
     if (!commandLine) {
-      errors.complain(commandLine.error() + "; see \"sprig --help\"");
+      errors.complain(commandLine.error() + "; see “sprig --help”");
       return ExitStatus::wrongUse;
     }
     return std::visit(Runner(commandLine->logging), commandLine->request);

@@ -1,0 +1,75 @@
+#include "ports/terminal/ConfigWarnings.h"
+
+#include <algorithm>
+#include <map>
+
+#include "create/Base64.h"
+#include "finder/TemplateCategories.h"
+#include "ports/linux/SymbolIcons.h"
+#include "text/Text.h"
+
+namespace sprig::terminal {
+
+namespace {
+
+class Inspection {
+ public:
+  explicit Inspection(const AppConfigItem& configuration) : config(configuration) {
+    for (std::size_t index = 0; index < config.templates.size(); ++index) {
+      firstWithId.emplace(text::canonicalForm(config.templates[index].id), index);
+    }
+  }
+
+  std::vector<ConfigWarning> run() && {
+    for (std::size_t index = 0; index < config.templates.size(); ++index) inspect(index);
+    return std::move(warnings);
+  }
+
+ private:
+  void inspect(std::size_t index) {
+    const auto& item = config.templates[index];
+    const auto firstWithThis = firstWithId.find(text::canonicalForm(item.id))->second;
+    if (firstWithThis != index) {
+      warn(index, "id",
+           "“" + item.id + "” is the id of templates[" + std::to_string(firstWithThis) +
+               "], too; a pick of either creates the one that the menu shows last");
+    }
+    const auto named = firstWithId.find(text::canonicalForm(item.name));
+    if (named != firstWithId.end() && !text::isEqual(item.name, item.id)) {
+      warn(index, "name",
+           "“" + item.name + "” is the id of templates[" + std::to_string(named->second) +
+               "]; a pick of one may create the other");
+    }
+    if (!ports::isKnownSymbol(item.icon)) {
+      warn(index, "icon",
+           "“" + item.icon +
+               "” is none of Sprig's symbols; where the icon theme has no icon of that "
+               "name, menus show a document");
+    }
+    const auto section = categoryDisplayName(item.category);
+    if (std::find(standardCategoryOrder.begin(), standardCategoryOrder.end(), section) ==
+        standardCategoryOrder.end()) {
+      warn(index, "category",
+           "“" + item.category + "” is none of Sprig's categories; its templates have a section “" + section +
+               "” of their own");
+    }
+    if (item.contentBase64 && !item.contentBase64->empty() && !decodeBase64(*item.contentBase64)) {
+      warn(index, "contentBase64", "this is not Base64; the file gets the text of “content”");
+    }
+  }
+
+  void warn(std::size_t index, const char* key, const std::string& problem) {
+    warnings.push_back(
+        {{"templates", index, key}, "templates[" + std::to_string(index) + "]." + key + ": " + problem});
+  }
+
+  const AppConfigItem& config;
+  std::map<std::string, std::size_t> firstWithId;
+  std::vector<ConfigWarning> warnings;
+};
+
+}  // namespace
+
+std::vector<ConfigWarning> warningsOf(const AppConfigItem& config) { return Inspection(config).run(); }
+
+}  // namespace sprig::terminal
