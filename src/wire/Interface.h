@@ -10,6 +10,10 @@ inline constexpr const char* busName = "com.kestrel.Sprig.Extension";
 inline constexpr const char* objectPath = "/com/kestrel/Sprig/Extension";
 inline constexpr const char* interfaceName = "com.kestrel.Sprig.Extension1";
 
+/// The object that a file manager's module exports; com.kestrel.Sprig.FileManager1.xml says what it does.
+inline constexpr const char* fileManagerPath = "/com/kestrel/Sprig/FileManager";
+inline constexpr const char* fileManagerInterface = "com.kestrel.Sprig.FileManager1";
+
 /// What a menu is for.
 enum class Kind : std::uint32_t { items = 0, background = 1, sidebar = 2, toolbar = 3 };
 
