@@ -10,6 +10,7 @@ extern "C" {
 #include "filemanagers/client/MenuItems.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/GtkMenus.h"
+#include "filemanagers/gtk3/ViewSelection.h"
 
 namespace sprig::filemanagers {
 
@@ -99,7 +100,8 @@ GType providerType() {
   return registerProviderType({"SprigCajaProvider",
                                {wire::Kind::items, wire::Kind::background, wire::Kind::toolbar},
                                {{CAJA_TYPE_MENU_PROVIDER, fillMenuProvider}},
-                               askAgain});
+                               askAgain,
+                               selectionInViews({CAJA_TYPE_FILE_INFO, CajaMenus::uriOf})});
 }
 
 }  // namespace

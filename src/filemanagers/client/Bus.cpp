@@ -94,6 +94,7 @@ void Bus::connected(GObject* /*source*/, GAsyncResult* result, void* data) {
 
 void Bus::use(GDBusConnection* newConnection) {
   connection = another(newConnection);
+  if (news.connected) news.connected(*newConnection);
   listen();
   for (auto& question : std::exchange(waiting, {})) send(std::move(question));
 }

@@ -28,6 +28,8 @@ class Bus {
     std::function<void()> vanished;
     /// Menus of earlier revisions are out of date.
     std::function<void(std::uint64_t revision)> menuChanged;
+    /// The file manager is on the bus. May be empty.
+    std::function<void(GDBusConnection& connection)> connected = nullptr;
   };
   /// Exactly one of both is not null. Neither is the receiver's.
   using Answer = std::function<void(GVariant* reply, const GError* error)>;

@@ -73,7 +73,11 @@ ExtensionClient::ExtensionClient(Settings chosen)
                                 [this] {
                                   for (auto& [kind, slot] : menus) slot.content.reset();
                                 },
-                                [this](std::uint64_t revision) { menuChanged(revision); }}) {
+                                [this](std::uint64_t revision) { menuChanged(revision); },
+                                [this](GDBusConnection& connection) {
+                                  if (settings.newSelection)
+                                    service.emplace(connection, settings.newSelection);
+                                }}) {
   for (const auto kind : settings.kinds) menus[kind] = {};
   fetchProperties();
   fetchMissingMenus();

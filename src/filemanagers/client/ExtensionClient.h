@@ -11,6 +11,7 @@
 
 #include "filemanagers/client/Bus.h"
 #include "filemanagers/client/ClickOrigin.h"
+#include "filemanagers/client/FileManagerService.h"
 #include "filemanagers/client/MenuEntry.h"
 #include "filemanagers/client/ServedFolders.h"
 #include "wire/Interface.h"
@@ -49,6 +50,8 @@ class ExtensionClient {
     std::vector<wire::Kind> kinds;
     /// Menus that were asked for before are there now, or have changed. May be empty.
     std::function<void()> menusUpdated = nullptr;
+    /// How the file manager selects a new file; empty where another way of showing it does as well.
+    NewFileSelection newSelection = nullptr;
     /// Null for the file manager's own one.
     GDBusConnection* connection = nullptr;
     /// How long the file manager may be kept waiting.
@@ -144,6 +147,7 @@ class ExtensionClient {
   bool wasAsked = false;
   /// Something has come that `menusUpdated` has not told yet.
   bool hasNews = false;
+  std::optional<FileManagerService> service;
   /// Last, so that nothing comes from it when the rest has gone.
   Bus bus;
 };

@@ -34,6 +34,7 @@ void initialize(GTypeInstance* instance, void* /*objectClass*/) {
         g_type_get_qdata(G_TYPE_FROM_INSTANCE(instance), providerTypeKey()));
     ExtensionClient::Settings settings;
     settings.kinds = type.kinds;
+    settings.newSelection = type.newSelection;
     if (type.menusUpdated) settings.menusUpdated = [provider, tell = type.menusUpdated] { tell(provider); };
     provider->client = new std::shared_ptr(std::make_shared<ExtensionClient>(std::move(settings)));
   });

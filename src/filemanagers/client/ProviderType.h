@@ -23,6 +23,8 @@ struct ProviderType {
   std::vector<Interface> interfaces;
   /// Makes the file manager ask a provider again; null where it can't.
   void (*menusUpdated)(void* provider);
+  /// How the file manager selects a new file; empty where another way of showing it does as well.
+  NewFileSelection newSelection = nullptr;
 };
 
 /// Registers the type for as long as the process lives, once. Its module has to stay loaded as long (linker

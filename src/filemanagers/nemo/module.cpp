@@ -10,6 +10,7 @@ extern "C" {
 #include "filemanagers/client/LocationUri.h"
 #include "filemanagers/client/MenuItems.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
+#include "filemanagers/gtk3/ViewSelection.h"
 
 namespace sprig::filemanagers {
 
@@ -79,7 +80,8 @@ GType providerType() {
       {"SprigNemoProvider",
        {wire::Kind::items, wire::Kind::background},
        {{NEMO_TYPE_MENU_PROVIDER, fillMenuProvider}, {NEMO_TYPE_NAME_AND_DESC_PROVIDER, fillNameProvider}},
-       askAgain});
+       askAgain,
+       selectionInViews({NEMO_TYPE_FILE_INFO, NemoMenus::uriOf})});
 }
 
 }  // namespace

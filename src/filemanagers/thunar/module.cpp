@@ -7,6 +7,7 @@
 #include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/ProviderType.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
+#include "filemanagers/gtk3/ViewSelection.h"
 #include "filemanagers/thunar/ThunarItems.h"
 
 namespace sprig::filemanagers {
@@ -87,7 +88,8 @@ GType providerType() {
   return registerProviderType({"SprigThunarProvider",
                                {wire::Kind::items, wire::Kind::background, wire::Kind::sidebar},
                                {{THUNARX_TYPE_MENU_PROVIDER, fillMenuProvider}},
-                               nullptr});
+                               nullptr,
+                               selectionInViews({THUNARX_TYPE_FILE_INFO, ThunarMenu::uriOf})});
 }
 
 }  // namespace

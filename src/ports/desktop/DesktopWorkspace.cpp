@@ -6,6 +6,7 @@
 
 #include "platform/Platform.h"
 #include "wire/FileUri.h"
+#include "wire/Interface.h"
 
 namespace sprig::desktop {
 
@@ -18,6 +19,8 @@ constexpr const char* sessionFileManager = "org.freedesktop.FileManager1";
 /// After that a file manager has noticed a file that is new in a folder that it shows. Caja, asked sooner,
 /// opens a window without selecting the file.
 constexpr guint millisecondsToNotice = 200;
+/// A file manager that has not answered until then won't.
+constexpr int millisecondsToSelect = 3000;
 
 ObjectPointer<GAppLaunchContext> launchContext(const std::string& activationToken) {
   ObjectPointer<GAppLaunchContext> context(g_app_launch_context_new());
@@ -44,6 +47,7 @@ class Reveal {
       : bus(static_cast<GDBusConnection*>(g_object_ref(connection))),
         sender(click.sender),
         activationToken(click.activationToken),
+        parentWindow(click.parentWindow),
         milliseconds(limit) {
     for (const auto& file : files) {
       if (auto uri = wire::uriFromPath(file.path())) fileUris.push_back(std::move(*uri));
@@ -54,18 +58,37 @@ class Reveal {
 
   static void start(Pointer reveal) {
     if (reveal->fileUris.empty()) return;
-    g_timeout_add(millisecondsToNotice, begin, reveal.release());
+    if (reveal->sender.empty()) {
+      askSession(std::move(reveal));
+    } else {
+      select(std::move(reveal));
+    }
   }
 
  private:
-  static gboolean begin(void* self) noexcept {
+  /// In the window of the click, by our module there.
+  static void select(Pointer reveal) {
+    auto* parameters = g_variant_new("(ss)", reveal->fileUris.front().c_str(), reveal->parentWindow.c_str());
+    const auto sender = reveal->sender;
+    auto* connection = reveal->bus.get();
+    g_dbus_connection_call(connection, sender.c_str(), wire::fileManagerPath, wire::fileManagerInterface,
+                           "Select", parameters, G_VARIANT_TYPE("(b)"), G_DBUS_CALL_FLAGS_NONE,
+                           millisecondsToSelect, nullptr, selectionAnswered, reveal.release());
+  }
+
+  static void selectionAnswered(GObject* connection, GAsyncResult* result, void* self) noexcept {
+    Pointer reveal(static_cast<Reveal*>(self));
+    const wire::VariantPointer answer(
+        g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(connection), result, nullptr));
+    gboolean isSelected = FALSE;
+    if (answer) g_variant_get(answer.get(), "(b)", &isSelected);
+    if (isSelected == FALSE) g_timeout_add(millisecondsToNotice, askSender, reveal.release());
+  }
+
+  static gboolean askSender(void* self) noexcept {
     Pointer reveal(static_cast<Reveal*>(self));
     const auto sender = reveal->sender;
-    if (sender.empty()) {
-      askSession(std::move(reveal));
-    } else {
-      showItems(std::move(reveal), sender.c_str(), senderAnswered);
-    }
+    showItems(std::move(reveal), sender.c_str(), senderAnswered);
     return G_SOURCE_REMOVE;
   }
 
@@ -131,6 +154,7 @@ class Reveal {
   const ObjectPointer<GDBusConnection> bus;
   const std::string sender;
   const std::string activationToken;
+  const std::string parentWindow;
   const int milliseconds;
   std::vector<std::string> fileUris;
   std::string folderUri;
