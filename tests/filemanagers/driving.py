@@ -23,11 +23,16 @@ PICTURES = os.environ.get("SPRIG_SCREENSHOTS")
 SERVICE = "com.kestrel.Sprig.Extension"
 ENTRIES = {"menu", "menu item"}
 
+
+
+def viewer_settings(view):
+    return "".join(f"[org/{manager}/preferences]\ndefault-folder-viewer='{view}'\n"
+                   for manager in ("mate/caja", "nemo", "gnome/nautilus"))
+
+
 # Only lists have rows that a screen reader can read.
 SETTINGS = {
-    "glib-2.0/settings/keyfile": "".join(
-        f"[org/{manager}/preferences]\ndefault-folder-viewer='list-view'\n"
-        for manager in ("mate/caja", "nemo", "gnome/nautilus")),
+    "glib-2.0/settings/keyfile": viewer_settings("list-view"),
     "xfce4/xfconf/xfce-perchannel-xml/thunar.xml":
         '<?xml version="1.0" encoding="UTF-8"?>\n<channel name="thunar" version="1.0">\n'
         '<property name="last-view" type="string" value="ThunarDetailsView"/>\n'
@@ -99,6 +104,9 @@ class SprigDesktop(Desktop):
         dialog = self.dialog(title)
         wait_to_see(lambda: [field for field in nodes(dialog, {"text"}) if selection_in(field)], "the suggested name")
 
+    def activate(self, window):
+        output_of("xdotool", "windowactivate", "--sync", window)
+
     def has_no_dialog(self):
         return not output_of("pgrep", "-x", "sprig-dialog")
 
@@ -114,6 +122,15 @@ class SprigDesktop(Desktop):
         image.save(pathlib.Path(PICTURES, f"{os.environ['SPRIG_MANAGER']}-{name}.png"), optimize=True)
 
 
+def scroll_bars(accessible):
+    """Those around views, without a look at what the views hold."""
+    if accessible.get_role_name() == "scroll bar":
+        yield accessible
+    elif accessible.get_role_name() not in {"table", "tree table", "layered pane", "list", "menu bar"}:
+        for child in children(accessible):
+            yield from scroll_bars(child)
+
+
 class FileManager:
     """A file manager that shows a folder; one of GTK 3 unless a class of its own says otherwise."""
 
@@ -123,7 +140,12 @@ class FileManager:
     row_offset = 20
     # What an entry of a menu is that the next key is for.
     highlighted = "SELECTED"
+    copied_as = "x-special/gnome-copied-files"
     key_into_submenu = "Right"
+    # Kinds of views, the usual one first.
+    views = ("list-view", "icon-view", "compact-view")
+    # Whether a file that is shown has the keyboard's focus, too.
+    keys_go_on_from_selection = True
     # Seconds after which no menu is on its way any more.
     PATIENCE = 4
 
@@ -131,7 +153,12 @@ class FileManager:
         self.desktop = desktop
         self.process = desktop.launch(*(word.format(folder) for word in self.command))
         self.window = wait_for(self._large_window, f"the window of {self.command[0]}")
-        output_of("xdotool", "windowactivate", "--sync", self.window)
+        desktop.activate(self.window)
+
+    @staticmethod
+    def choose_view(desktop, view):
+        """For file managers that are started from now on."""
+        desktop.home.write(".config/glib-2.0/settings/keyfile", viewer_settings(view))
 
     def stop(self):
         self.desktop.end(self.process)
@@ -139,9 +166,11 @@ class FileManager:
     def _x_windows(self):
         return self.desktop.areas("search", "--onlyvisible", "--class", self.window_class, "%@")
 
+    def large_windows(self):
+        return [window for window, place in self._x_windows().items() if place.width > 300]
+
     def _large_window(self):
-        large = [window for window, place in self._x_windows().items() if place.width > 300]
-        return large[-1] if large else None
+        return next(reversed(self.large_windows()), None)
 
     def frames(self):
         return [window for window in windows(self.process.pid) if window.get_role_name() == "frame"]
@@ -180,6 +209,30 @@ class FileManager:
     def shows(self, file):
         """Waits until the file is selected in a window."""
         wait_to_see(lambda: file.name in self.selected_rows(), f"{file.name} to be selected")
+
+    def middle(self):
+        """A place in the view that has no edges near."""
+        place = self.desktop.area(self.window)
+        return place.x + place.width * 6 // 10, place.y + place.height // 2
+
+    def copies(self):
+        """The URIs of what is copied where the keyboard is: of the files that are selected there."""
+        self.desktop.press("ctrl+c")
+        said = output_of("timeout", "2", "xclip", "-o", "-selection", "clipboard", "-t", self.copied_as)
+        return [line for line in said.splitlines() if line.startswith("file:")]
+
+    def is_scrolled_to_the_end(self):
+        """Whether a view that has more than it can show shows the last of it."""
+        bars = [bar for frame in self.frames() for bar in scroll_bars(frame) if has(bar, "SHOWING")]
+        limits = [(bar.get_current_value(), bar.get_maximum_value()) for bar in bars]
+        return any(0 < limit <= 1.05 * value for value, limit in limits)
+
+    def leave_folder(self):
+        # A window manager would rather activate the dialog in front.
+        output_of("xdotool", "windowfocus", "--sync", self.window)
+        title = output_of("xdotool", "getwindowname", self.window)
+        self.desktop.press("alt+Up")
+        wait_for(lambda: output_of("xdotool", "getwindowname", self.window) != title, "another folder")
 
     # Menus.
 
@@ -287,9 +340,16 @@ class FileManager:
 class Thunar(FileManager):
     command = ("thunar", "{}")
     window_class = "thunar"
+    views = ("ThunarDetailsView", "ThunarIconView", "ThunarCompactView")
+
+    @staticmethod
+    def choose_view(desktop, view):
+        output_of("xfconf-query", "--channel", "thunar", "--property", "/last-view", "--create", "--type", "string",
+                  "--set", view)
 
 
 class Caja(FileManager):
+    copied_as = "x-special/mate-copied-files"
     command = ("caja", "--no-desktop", "--browser", "{}")
     window_class = "caja"
 
@@ -308,6 +368,8 @@ class Nautilus(FileManager):
     window_class = "nautilus"
     highlighted = "FOCUSED"
     key_into_submenu = "Return"
+    views = ("list-view", "icon-view")
+    keys_go_on_from_selection = False
     KNOWN_FOR = 10  # seconds
 
     def __init__(self, desktop, folder):
@@ -332,6 +394,12 @@ class Nautilus(FileManager):
                 if menu.get_role_name() == "menu" and (window := sizes.get(area(menu, WITHIN_WINDOW)[2:])):
                     return menu, window
         return None
+
+    def is_scrolled_to_the_end(self):
+        """There are no scroll bars for a screen reader, but the last file has a place."""
+        window = self.desktop.area(self.window)
+        return any(window.y < self.place(label).y < window.y + window.height
+                   for label in nodes(self.frames()[0]) if label.get_name() == "zzz.txt")
 
     def menu_button(self):
         """The button for the menu of the folder that is shown."""
