@@ -17,6 +17,7 @@ namespace {
 
 /// The largest width and icon that a window is made for, in pixels.
 constexpr std::int64_t largestLength = 2000;
+constexpr std::int64_t largestFont = 200;  // points
 /// The end of the longest text that an input method could reach.
 constexpr std::int64_t largestOffset = 1 << 20;
 constexpr std::size_t mostButtons = 8;
@@ -77,6 +78,10 @@ class Fields {
     return *number;
   }
 
+  std::int64_t numberOrZero(std::string_view key, std::int64_t most) const {
+    return find(key) != nullptr ? number(key, most) : 0;
+  }
+
   const json::array& list(std::string_view key) const {
     if (const auto* list = get(key).if_array()) return *list;
     throw Malformed("\"" + std::string(key) + "\" is not a list");
@@ -113,11 +118,21 @@ IconLook iconIn(const json::value& value) {
   return icon;
 }
 
-json::value toJson(const FieldLook& field) { return {{"text", field.text}, {"width", field.width}}; }
+json::value toJson(const FieldLook& field) {
+  return {{"text", field.text},
+          {"placeholder", field.placeholder},
+          {"width", field.width},
+          {"points", field.fontSize}};
+}
 
 FieldLook fieldIn(const json::value& value) {
   const Fields fields(value);
-  return {fields.text("text"), static_cast<int>(fields.number("width", largestLength))};
+  FieldLook field;
+  field.text = fields.text("text");
+  field.placeholder = fields.textOrEmpty("placeholder");
+  field.width = static_cast<int>(fields.number("width", largestLength));
+  field.fontSize = static_cast<int>(fields.numberOrZero("points", largestFont));
+  return field;
 }
 
 json::value toJson(const ButtonLook& button) {
@@ -144,6 +159,9 @@ json::object toJson(const Show& show) {
                       {"title", show.title},
                       {"text", show.text},
                       {"floating", show.isFloating},
+                      {"centered", show.isCentered},
+                      {"accessory", show.isAccessory},
+                      {"late", show.isLate},
                       {"activationToken", show.activationToken},
                       {"parentWindow", show.parentWindow}};
   if (show.icon) object["icon"] = toJson(*show.icon);
@@ -162,6 +180,9 @@ Show showIn(const Fields& fields) {
   for (const auto& button : fields.list("buttons")) show.buttons.push_back(buttonIn(button));
   if (show.buttons.size() > mostButtons) throw Malformed("too many buttons");
   show.isFloating = fields.isSet("floating");
+  show.isCentered = fields.isSet("centered");
+  show.isAccessory = fields.isSet("accessory");
+  show.isLate = fields.isSet("late");
   show.activationToken = fields.textOrEmpty("activationToken");
   show.parentWindow = fields.textOrEmpty("parentWindow");
   return show;
@@ -202,6 +223,7 @@ Event eventIn(const Fields& fields) {
     event.button = static_cast<std::size_t>(fields.number("button", mostButtons - 1));
   }
   event.text = fields.textOrEmpty("text");
+  event.activationToken = fields.textOrEmpty("activationToken");
   return event;
 }
 
@@ -227,6 +249,7 @@ std::string encode(const Event& event) {
   json::object object{{"event", nameIn(eventKinds, event.kind)}};
   if (event.kind == EventKind::button) object["button"] = event.button;
   if (event.kind != EventKind::shown) object["text"] = event.text;
+  if (!event.activationToken.empty()) object["activationToken"] = event.activationToken;
   return json::serialize(object) + "\n";
 }
 

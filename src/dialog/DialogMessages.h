@@ -32,11 +32,16 @@ struct IconLook {
   std::string description;
 };
 
-/// One line of text the user can edit.
+/// One line of text the user can edit, the name of a file. While it is typed, the window says what is wrong
+/// with it; whether it is taken all the same is up to the other side.
 struct FieldLook {
   std::string text;
+  /// Shown dimly while the field is empty; empty for none.
+  std::string placeholder;
   /// Pixels, before the desktop's scale.
   int width = 0;
+  /// Points; the text is never smaller than the desktop's own. 0: as large as that.
+  int fontSize = 0;
 };
 
 /// A stretch of the field's text, in UTF-16 code units.
@@ -56,6 +61,13 @@ struct Show {
   std::vector<ButtonLook> buttons;
   /// Stays above ordinary windows.
   bool isFloating = false;
+  /// Stands in the middle of the screen, if it belongs to no window.
+  bool isCentered = false;
+  /// Is left out where the desktop lists windows.
+  bool isAccessory = false;
+  /// The user has done other things since the click that it comes from, and windows may yet open because of
+  /// them. It takes the focus all the same, and doesn't let them have it at first.
+  bool isLate = false;
   /// What lets the window take the focus; empty for none.
   std::string activationToken;
   /// The window this one belongs to, "x11:<hexadecimal id>" or "wayland:<exported handle>"; empty for none.
@@ -79,7 +91,8 @@ struct Close {};
 using Command = std::variant<Show, Change, Close>;
 
 enum class EventKind {
-  /// The window is on the screen.
+  /// The window is on the screen; and again whenever a change has brought it to the front, which shows that
+  /// the dialog is alive.
   shown,
   /// A button was pressed, by whatever means.
   button,
@@ -95,6 +108,8 @@ struct Event {
   std::size_t button = 0;
   /// What stands in the field; empty without one.
   std::string text;
+  /// What lets a window that comes after this event take the focus; empty for none.
+  std::string activationToken{};
 };
 
 /// One line, line break included. Requires: UTF-8.

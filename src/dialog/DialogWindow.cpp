@@ -20,6 +20,9 @@ constexpr int buttonWidth = 90;
 /// Characters of an average line; longer ones wrap.
 constexpr int lineLength = 52;
 constexpr double headingScale = 1.15;
+constexpr int longestTitle = 100;  // characters
+/// How long a late window keeps the focus from others: longer than a file manager takes to show a new file.
+constexpr gint64 keepingTime = 2 * G_USEC_PER_SEC;
 
 GtkWidget* makeBox(GtkOrientation orientation, int spacing) { return gtk_box_new(orientation, spacing); }
 
@@ -30,10 +33,20 @@ void setMargins(GtkWidget* widget, int top, int sides, int bottom) {
   gtk_widget_set_margin_bottom(widget, bottom);
 }
 
+using Attributes = std::unique_ptr<PangoAttrList, wire::Releaser<pango_attr_list_unref>>;
+
+/// Without hyphens where a word breaks, which could be part of a name.
+Attributes plainAttributes() {
+  Attributes attributes(pango_attr_list_new());
+  pango_attr_list_insert(attributes.get(), pango_attr_insert_hyphens_new(FALSE));
+  return attributes;
+}
+
 /// Text that wraps and can be selected and copied.
-GtkWidget* makeLabel(const std::string& text) {
+GtkWidget* makeLabel(const std::string& text, const Attributes& attributes) {
   auto* widget = gtk_label_new(text.c_str());
   auto* label = GTK_LABEL(widget);
+  gtk_label_set_attributes(label, attributes.get());
   gtk_label_set_selectable(label, TRUE);
   gtk_label_set_wrap(label, TRUE);
   gtk_label_set_wrap_mode(label, PANGO_WRAP_WORD_CHAR);
@@ -44,31 +57,26 @@ GtkWidget* makeLabel(const std::string& text) {
 }
 
 GtkWidget* makeHeading(const std::string& text) {
-  auto* label = makeLabel(text);
-  const std::unique_ptr<PangoAttrList, wire::Releaser<pango_attr_list_unref>> attributes(
-      pango_attr_list_new());
+  const auto attributes = plainAttributes();
   pango_attr_list_insert(attributes.get(), pango_attr_weight_new(PANGO_WEIGHT_BOLD));
   pango_attr_list_insert(attributes.get(), pango_attr_scale_new(headingScale));
-  gtk_label_set_attributes(GTK_LABEL(label), attributes.get());
-  return label;
+  return makeLabel(text, attributes);
 }
 
-/// The first of the names that there is an icon for; the last one when there is none. Asked for all of them
-/// at once, GTK prefers the desktop's theme, so a stand-in that it has would win over an icon that comes with
-/// us.
-std::string nameInTheme(const std::vector<std::string>& names) {
+/// The first of the names that there is an icon for. Asked for all of them at once, GTK prefers the desktop's
+/// theme, so a stand-in that it has would win over an icon that comes with us.
+std::optional<std::string> nameInTheme(const std::vector<std::string>& names) {
   auto* theme = gtk_icon_theme_get_for_display(gdk_display_get_default());
   const auto found = std::find_if(names.begin(), names.end(), [&](const std::string& name) {
     return gtk_icon_theme_has_icon(theme, name.c_str()) != FALSE;
   });
-  if (found != names.end()) return *found;
-  return names.empty() ? "" : names.back();
+  return found != names.end() ? std::optional(*found) : std::nullopt;
 }
 
-GtkWidget* makeIcon(const IconLook& look) {
+GtkWidget* makeIcon(const IconLook& look, const std::string& name) {
   const auto role = look.description.empty() ? GTK_ACCESSIBLE_ROLE_PRESENTATION : GTK_ACCESSIBLE_ROLE_IMG;
-  auto* image = GTK_WIDGET(g_object_new(GTK_TYPE_IMAGE, "accessible-role", role, "icon-name",
-                                        nameInTheme(look.names).c_str(), "pixel-size", look.size, nullptr));
+  auto* image = GTK_WIDGET(g_object_new(GTK_TYPE_IMAGE, "accessible-role", role, "icon-name", name.c_str(),
+                                        "pixel-size", look.size, nullptr));
   gtk_widget_set_valign(image, GTK_ALIGN_START);
   gtk_accessible_update_property(GTK_ACCESSIBLE(image), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                  look.description.c_str(), -1);
@@ -89,43 +97,21 @@ GtkWidget* makeScroller(GtkWidget* content) {
   return widget;
 }
 
-/// How many characters of `text` the first `units` UTF-16 code units hold.
-int characters(const char* text, std::size_t units) {
-  int count = 0;
-  std::size_t passed = 0;
-  for (; *text != '\0' && passed < units; text = g_utf8_next_char(text)) {
-    passed += g_utf8_get_char(text) > 0xFFFF ? 2 : 1;
-    ++count;
-  }
-  return count;
-}
-
-/// Changes text and selection so that a selection is there all the time, if there are one before and one
-/// afterwards: an empty one gives up X11's primary selection, and the news of that can arrive when the next
-/// one has claimed it, and take that away.
-void edit(GtkEditable* editable, const Change& change) {
-  const int oldLength =
-      change.text ? static_cast<int>(g_utf8_strlen(gtk_editable_get_text(editable), -1)) : 0;
-  int end = oldLength;
-  if (change.text) gtk_editable_insert_text(editable, change.text->c_str(), -1, &end);
-  if (change.selection) {
-    const wire::TextPointer text(gtk_editable_get_chars(editable, oldLength, -1));
-    const auto& [location, length] = *change.selection;
-    gtk_widget_grab_focus(GTK_WIDGET(editable));
-    gtk_editable_select_region(editable, oldLength + characters(text.get(), location),
-                               oldLength + characters(text.get(), location + length));
-  }
-  gtk_editable_delete_text(editable, 0, oldLength);
+/// A title for lists of windows.
+std::string shortened(const std::string& title) {
+  if (g_utf8_strlen(title.c_str(), -1) <= longestTitle) return title;
+  const wire::TextPointer head(g_utf8_substring(title.c_str(), 0, longestTitle));
+  return head.get() + std::string("…");
 }
 
 }  // namespace
 
 DialogWindow::DialogWindow(const Show& show, Report reportEvent)
     : listener(std::move(reportEvent)),
-      window(
-          GTK_WINDOW(g_object_new(GTK_TYPE_WINDOW, "accessible-role",
-                                  show.field ? GTK_ACCESSIBLE_ROLE_DIALOG : GTK_ACCESSIBLE_ROLE_ALERT_DIALOG,
-                                  "modal", TRUE, "resizable", FALSE, "title", show.title.c_str(), nullptr))) {
+      window(GTK_WINDOW(
+          g_object_new(GTK_TYPE_WINDOW, "accessible-role",
+                       show.field ? GTK_ACCESSIBLE_ROLE_DIALOG : GTK_ACCESSIBLE_ROLE_ALERT_DIALOG, "modal",
+                       TRUE, "resizable", FALSE, "title", shortened(show.title).c_str(), nullptr))) {
   addContent(show);
   describeForScreenReaders(show);
   g_signal_connect(window, "close-request", G_CALLBACK(+[](GtkWindow*, DialogWindow* self) -> gboolean {
@@ -141,17 +127,18 @@ DialogWindow::DialogWindow(const Show& show, Report reportEvent)
 DialogWindow::~DialogWindow() { gtk_window_destroy(window); }
 
 void DialogWindow::apply(const Change& change) {
-  if (entry != nullptr) edit(GTK_EDITABLE(entry), change);
-  if (change.comesToFront) {
-    takeFocusWith(window, change.activationToken);
-    gtk_window_present(window);
-  }
+  if (field) field->edit(change);
+  if (!change.comesToFront) return;
+  takeFocusWith(window, change.activationToken);
+  comeToFront(window);
+  report(EventKind::shown);
 }
 
 void DialogWindow::addContent(const Show& show) {
   auto* row = makeBox(GTK_ORIENTATION_HORIZONTAL, gap);
   setMargins(row, margin, margin, 0);
-  if (show.icon) gtk_box_append(GTK_BOX(row), makeIcon(*show.icon));
+  if (const auto name = show.icon ? nameInTheme(show.icon->names) : std::nullopt)
+    gtk_box_append(GTK_BOX(row), makeIcon(*show.icon, *name));
   gtk_box_append(GTK_BOX(row), makeColumn(show));
   auto* content = makeBox(GTK_ORIENTATION_VERTICAL, 0);
   gtk_box_append(GTK_BOX(content), row);
@@ -169,7 +156,7 @@ GtkWidget* DialogWindow::makeColumn(const Show& show) {
   auto* texts = makeBox(GTK_ORIENTATION_VERTICAL, smallGap);
   heading = makeHeading(show.title);
   gtk_box_append(GTK_BOX(texts), heading);
-  details = makeLabel(show.text);
+  details = makeLabel(show.text, plainAttributes());
   gtk_widget_set_visible(details, show.text.empty() ? FALSE : TRUE);
   gtk_box_append(GTK_BOX(texts), details);
   auto* column = makeBox(GTK_ORIENTATION_VERTICAL, gap);
@@ -183,13 +170,10 @@ GtkWidget* DialogWindow::makeColumn(const Show& show) {
 }
 
 GtkWidget* DialogWindow::makeField(const FieldLook& look) {
-  auto* widget = gtk_entry_new();
-  entry = GTK_ENTRY(widget);
-  gtk_widget_set_size_request(widget, look.width, -1);
-  gtk_editable_set_text(GTK_EDITABLE(entry), look.text.c_str());
-  g_signal_connect(entry, "activate",
+  field.emplace(look);
+  g_signal_connect(field->entry(), "activate",
                    G_CALLBACK(+[](GtkEntry*, DialogWindow* self) { self->report(EventKind::field); }), this);
-  return widget;
+  return field->widget();
 }
 
 GtkWidget* DialogWindow::makeButtons(const std::vector<ButtonLook>& looks) {
@@ -224,10 +208,10 @@ void DialogWindow::describeForScreenReaders(const Show& show) {
   // The window's own name is its title.
   gtk_accessible_update_relation(GTK_ACCESSIBLE(window), GTK_ACCESSIBLE_RELATION_DESCRIBED_BY, details,
                                  nullptr, -1);
-  if (entry == nullptr) return;
+  if (!field) return;
   auto* name = show.text.empty() ? heading : details;
-  gtk_accessible_update_relation(GTK_ACCESSIBLE(entry), GTK_ACCESSIBLE_RELATION_LABELLED_BY, name, nullptr,
-                                 -1);
+  gtk_accessible_update_relation(GTK_ACCESSIBLE(field->entry()), GTK_ACCESSIBLE_RELATION_LABELLED_BY, name,
+                                 nullptr, -1);
 }
 
 void DialogWindow::closeOnEscape() {
@@ -261,17 +245,36 @@ void DialogWindow::addShortcut(guint key, GtkShortcutFunc perform, void* data) {
 
 void DialogWindow::open(const Show& show) {
   // A text that can be selected would take the keyboard otherwise.
-  auto* first = entry != nullptr ? GTK_WIDGET(entry) : gtk_window_get_default_widget(window);
+  auto* first = field ? GTK_WIDGET(field->entry()) : gtk_window_get_default_widget(window);
   if (first != nullptr) gtk_widget_grab_focus(first);
   takeFocusWith(window, show.activationToken);
   gtk_widget_realize(GTK_WIDGET(window));
-  belongTo(window, show.parentWindow);
+  setWindowHints(window, show.isAccessory ? Listing::leftOut : Listing::asUsual);
+  const bool hasParent = belongTo(window, show.parentWindow);
+  if (show.isCentered && !hasParent) centerOnScreen(window);
   gtk_window_present(window);
   if (show.isFloating) stayAbove(window);
+  if (show.isLate) keepFocus();
+}
+
+void DialogWindow::keepFocus() {
+  g_signal_connect(window, "notify::is-active",
+                   G_CALLBACK(+[](GtkWindow*, GParamSpec*, DialogWindow* self) { self->followFocus(); }),
+                   this);
+  comeToFront(window);
+}
+
+void DialogWindow::followFocus() {
+  const auto now = g_get_monotonic_time();
+  const bool isActive = gtk_window_is_active(window) != FALSE;
+  if (isActive && focusIsKeptUntil == 0) focusIsKeptUntil = now + keepingTime;
+  if (!isActive && now < focusIsKeptUntil) comeToFront(window);
 }
 
 void DialogWindow::report(EventKind kind, std::size_t button) {
-  listener({kind, button, entry == nullptr ? "" : gtk_editable_get_text(GTK_EDITABLE(entry))});
+  Event event{kind, button, field ? field->text() : "", ""};
+  if (kind != EventKind::shown) event.activationToken = activationTokenFrom(window);
+  listener(event);
 }
 
 std::size_t DialogWindow::indexOf(const void* button) const {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "dialog/DialogMessages.h"
+#include "dialog/NameField.h"
 
 namespace sprig::dialog {
 
@@ -39,6 +40,8 @@ class DialogWindow {
   void pressOnEscape(std::size_t index);
   void addShortcut(guint key, GtkShortcutFunc perform, void* data);
   void open(const Show& show);
+  void keepFocus();
+  void followFocus();
   void report(EventKind kind, std::size_t button = 0);
   std::size_t indexOf(const void* button) const;
 
@@ -47,8 +50,10 @@ class DialogWindow {
   GtkWindow* const window;
   GtkWidget* heading = nullptr;
   GtkWidget* details = nullptr;
-  GtkEntry* entry = nullptr;
+  std::optional<NameField> field;
   std::vector<GtkWidget*> buttons;
+  /// Microseconds on the monotonic clock; 0 before the window has the focus.
+  gint64 focusIsKeptUntil = 0;
 };
 
 }  // namespace sprig::dialog

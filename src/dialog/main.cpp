@@ -132,6 +132,9 @@ void run() {
   // GTK looks at the older variable only.
   const auto token = takeVariable("XDG_ACTIVATION_TOKEN");
   if (show->activationToken.empty()) show->activationToken = token;
+  // What window managers and compositors know our windows by, and what people are told.
+  g_set_prgname("com.kestrel.Sprig");
+  g_set_application_name("Sprig");
   if (gtk_init_check() == FALSE) throw Fault{"there is no display"};
   followColorScheme();
   run.show(*show);

@@ -11,10 +11,10 @@ TEST(DialogMessages, ReadAsTheyAreWritten) {
   for (
       const std::string line : {
           R"({"command":"show","title":"\"\\\n\r\t\u0001<&> “ü” 😀 שלום","text":"t","floating":true,)"
-          R"("activationToken":"a","parentWindow":"x11:1f",)"
-          R"("icon":{"names":["a","b"],"size":36,"description":"d"},"field":{"text":"f","width":300},)"
+          R"("centered":true,"accessory":true,"late":true,"activationToken":"a","parentWindow":"x11:1f",)"
+          R"("icon":{"names":["a","b"],"size":36,"description":"d"},"field":{"text":"f","placeholder":"p","width":300,"points":13},)"
           R"("buttons":[{"title":"b","key":"return"},{"title":"","key":"escape"},{"title":"x","key":""}]})",
-          R"({"command":"show","title":"","text":"","floating":false,"activationToken":"","parentWindow":"",)"
+          R"({"command":"show","title":"","text":"","floating":false,"centered":false,"accessory":false,"late":false,"activationToken":"","parentWindow":"",)"
           R"("buttons":[]})",
           R"({"command":"change","text":"t","selection":{"location":1,"length":2},"front":true,)"
           R"("activationToken":"a"})",
@@ -23,8 +23,9 @@ TEST(DialogMessages, ReadAsTheyAreWritten) {
       }) {
     EXPECT_EQ(encode(decodeCommand(line).value()), line + "\n");
   }
-  for (const std::string line : {R"({"event":"shown"})", R"({"event":"button","button":7,"text":"t\n"})",
-                                 R"({"event":"field","text":""})", R"({"event":"close","text":"t"})"}) {
+  for (const std::string line :
+       {R"({"event":"shown"})", R"({"event":"button","button":7,"text":"t\n"})",
+        R"({"event":"field","text":""})", R"({"event":"close","text":"t","activationToken":"a"})"}) {
     EXPECT_EQ(encode(decodeEvent(line).value()), line + "\n");
   }
 }

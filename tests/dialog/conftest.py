@@ -55,7 +55,10 @@ class Dialog:
             assert data, "the dialog ended: " + self.process.stderr.read().decode()
             self.received += data
         line, self.received = self.received.split(b"\n", 1)
-        return json.loads(line)
+        event = json.loads(line)
+        # What the user does in a window lets the next one have the focus.
+        assert bool(event.pop("activationToken", "")) == (event["event"] != "shown")
+        return event
 
     def shown(self):
         """The same, once the window is there and has the keyboard."""

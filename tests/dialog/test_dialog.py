@@ -1,8 +1,11 @@
 """The dialogs as their users see them: windows on a real X server with a window manager, keys, mouse, screen reader."""
 
+import json
+import signal
+
 import pytest
 from conftest import ALERT, BASE, PROMPT
-from sprigtest.screenreader import WITHIN_WINDOW, area, nodes, selection_in
+from sprigtest.screenreader import WITHIN_WINDOW, area, nodes, selection_in, wait_to_see
 from sprigtest.waiting import DEADLINE, output_of, wait_for
 
 NAME = "Meeting Notes 2026-11-16.md"
@@ -55,13 +58,6 @@ def test_typing_replaces_the_selected_part_of_any_name(open_dialog, text, select
     assert dialog.type("x").press("Return").event() == {"event": "field", "text": result}
 
 
-def test_a_change_reaches_the_open_window(open_dialog):
-    dialog = open_dialog(PROMPT).shown()
-    dialog.tell({"command": "change", "text": "other.txt", "selection": {"location": 5, "length": 4}, "front": True})
-    wait_for(lambda: selection_in(field_of(dialog)) == (5, 9), "the new selection")
-    assert dialog.type("!").press("Return").event() == {"event": "field", "text": "other!"}
-
-
 def test_a_screen_reader_finds_names_and_roles(open_dialog):
     dialog = open_dialog(PROMPT, BASE).shown()
     window = dialog.accessible()
@@ -78,9 +74,26 @@ def test_a_screen_reader_finds_names_and_roles(open_dialog):
     wait_for(lambda: selection_in(field_of(dialog)) == (0, 24), "the selected base")
 
 
-def test_a_screen_reader_finds_no_icon_that_says_nothing(open_dialog):
-    window = open_dialog(ALERT).shown().accessible()
+@pytest.mark.parametrize("icon", [ALERT["icon"], {"names": ["nosuchsymbol"], "size": 36, "description": "Nothing"}])
+def test_a_screen_reader_finds_no_icon_that_says_nothing_or_that_no_theme_has(open_dialog, icon):
+    window = open_dialog({**ALERT, "icon": icon}).shown().accessible()
     assert "image" not in {node.get_role_name() for node in nodes(window)}
+
+
+def test_a_note_tells_what_is_wrong_with_a_name_and_the_name_is_taken_all_the_same(open_dialog):
+    dialog = open_dialog(PROMPT).shown()
+
+    def notes():
+        return [node.get_name() for node in nodes(dialog.accessible(), {"alert"})]
+    for name, note in [(" ..\u3000", "can’t be called “..”"), ("é" * 127 + "a", None), (".", "called “.”"), ("", None),
+                       ("é" * 128, "may be too long: it has 256 bytes"), ("a.b", None), ("..a", "are hidden"),
+                       ("a/b", "can’t contain “/”")]:
+        dialog.tell({"command": "change", "text": name})
+        wait_to_see(lambda: note in notes()[0] if note else not notes(), f"the note on “{name}”")
+    field = field_of(dialog)
+    described = [relation.get_target(0).get_name() for relation in field.get_relation_set()]
+    assert described == [PROMPT["text"], "File names can’t contain “/”."]
+    assert dialog.press("Return").event() == {"event": "field", "text": "a/b"}
 
 
 @pytest.mark.parametrize("key, event", [("Return", {"event": "button", "button": 0, "text": ""}),
@@ -115,13 +128,29 @@ def test_a_dialog_opens_in_front_of_the_window_it_belongs_to_and_has_the_keyboar
     assert "_NET_WM_STATE_ABOVE" not in parent.property("_NET_WM_STATE")
     output_of("wmctrl", "-i", "-a", parent.window)
     child.tell({"command": "change", "front": True})
-    wait_for(child.is_active, "the focus")
+    child.shown()
     assert child.type("x").press("Return").event()["event"] == "field"
 
 
+def test_a_late_dialog_has_the_focus_and_keeps_it_from_others_at_first(open_dialog):
+    other = open_dialog(ALERT).shown()
+    late = open_dialog({**PROMPT, "late": True, "activationToken": "tok_TIME1"}).shown()
+    late.process.send_signal(signal.SIGSTOP)
+    output_of("wmctrl", "-i", "-a", other.window)
+    wait_for(other.is_active, "the other's focus")
+    late.process.send_signal(signal.SIGCONT)
+    assert wait_for(late.is_active, "the focus") and late.type("x").press("Return").event()["event"] == "field"
+
+
 @pytest.mark.parametrize("parent", ["", "x11:", "x11:0", "x11:12zz", "x11:" + "f" * 40, "x11:7fffffff", "wayland:abc", "?"])
-def test_a_parent_that_is_none_does_no_harm(open_dialog, parent):
-    assert open_dialog({**PROMPT, "parentWindow": parent}).shown().press("Escape").event()["event"] == "button"
+def test_without_a_parent_a_dialog_stands_in_the_middle_of_the_screen(open_dialog, desktop, parent):
+    dialog = open_dialog({**PROMPT, "parentWindow": parent, "centered": True, "accessory": True}).shown()
+    wait_for(lambda: [abs(2 * start + length - whole) < 4 for start, length, whole in zip(
+        dialog.geometry()[:2], dialog.geometry()[2:], desktop.screenshot().size)] == [True, True], "its place")
+    for name, values in [("_NET_WM_WINDOW_TYPE", ["_DIALOG"]), ("_NET_WM_STATE", ["_SKIP_TASKBAR", "_SKIP_PAGER"]),
+                         ("WM_CLASS", ['"com.kestrel.Sprig"'])]:
+        assert all(value in dialog.property(name) for value in values)
+    assert dialog.press("Escape").event()["event"] == "button"
 
 
 def test_windows_are_dark_when_the_desktop_prefers_that(open_dialog, desktop, tmp_path):
@@ -132,13 +161,13 @@ def test_windows_are_dark_when_the_desktop_prefers_that(open_dialog, desktop, tm
 
 
 @pytest.mark.parametrize("lines, complaint", [
-    (b"\n", "not JSON"),
-    (b"[]\n", "expected an object"),
     (b'{"command": "dance"}\n', "no command"),
     (b'{"command": "change"}\n', "nothing is shown yet"),
+    (json.dumps(ALERT).encode() * 2 + b"\n", "not JSON"),
+    ((json.dumps(ALERT).encode() + b"\n") * 2, "a second window"),
     (b'{"command": "show", "title": "\xff"}\n', "not JSON"),
     (b"x" * (2 << 20), "too long"),
-], ids=["empty", "no object", "unknown", "too early", "no text", "endless"])
+], ids=["unknown", "too early", "no JSON", "second window", "no text", "endless"])
 def test_what_is_no_command_ends_the_dialog_with_a_complaint(open_dialog, lines, complaint):
     dialog = open_dialog()
     try:
@@ -149,16 +178,6 @@ def test_what_is_no_command_ends_the_dialog_with_a_complaint(open_dialog, lines,
     dialog.process.stdin = None
     status, errors = dialog.ends()
     assert status == 1 and complaint in errors and errors.count("\n") == 1
-
-
-@pytest.mark.parametrize("line", [b"nonsense\n", b'{"command": "change", "text": 1}\n',
-                                  b'{"command": "show", "title": "", "text": "", "buttons": []}\n'],
-                         ids=["no JSON", "wrong type", "second window"])
-def test_so_does_a_wrong_command_to_an_open_window(open_dialog, line):
-    dialog = open_dialog(PROMPT).shown()
-    dialog.write(line)
-    status, errors = dialog.ends()
-    assert status == 1 and errors.count("\n") == 1
 
 
 def test_the_end_of_its_input_ends_the_dialog(open_dialog):

@@ -38,7 +38,7 @@ def test_the_token_of_the_click_gives_the_window_the_focus(compositor):
     dialog = subprocess.Popen(command, env={**compositor, "WAYLAND_DEBUG": "client"}, text=True,
                               stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
     print(json.dumps(show), file=dialog.stdin, flush=True)
-    missing = {'.activate("the-clicks", ', ', "the-managers")', ".set_parent_of("}
+    missing = {'.activate("the-clicks", ', ', "the-managers")', ".set_parent_of(", '.set_app_id("com.kestrel.Sprig")'}
     for request in dialog.stderr:
         missing -= {text for text in missing if text in request}
         if not missing:

@@ -75,7 +75,7 @@ dialog::Show showOf(const Alert& alert, const TextField* field, const Click& cli
   show.text = shownText(alert.informativeText, longestText);
   show.icon = iconOf(alert);
   if (field != nullptr) {
-    show.field = {text::toValidUTF8(field->stringValue), static_cast<int>(field->frame.width)};
+    show.field = {text::toValidUTF8(field->stringValue), "", static_cast<int>(field->frame.width), 0};
   }
   for (const auto& button : alert.buttons) {
     show.buttons.push_back({shownText(button.title, longestTitle), keyOf(button)});

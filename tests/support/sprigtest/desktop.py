@@ -88,7 +88,7 @@ class Desktop:
     def keep(self, name):
         """Keeps what is on the screen and what was said, for whoever looks into a failure."""
         FAILURES.mkdir(parents=True, exist_ok=True)
-        name = FAILURES / re.sub(r"\W+", "-", name)
+        name = FAILURES / re.sub(r"\W+", "-", name)[:100]
         if self.processes:
             self.screenshot().save(f"{name}.png")
         for log in (self.output, self.home.log):
