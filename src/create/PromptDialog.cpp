@@ -40,6 +40,8 @@ std::shared_ptr<TextField> addNameField(Alert& alert, PromptDialogHandler& handl
   auto field = std::make_shared<TextField>();
   field->frame = {0, 3, 300, 26};
   field->stringValue = suggestedFilename;
+  // An empty name stands for the suggested one.
+  field->placeholderString = suggestedFilename;
   field->fontSize = fontSize;
   field->isEditable = true;
   field->isSelectable = true;

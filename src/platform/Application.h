@@ -4,7 +4,8 @@
 
 namespace sprig::platform {
 
-/// Whether the program shows among the running ones: `accessory` may own windows but does not.
+/// Whether the program's windows show where the desktop lists those of running programs: those of an
+/// `accessory` one do not. A port without such a list ignores it.
 enum class ActivationPolicy { regular = 0, accessory = 1 };
 
 /// The program as the desktop sees it, and its modal sessions.

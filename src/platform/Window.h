@@ -43,11 +43,14 @@ struct View {
   std::vector<std::shared_ptr<TextField>> subviews;
 };
 
-/// One line of text the user can edit.
+/// One line of text the user can edit. A port may ignore how the focus ring is drawn, and whether the text
+/// can be edited and selected: it always can.
 struct TextField {
   Rect frame;
   std::string stringValue;
-  /// Points, of the system's font.
+  /// Shown dimly while the field is empty; empty for none.
+  std::string placeholderString;
+  /// Points, of the system's font. 0: the port's choice.
   double fontSize = 0;
   bool isEditable = true;
   bool isSelectable = true;
@@ -70,7 +73,9 @@ class WindowDelegate {
 enum class WindowLevel { normal = 0, floating = 3 };
 
 /// The window of an alert: plain state, with operations that change it. A port reads the state when a modal
-/// session begins, and again after every piece of main-queue work and every action in it.
+/// session begins, and again after every piece of main-queue work and every action in it. Level, centring and
+/// the order of windows are for ports that have windows; one may ignore `hidesOnDeactivate` where no desktop
+/// hides windows.
 ///
 /// Threads: main thread.
 struct Window {

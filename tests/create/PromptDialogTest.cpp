@@ -4,6 +4,7 @@
 
 #include <thread>
 
+#include "create/PromptDialogHandler.h"
 #include "support/TestPlatform.h"
 
 namespace sprig {
@@ -55,6 +56,8 @@ TEST_F(Prompt, ShowsAllThatADesktopNeeds) {
   EXPECT_EQ(field->frame, (platform::Rect{0, 3, 300, 26}));
   EXPECT_EQ(field->fontSize, 13);
   EXPECT_TRUE(field->isEditable && field->isSelectable);
+  EXPECT_EQ(std::tie(field->focusRingType, field->placeholderString),
+            std::tuple(platform::FocusRingType::standard, "notes.txt"));
   const auto& window = *alert.window;
   EXPECT_EQ(window.level, platform::WindowLevel::floating);
   EXPECT_TRUE(!window.hidesOnDeactivate && window.isCentered && !window.isVisible);
@@ -106,7 +109,10 @@ TEST_F(Prompt, ReturnsWhatTheUserConfirmed) {
     return [text](Alert& alert) { ScriptedApplication::type(alert, text); };
   };
   const auto press = [this](const char* key) {
-    return [this, key](Alert& alert) { platform.application.press(alert, key); };
+    return [this, key](Alert& alert) {
+      platform.application.press(alert, key);
+      EXPECT_FALSE(alert.window->isVisible);
+    };
   };
   for (const auto& row : {
            Row{"types a name with blanks around it", type("  report.md\u3000\n"), "report.md"},
@@ -121,6 +127,9 @@ TEST_F(Prompt, ReturnsWhatTheUserConfirmed) {
                  ScriptedApplication::close(alert);
                },
                "x"},
+           Row{"confirms by other means",
+               [this](Alert&) { platform.application.stopModal(PromptDialogHandler::confirmCode); },
+               "suggested.md"},
            Row{"can't be shown anything", [](Alert&) {}, std::nullopt},
        }) {
     platform.application.user = row.user;
@@ -144,6 +153,7 @@ TEST_F(Prompt, AskedForOnAnotherThreadBlocksThatThreadAndRunsOnTheMainOne) {
 TEST_F(Prompt, NeedsNoTemplateRecord) {
   EXPECT_EQ(PromptDialog::showNamePrompt("Drawing", "Untitled.svg"), std::nullopt);
   EXPECT_EQ(shown().messageText, "New Drawing");
+  EXPECT_NE(shown().informativeText.find("“Current Folder”"), std::string::npos);
   EXPECT_EQ(shown().icon->symbolName, "doc.text");
   EXPECT_EQ(shown().window->initialFirstResponder->stringValue, "Untitled.svg");
 }

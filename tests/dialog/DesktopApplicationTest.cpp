@@ -109,16 +109,17 @@ TEST_F(Dialogs, TellAllThatTheWindowShows) {
   const auto& show = std::get<dialog::Show>(told.at(0));
   EXPECT_EQ(show.title, "New Meeting Notes");
   EXPECT_EQ(show.text, "Enter a name for the new file in “Projects”:");
-  EXPECT_EQ(show.icon->names,
-            (std::vector<std::string>{"sprig-note-text-symbolic", "text-x-generic-symbolic"}));
+  EXPECT_EQ(show.icon->names, (std::vector<std::string>{"sprig-note-text-symbolic", "sprig-doc-text-symbolic",
+                                                        "text-x-generic-symbolic"}));
   EXPECT_EQ(std::tie(show.icon->size, show.icon->description), std::tuple(36, "Meeting Notes"));
-  EXPECT_EQ(std::tie(show.field->text, show.field->width), std::tuple("😀tes.txt", 300));
+  EXPECT_EQ(std::tie(show.field->text, show.field->placeholder, show.field->width, show.field->fontSize),
+            std::tuple("😀tes.txt", "😀tes.txt", 300, 13));
   ASSERT_EQ(show.buttons.size(), 2U);
   EXPECT_EQ(std::tie(show.buttons[0].title, show.buttons[0].key),
             std::tuple("Create", dialog::ButtonKey::enter));
   EXPECT_EQ(std::tie(show.buttons[1].title, show.buttons[1].key),
             std::tuple("Cancel", dialog::ButtonKey::escape));
-  EXPECT_TRUE(show.isFloating);
+  EXPECT_TRUE(show.isFloating && show.isCentered && show.isAccessory);
   EXPECT_EQ(std::tie(show.activationToken, show.parentWindow), std::tuple("token", "x11:2a"));
   const auto& change = std::get<dialog::Change>(told.at(1));
   EXPECT_EQ(std::tie(change.selection->location, change.selection->length), std::tuple(0U, 5U));
@@ -140,11 +141,14 @@ TEST_F(Dialogs, ShowAnAlertWithTheIconOfItsStyleAndWithoutAUsedToken) {
 
 TEST_F(Dialogs, ShowOnlyTextAndNoMoreThanCanBeRead) {
   answerAfter(1, {EventKind::close, 0, ""});
-  FileCreator::showErrorDialog("a\xff", std::string(9, 'x') + "ü" + std::string(1 << 22, 'y'));
+  const std::string title(1000, 't');
+  FileCreator::showErrorDialog(title + "\xff" + '\0' + "b",
+                               std::string(9, 'x') + "ü" + std::string(1 << 22, 'y') + "ü reason");
   mainQueue.runPending();
   const auto show = std::get<dialog::Show>(commands().at(0));
-  EXPECT_EQ(show.title, "a\uFFFD");
-  EXPECT_TRUE(show.text.starts_with("xxxxxxxxxüyyy") && show.text.ends_with("y…"));
+  EXPECT_EQ(show.title, title + "\uFFFD␀b");
+  EXPECT_TRUE(show.text.starts_with("xxxxxxxxxüyyy") && show.text.ends_with("yyyü reason"));
+  EXPECT_NE(show.text.find("y…y"), std::string::npos);
   EXPECT_LT(show.text.size(), 20000U);
 }
 
@@ -165,9 +169,32 @@ TEST_F(Dialogs, GiveWhatTheUserDoesToTheProduct) {
   EXPECT_TRUE(log.lines().empty());
 }
 
-TEST_F(Dialogs, LeaveANameAsItIsThatCanOnlyBeShownWithOtherCharacters) {
-  answerWith("caf\uFFFD.txt");
-  EXPECT_EQ(ask("caf\xe9.txt"), "caf\xe9.txt");
+TEST_F(Dialogs, LeaveANameAsItIsThatCanNotBeShownAsItIs) {
+  const std::string huge(2 << 20, 'x');
+  const std::string part(30000, 'x');
+  for (const auto& [name, shownName] : {std::pair<std::string, std::string>{"caf\xe9.txt", "caf\uFFFD.txt"},
+                                        {std::string("a\0b.txt", 7), "a␀b.txt"},
+                                        {huge, part + "…" + part}}) {
+    answerWith(shownName);
+    EXPECT_EQ(ask(name), name);
+    answerWith(shownName + "!");
+    EXPECT_EQ(ask(name), shownName + "!");
+  }
+  EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(Dialogs, TakeTheFocusForAClickThatWaitedByTheAnswerItWaitedFor) {
+  answerAfter(3, {EventKind::field, 0, "a", "answer"});
+  desktopApplication.setClick({":1.7", "first", ""});
+  mainQueue.async([&] { desktopApplication.comeToFront("second"); });
+  ask();
+  EXPECT_EQ(std::get<dialog::Change>(commands().at(1)).activationToken, "second");
+  answerAfter(2, {EventKind::field, 0, "a"});
+  for (const auto& [clicked, told] : {std::pair{"second", "answer"}, {"third", "third"}}) {
+    desktopApplication.setClick({":1.7", clicked, ""});
+    ask();
+    EXPECT_EQ(std::get<dialog::Show>(commands().at(0)).activationToken, told);
+  }
 }
 
 TEST_F(Dialogs, FollowTheModelAndComeToTheFront) {
@@ -241,13 +268,23 @@ TEST_F(Dialogs, DoWithoutAProgram) {
   EXPECT_NE(log.lines().at(0).find("No such file or directory"), std::string::npos);
 }
 
-TEST_F(Dialogs, EndAProgramThatShowsNothingOrWillNotLeave) {
-  DesktopApplication impatient(log, {script.path(), std::chrono::milliseconds(100)});
+TEST_F(Dialogs, EndAProgramThatShowsNothingOrHangsOrWillNotLeave) {
+  constexpr auto soon = std::chrono::milliseconds(100);
+  DesktopApplication impatient(log, {script.path(), soon, soon});
   platform::Alert alert;
   alert.addButton("Close");
   play("exec sleep 600");
   EXPECT_EQ(impatient.runModal(alert), desktop::DialogSession::noButtonCode);
   EXPECT_NE(log.takeLines().at(0).find("it shows no window"), std::string::npos);
+  // One that comes to the front when it is told to may take its time with the rest.
+  const std::string button = saying({EventKind::button, 0, ""});
+  for (const auto& [answer, code] :
+       {std::pair<std::string, int>{"", desktop::DialogSession::noButtonCode}, {shown, 1000}}) {
+    play(shown + "read -r show; read -r front;" + answer + "sleep 0.3;" + button + untilTheEnd);
+    mainQueue.async([&] { impatient.comeToFront(""); });
+    EXPECT_EQ(impatient.runModal(alert), code);
+  }
+  EXPECT_NE(log.takeLines().at(0).find("it has stopped answering"), std::string::npos);
   play(shown + saying({EventKind::button, 0, ""}) + "trap '' TERM HUP; kill -STOP $$");
   EXPECT_EQ(desktopApplication.runModal(alert), 1000);
   EXPECT_TRUE(eventually(hasNoChild));

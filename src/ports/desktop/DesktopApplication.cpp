@@ -22,17 +22,27 @@ std::string DesktopApplication::besideThisProgram() {
   return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "sprig-dialog";
 }
 
+/// A click that has waited for the end of a session is older than what the user did in that session's window:
+/// a window manager would not give the focus to a window because of it.
+void DesktopApplication::setClick(Click newClick) {
+  click = std::move(newClick);
+  isLate = std::erase(usedTokens, click.activationToken) != 0;
+  if (isLate) click.activationToken = answerToken;
+}
+
 void DesktopApplication::comeToFront(const std::string& activationToken) {
-  if (!sessions.empty()) sessions.back()->comeToFront(activationToken);
+  if (sessions.empty()) return;
+  if (!activationToken.empty()) usedTokens.push_back(activationToken);
+  sessions.back()->comeToFront(activationToken);
 }
 
 int DesktopApplication::runModal(platform::Alert& alert) {
-  DialogSession session(alert, program, click);
-  // A token is good for one window.
-  click.activationToken.clear();
+  DialogSession session(alert, program, {click, policy, isLate});
   sessions.push_back(&session);
   run(session, alert);
   sessions.pop_back();
+  // A token is good for one window; the next one is there because of what the user did in this one.
+  click.activationToken = answerToken = session.activationToken();
   return *session.code();
 }
 
@@ -46,6 +56,7 @@ void DesktopApplication::run(DialogSession& session, const platform::Alert& aler
     if (!session.performNext()) {
       if (const auto& reason = session.failure()) {
         logLoss(alert, *reason);
+        usedTokens.clear();  // for nothing, so they are still good
         return session.stop(DialogSession::noButtonCode);
       }
       g_main_context_iteration(nullptr, TRUE);

@@ -25,14 +25,14 @@ class DesktopApplication final : public platform::Application {
       : log(systemLog), program(std::move(dialogProgram)) {}
 
   /// The windows of the sessions to come belong to the file manager's window in which the user clicked.
-  void setClick(Click newClick) { click = std::move(newClick); }
+  void setClick(Click newClick);
 
   /// Brings the window of the innermost session to the front; `activationToken` (empty for none) lets it take
-  /// the focus. Does nothing without a session.
+  /// the focus. Does nothing without a session. A window that hangs is lost a while later, so that the next
+  /// session can begin.
   void comeToFront(const std::string& activationToken);
 
-  /// The dialogs' windows never show among the running programs.
-  void setActivationPolicy(platform::ActivationPolicy) override {}
+  void setActivationPolicy(platform::ActivationPolicy newPolicy) override { policy = newPolicy; }
   /// New windows come to the front by themselves, so only the one that is there is meant.
   void activate() override { comeToFront({}); }
   void activateIgnoringOtherApps() override { comeToFront({}); }
@@ -47,6 +47,13 @@ class DesktopApplication final : public platform::Application {
   platform::SystemLog& log;
   const DialogProgram program;
   Click click;
+  bool isLate = false;
+  /// From the last answer of a user.
+  std::string answerToken;
+  /// Tokens of clicks that have brought a window to the front.
+  std::vector<std::string> usedTokens;
+  /// An extension is no program of its own for the user.
+  platform::ActivationPolicy policy = platform::ActivationPolicy::accessory;
   std::vector<DialogSession*> sessions;  // the innermost last
 };
 

@@ -24,14 +24,14 @@ std::string describe(int error) { return std::generic_category().message(error);
 
 }  // namespace
 
-DialogProcess::DialogProcess(const DialogProgram& program) {
+DialogProcess::DialogProcess(const DialogProgram& program) : answerLimit(program.answerLimit) {
   start(program.path);
   if (reason) return;
   readable = watch(G_IO_IN, [](int, GIOCondition, void* self) -> gboolean {
     static_cast<DialogProcess*>(self)->receive();
     return G_SOURCE_CONTINUE;
   });
-  limitStart(program.startLimit);
+  awaitWindow(program.startLimit, "it shows no window");
 }
 
 DialogProcess::~DialogProcess() {
@@ -50,6 +50,13 @@ void DialogProcess::send(const dialog::Command& command) {
   if (reason) return;
   unsent += dialog::encode(command);
   flush();
+}
+
+void DialogProcess::bringToFront(const dialog::Change& change) {
+  send(change);
+  if (reason) return;
+  ++answersDue;
+  if (!windowTimer) awaitAnswer();
 }
 
 std::optional<dialog::Event> DialogProcess::takeEvent() {
@@ -82,15 +89,20 @@ void DialogProcess::start(const std::string& path) {
   }
 }
 
-void DialogProcess::limitStart(std::chrono::milliseconds limit) {
-  startTimer.reset(g_timeout_source_new(static_cast<guint>(limit.count())));
-  const auto isOver = [](void* self) -> gboolean {
-    static_cast<DialogProcess*>(self)->fail("it shows no window");
+/// Fails with the complaint unless the process says in time that its window is there.
+void DialogProcess::awaitWindow(std::chrono::milliseconds limit, const char* complaint) {
+  windowComplaint = complaint;
+  windowTimer.reset(g_timeout_source_new(static_cast<guint>(limit.count())));
+  const auto isOver = [](void* waiting) -> gboolean {
+    auto& self = *static_cast<DialogProcess*>(waiting);
+    self.fail(self.windowComplaint);
     return G_SOURCE_REMOVE;
   };
-  g_source_set_callback(startTimer.get(), isOver, this, nullptr);
-  g_source_attach(startTimer.get(), nullptr);
+  g_source_set_callback(windowTimer.get(), isOver, this, nullptr);
+  g_source_attach(windowTimer.get(), nullptr);
 }
+
+void DialogProcess::awaitAnswer() { awaitWindow(answerLimit, "it has stopped answering"); }
 
 /// Has `call` called with this while the connection is ready, until what is returned goes.
 DialogProcess::Source DialogProcess::watch(GIOCondition condition, GUnixFDSourceFunc call) {
@@ -116,7 +128,8 @@ void DialogProcess::takeLines() {
     auto event = dialog::decodeEvent(*line);
     if (!event) return fail("it can't be understood: " + event.error());
     if (event->kind == dialog::EventKind::shown) {
-      startTimer.reset();
+      windowTimer.reset();
+      if (--answersDue > 0) awaitAnswer();
     } else {
       events.push_back(*std::move(event));
     }
@@ -146,7 +159,7 @@ void DialogProcess::fail(std::string description) {
   reason = std::move(description);
   readable.reset();
   writable.reset();
-  startTimer.reset();
+  windowTimer.reset();
 }
 
 }  // namespace sprig::desktop

@@ -20,6 +20,8 @@ struct DialogProgram {
   std::string path;
   /// How long it may take to have its window on the screen.
   std::chrono::milliseconds startLimit{20000};
+  /// How long it may take to come to the front when it is there.
+  std::chrono::milliseconds answerLimit{10000};
 };
 
 /// One run of that program, and what it and we have to say to each other.
@@ -35,6 +37,10 @@ class DialogProcess {
   DialogProcess& operator=(const DialogProcess&) = delete;
 
   void send(const dialog::Command& command);
+
+  /// Sends a change that brings the window to the front. A process that doesn't do so in time is a failed
+  /// one, so a dialog that hangs can't keep what comes after it waiting.
+  void bringToFront(const dialog::Change& change);
 
   /// The next event; nothing until there is one.
   std::optional<dialog::Event> takeEvent();
@@ -52,18 +58,23 @@ class DialogProcess {
   using Source = std::unique_ptr<GSource, SourceEnder>;
 
   void start(const std::string& path);
-  void limitStart(std::chrono::milliseconds limit);
+  void awaitWindow(std::chrono::milliseconds limit, const char* complaint);
+  void awaitAnswer();
   Source watch(GIOCondition condition, GUnixFDSourceFunc call);
   void receive();
   void takeLines();
   void flush();
   void fail(std::string description);
 
+  const std::chrono::milliseconds answerLimit;
   ports::Descriptor connection;
   wire::ObjectPointer<GSubprocess> process;
   Source readable;
   Source writable;
-  Source startTimer;
+  Source windowTimer;
+  const char* windowComplaint = "";
+  /// How often the process has yet to say that its window is there; at first, when that opens.
+  int answersDue = 1;
   dialog::LineBuffer received;
   std::string unsent;
   std::deque<dialog::Event> events;

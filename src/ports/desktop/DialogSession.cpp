@@ -1,5 +1,7 @@
 #include "ports/desktop/DialogSession.h"
 
+#include <algorithm>
+#include <cmath>
 #include <string_view>
 #include <utility>
 
@@ -16,17 +18,32 @@ namespace {
 
 constexpr double styleIconSize = 36;
 /// How many bytes of a text are shown: more than anybody reads, less than takes noticeable time to lay out.
-constexpr std::size_t longestTitle = 400;
 constexpr std::size_t longestText = 12000;
+/// The same of what a field holds: less than a field has room for.
+constexpr std::size_t longestName = 60000;
 /// For a symbol that the theme has no drawing of.
+constexpr std::string_view plainSymbol = "doc.text";
+/// For a theme that doesn't have that either.
 constexpr const char* plainIcon = "text-x-generic-symbolic";
 
-/// Text as windows can show it.
-std::string shownText(std::string_view text, std::size_t longest) {
-  if (text.size() <= longest) return text::toValidUTF8(text);
-  auto end = longest;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  return text::toValidUTF8(text.substr(0, end)) + "…";
+/// Where a character begins that `place` is in.
+std::size_t beginOfCharacter(std::string_view text, std::size_t place) {
+  while (place > 0 && (static_cast<unsigned char>(text[place]) & 0xC0) == 0x80) --place;
+  return place;
+}
+
+/// Text as windows can show it: a picture stands for U+0000, at which a window's text would end. Of a longer
+/// one the middle is left out, since what there is to say of a long name comes before and behind it.
+std::string shownText(std::string_view text, std::size_t longest = longestText) {
+  if (text.size() > longest) {
+    const auto head = text.substr(0, beginOfCharacter(text, longest / 2));
+    const auto tail = text.substr(beginOfCharacter(text, text.size() - longest / 2));
+    return shownText(head, longest) + "…" + shownText(tail, longest);
+  }
+  auto shown = text::toValidUTF8(text);
+  for (auto null = shown.find('\0'); null != std::string::npos; null = shown.find('\0', null))
+    shown.replace(null, 1, "␀");
+  return shown;
 }
 
 /// Windows show one field, the first one.
@@ -61,26 +78,30 @@ std::string iconOf(platform::AlertStyle style) {
 dialog::IconLook iconOf(const Alert& alert) {
   if (!alert.icon) return {{iconOf(alert.style)}, static_cast<int>(styleIconSize), ""};
   dialog::IconLook look;
-  if (auto name = ports::iconName(alert.icon->symbolName)) look.names.push_back(*std::move(name));
+  for (const auto symbol : {std::string_view(alert.icon->symbolName), plainSymbol}) {
+    if (auto name = ports::iconName(symbol)) look.names.push_back(*std::move(name));
+  }
   look.names.emplace_back(plainIcon);
   const auto size = alert.icon->configuration ? alert.icon->configuration->pointSize : styleIconSize;
   look.size = static_cast<int>(size);
-  look.description = shownText(alert.icon->accessibilityDescription, longestTitle);
+  look.description = shownText(alert.icon->accessibilityDescription);
   return look;
+}
+
+dialog::FieldLook lookOf(const TextField& field) {
+  return {shownText(field.stringValue, longestName), shownText(field.placeholderString, longestName),
+          static_cast<int>(field.frame.width), static_cast<int>(std::lround(field.fontSize))};
 }
 
 dialog::Show showOf(const Alert& alert, const TextField* field, const Click& click) {
   dialog::Show show;
-  show.title = shownText(alert.messageText, longestTitle);
-  show.text = shownText(alert.informativeText, longestText);
+  show.title = shownText(alert.messageText);
+  show.text = shownText(alert.informativeText);
   show.icon = iconOf(alert);
-  if (field != nullptr) {
-    show.field = {text::toValidUTF8(field->stringValue), "", static_cast<int>(field->frame.width), 0};
-  }
-  for (const auto& button : alert.buttons) {
-    show.buttons.push_back({shownText(button.title, longestTitle), keyOf(button)});
-  }
+  if (field != nullptr) show.field = lookOf(*field);
+  for (const auto& button : alert.buttons) show.buttons.push_back({shownText(button.title), keyOf(button)});
   show.isFloating = alert.window->level == platform::WindowLevel::floating;
+  show.isCentered = alert.window->isCentered;
   show.activationToken = click.activationToken;
   show.parentWindow = click.parentWindow;
   return show;
@@ -88,12 +109,14 @@ dialog::Show showOf(const Alert& alert, const TextField* field, const Click& cli
 
 }  // namespace
 
-DialogSession::DialogSession(Alert& shownAlert, const DialogProgram& program, const Click& click)
+DialogSession::DialogSession(Alert& shownAlert, const DialogProgram& program, const Opening& opening)
     : alert(shownAlert), field(fieldOf(shownAlert)), process(program) {
   auto& window = *alert.window;
   window.makeKeyAndOrderFront();
   if (window.initialFirstResponder) window.makeFirstResponder(window.initialFirstResponder);
-  const auto show = showOf(alert, field, click);
+  auto show = showOf(alert, field, opening.click);
+  show.isAccessory = opening.policy == platform::ActivationPolicy::accessory;
+  show.isLate = opening.isLate;
   if (field != nullptr) told.text = show.field->text;
   process.send(show);
 }
@@ -114,7 +137,8 @@ bool DialogSession::performNext() {
 }
 
 void DialogSession::perform(const dialog::Event& event) {
-  // What is not text could only be shown with other characters; the untouched text stays what it is.
+  if (!event.activationToken.empty()) token = event.activationToken;
+  // What could only be shown with other characters, or in part, stays what it is while it is not touched.
   if (field != nullptr && event.text != told.text) field->stringValue = told.text = event.text;
   if (event.kind == dialog::EventKind::close) return close();
   if (event.kind == dialog::EventKind::button) {
@@ -142,7 +166,7 @@ DialogSession::Told DialogSession::wanted() const {
   const auto& window = *alert.window;
   Told state{told.text, std::nullopt, window.isFrontRegardless || window.isKey};
   if (field == nullptr) return state;
-  state.text = text::toValidUTF8(field->stringValue);
+  state.text = shownText(field->stringValue, longestName);
   if (field->currentEditor) state.selection = field->currentEditor->selectedRange;
   return state;
 }
@@ -152,10 +176,15 @@ void DialogSession::sendChanges() {
   dialog::Change change;
   if (now.text != told.text) change.text = now.text;
   if (now.selection && now.selection != told.selection) {
-    change.selection = {now.selection->location, now.selection->length};
+    change.selection = {std::min(now.selection->location, longestName),
+                        std::min(now.selection->length, longestName)};
   }
   change.comesToFront = now.isInFront && !told.isInFront;
-  if (change.text || change.selection || change.comesToFront) process.send(change);
+  if (change.comesToFront) {
+    process.bringToFront(change);
+  } else if (change.text || change.selection) {
+    process.send(change);
+  }
   told = std::move(now);
 }
 
@@ -163,7 +192,7 @@ void DialogSession::comeToFront(const std::string& activationToken) {
   dialog::Change change;
   change.comesToFront = true;
   change.activationToken = activationToken;
-  process.send(change);
+  process.bringToFront(change);
 }
 
 }  // namespace sprig::desktop

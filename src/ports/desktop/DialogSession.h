@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/Alert.h"
+#include "platform/Application.h"
 #include "ports/desktop/Click.h"
 #include "ports/desktop/DialogProcess.h"
 
@@ -18,7 +19,16 @@ class DialogSession {
   /// Ends a session in which no button was pressed.
   static constexpr int noButtonCode = -1;
 
-  DialogSession(platform::Alert& shownAlert, const DialogProgram& program, const Click& click);
+  /// How the window is opened.
+  struct Opening {
+    /// What it comes from.
+    const Click& click;
+    platform::ActivationPolicy policy = platform::ActivationPolicy::accessory;
+    /// The user has answered another window since the click.
+    bool isLate = false;
+  };
+
+  DialogSession(platform::Alert& shownAlert, const DialogProgram& program, const Opening& opening);
   ~DialogSession();
   DialogSession(const DialogSession&) = delete;
   DialogSession& operator=(const DialogSession&) = delete;
@@ -33,6 +43,9 @@ class DialogSession {
   /// Has the window follow the model.
   void sendChanges();
   void comeToFront(const std::string& activationToken);
+
+  /// What lets the next window take the focus, from the last thing the user did in this one; empty for none.
+  const std::string& activationToken() const { return token; }
 
   /// Why the window was lost; absent while it is there.
   const std::optional<std::string>& failure() const { return process.failure(); }
@@ -54,6 +67,7 @@ class DialogSession {
   platform::TextField* const field;
   std::optional<int> endCode;
   Told told;
+  std::string token;
   DialogProcess process;
 };
 
