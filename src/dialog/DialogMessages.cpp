@@ -16,11 +16,11 @@ namespace json = boost::json;
 namespace {
 
 /// The largest width and icon that a window is made for, in pixels.
-constexpr std::int64_t largestLength = 2000;
-constexpr std::int64_t largestFont = 200;  // points
+constexpr std::int64_t maxLength = 2000;
+constexpr std::int64_t maxFontSize = 200;  // points
 /// The end of the longest text that an input method could reach.
-constexpr std::int64_t largestOffset = 1 << 20;
-constexpr std::size_t mostButtons = 8;
+constexpr std::int64_t maxOffset = 1 << 20;
+constexpr std::size_t maxButtons = 8;
 
 constexpr std::array<std::pair<ButtonKey, std::string_view>, 3> buttonKeys = {
     {{ButtonKey::none, ""}, {ButtonKey::enter, "return"}, {ButtonKey::escape, "escape"}}};
@@ -100,46 +100,46 @@ class Fields {
   const json::object* object;
 };
 
-json::value toJson(const IconLook& icon) {
+json::value toJson(const IconSpec& icon) {
   return {{"names", json::array(icon.names.begin(), icon.names.end())},
           {"size", icon.size},
           {"description", icon.description}};
 }
 
-IconLook iconIn(const json::value& value) {
+IconSpec iconIn(const json::value& value) {
   const Fields fields(value);
-  IconLook icon;
+  IconSpec icon;
   for (const auto& name : fields.list("names")) {
     if (!name.is_string()) throw Malformed("a name of the icon is not a string");
     icon.names.emplace_back(name.get_string());
   }
-  icon.size = static_cast<int>(fields.number("size", largestLength));
+  icon.size = static_cast<int>(fields.number("size", maxLength));
   icon.description = fields.text("description");
   return icon;
 }
 
-json::value toJson(const FieldLook& field) {
+json::value toJson(const FieldSpec& field) {
   return {{"text", field.text},
           {"placeholder", field.placeholder},
           {"width", field.width},
           {"points", field.fontSize}};
 }
 
-FieldLook fieldIn(const json::value& value) {
+FieldSpec fieldIn(const json::value& value) {
   const Fields fields(value);
-  FieldLook field;
+  FieldSpec field;
   field.text = fields.text("text");
   field.placeholder = fields.textOrEmpty("placeholder");
-  field.width = static_cast<int>(fields.number("width", largestLength));
-  field.fontSize = static_cast<int>(fields.numberOrZero("points", largestFont));
+  field.width = static_cast<int>(fields.number("width", maxLength));
+  field.fontSize = static_cast<int>(fields.numberOrZero("points", maxFontSize));
   return field;
 }
 
-json::value toJson(const ButtonLook& button) {
+json::value toJson(const ButtonSpec& button) {
   return {{"title", button.title}, {"key", nameIn(buttonKeys, button.key)}};
 }
 
-ButtonLook buttonIn(const json::value& value) {
+ButtonSpec buttonIn(const json::value& value) {
   const Fields fields(value);
   return {fields.text("title"), fields.named("key", buttonKeys)};
 }
@@ -150,8 +150,8 @@ json::value toJson(const Selection& selection) {
 
 Selection selectionIn(const json::value& value) {
   const Fields fields(value);
-  return {static_cast<std::size_t>(fields.number("location", largestOffset)),
-          static_cast<std::size_t>(fields.number("length", largestOffset))};
+  return {static_cast<std::size_t>(fields.number("location", maxOffset)),
+          static_cast<std::size_t>(fields.number("length", maxOffset))};
 }
 
 json::object toJson(const Show& show) {
@@ -178,7 +178,7 @@ Show showIn(const Fields& fields) {
   if (const auto* icon = fields.find("icon")) show.icon = iconIn(*icon);
   if (const auto* field = fields.find("field")) show.field = fieldIn(*field);
   for (const auto& button : fields.list("buttons")) show.buttons.push_back(buttonIn(button));
-  if (show.buttons.size() > mostButtons) throw Malformed("too many buttons");
+  if (show.buttons.size() > maxButtons) throw Malformed("too many buttons");
   show.isFloating = fields.isSet("floating");
   show.isCentered = fields.isSet("centered");
   show.isAccessory = fields.isSet("accessory");
@@ -220,7 +220,7 @@ Event eventIn(const Fields& fields) {
   Event event;
   event.kind = fields.named("event", eventKinds);
   if (event.kind == EventKind::button) {
-    event.button = static_cast<std::size_t>(fields.number("button", mostButtons - 1));
+    event.button = static_cast<std::size_t>(fields.number("button", maxButtons - 1));
   }
   event.text = fields.textOrEmpty("text");
   event.activationToken = fields.textOrEmpty("activationToken");

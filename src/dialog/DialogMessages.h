@@ -18,12 +18,12 @@ namespace sprig::dialog {
 /// The key that presses a button wherever the keyboard is in the window.
 enum class ButtonKey { none, enter, escape };
 
-struct ButtonLook {
+struct ButtonSpec {
   std::string title;
   ButtonKey key = ButtonKey::none;
 };
 
-struct IconLook {
+struct IconSpec {
   /// Names in the icon theme; the first one that it has is drawn.
   std::vector<std::string> names;
   /// Pixels, before the desktop's scale.
@@ -34,7 +34,7 @@ struct IconLook {
 
 /// One line of text the user can edit, the name of a file. While it is typed, the window says what is wrong
 /// with it; whether it is taken all the same is up to the other side.
-struct FieldLook {
+struct FieldSpec {
   std::string text;
   /// Shown dimly while the field is empty; empty for none.
   std::string placeholder;
@@ -54,11 +54,11 @@ struct Selection {
 struct Show {
   std::string title;
   std::string text;
-  std::optional<IconLook> icon;
+  std::optional<IconSpec> icon;
   /// It has the keyboard at first, with all of its text selected.
-  std::optional<FieldLook> field;
+  std::optional<FieldSpec> field;
   /// The most important one first.
-  std::vector<ButtonLook> buttons;
+  std::vector<ButtonSpec> buttons;
   /// Stays above ordinary windows.
   bool isFloating = false;
   /// Stands in the middle of the screen, if it belongs to no window.

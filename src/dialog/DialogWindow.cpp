@@ -15,12 +15,12 @@ namespace {
 constexpr int margin = 20;
 constexpr int gap = 16;
 constexpr int smallGap = 8;
-constexpr int tallestTexts = 280;
+constexpr int maxTextsHeight = 280;
 constexpr int buttonWidth = 90;
 /// Characters of an average line; longer ones wrap.
 constexpr int lineLength = 52;
 constexpr double headingScale = 1.15;
-constexpr int longestTitle = 100;  // characters
+constexpr int maxTitle = 100;  // characters
 /// How long a late window keeps the focus from others: longer than a file manager takes to show a new file.
 constexpr gint64 keepingTime = 2 * G_USEC_PER_SEC;
 
@@ -73,13 +73,13 @@ std::optional<std::string> nameInTheme(const std::vector<std::string>& names) {
   return found != names.end() ? std::optional(*found) : std::nullopt;
 }
 
-GtkWidget* makeIcon(const IconLook& look, const std::string& name) {
-  const auto role = look.description.empty() ? GTK_ACCESSIBLE_ROLE_PRESENTATION : GTK_ACCESSIBLE_ROLE_IMG;
+GtkWidget* makeIcon(const IconSpec& spec, const std::string& name) {
+  const auto role = spec.description.empty() ? GTK_ACCESSIBLE_ROLE_PRESENTATION : GTK_ACCESSIBLE_ROLE_IMG;
   auto* image = GTK_WIDGET(g_object_new(GTK_TYPE_IMAGE, "accessible-role", role, "icon-name", name.c_str(),
-                                        "pixel-size", look.size, nullptr));
+                                        "pixel-size", spec.size, nullptr));
   gtk_widget_set_valign(image, GTK_ALIGN_START);
   gtk_accessible_update_property(GTK_ACCESSIBLE(image), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                 look.description.c_str(), -1);
+                                 spec.description.c_str(), -1);
   return image;
 }
 
@@ -90,7 +90,7 @@ GtkWidget* makeScroller(GtkWidget* content) {
   gtk_scrolled_window_set_policy(scroller, GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
   gtk_scrolled_window_set_propagate_natural_width(scroller, TRUE);
   gtk_scrolled_window_set_propagate_natural_height(scroller, TRUE);
-  gtk_scrolled_window_set_max_content_height(scroller, tallestTexts);
+  gtk_scrolled_window_set_max_content_height(scroller, maxTextsHeight);
   // A bar that only shows itself under the pointer would not tell that there is more to read.
   gtk_scrolled_window_set_overlay_scrolling(scroller, FALSE);
   gtk_scrolled_window_set_child(scroller, content);
@@ -99,8 +99,8 @@ GtkWidget* makeScroller(GtkWidget* content) {
 
 /// A title for lists of windows.
 std::string shortened(const std::string& title) {
-  if (g_utf8_strlen(title.c_str(), -1) <= longestTitle) return title;
-  const wire::TextPointer head(g_utf8_substring(title.c_str(), 0, longestTitle));
+  if (g_utf8_strlen(title.c_str(), -1) <= maxTitle) return title;
+  const wire::TextPointer head(g_utf8_substring(title.c_str(), 0, maxTitle));
   return head.get() + std::string("…");
 }
 
@@ -169,29 +169,29 @@ GtkWidget* DialogWindow::makeColumn(const Show& show) {
   return column;
 }
 
-GtkWidget* DialogWindow::makeField(const FieldLook& look) {
-  field.emplace(look);
+GtkWidget* DialogWindow::makeField(const FieldSpec& spec) {
+  field.emplace(spec);
   g_signal_connect(field->entry(), "activate",
                    G_CALLBACK(+[](GtkEntry*, DialogWindow* self) { self->report(EventKind::field); }), this);
   return field->widget();
 }
 
-GtkWidget* DialogWindow::makeButtons(const std::vector<ButtonLook>& looks) {
+GtkWidget* DialogWindow::makeButtons(const std::vector<ButtonSpec>& specs) {
   auto* row = makeBox(GTK_ORIENTATION_HORIZONTAL, smallGap);
   setMargins(row, margin, margin, margin);
   gtk_widget_set_halign(row, GTK_ALIGN_END);
   gtk_box_set_homogeneous(GTK_BOX(row), TRUE);
   // The most important one stands at the end, where the eye and the pointer go last.
-  for (const auto& look : looks) gtk_box_prepend(GTK_BOX(row), makeButton(look));
+  for (const auto& spec : specs) gtk_box_prepend(GTK_BOX(row), makeButton(spec));
   const bool isEscapeTaken =
-      std::any_of(looks.begin(), looks.end(), [](const auto& look) { return look.key == ButtonKey::escape; });
+      std::any_of(specs.begin(), specs.end(), [](const auto& spec) { return spec.key == ButtonKey::escape; });
   if (!isEscapeTaken) closeOnEscape();
-  if (looks.size() > 1) gtk_widget_add_css_class(buttons.front(), "suggested-action");
+  if (specs.size() > 1) gtk_widget_add_css_class(buttons.front(), "suggested-action");
   return row;
 }
 
-GtkWidget* DialogWindow::makeButton(const ButtonLook& look) {
-  auto* button = gtk_button_new_with_label(look.title.c_str());
+GtkWidget* DialogWindow::makeButton(const ButtonSpec& spec) {
+  auto* button = gtk_button_new_with_label(spec.title.c_str());
   gtk_widget_set_size_request(button, buttonWidth, -1);
   const auto index = buttons.size();
   buttons.push_back(button);
@@ -199,8 +199,8 @@ GtkWidget* DialogWindow::makeButton(const ButtonLook& look) {
                      self->report(EventKind::button, self->indexOf(clicked));
                    }),
                    this);
-  if (look.key == ButtonKey::enter) gtk_window_set_default_widget(window, button);
-  if (look.key == ButtonKey::escape) pressOnEscape(index);
+  if (spec.key == ButtonKey::enter) gtk_window_set_default_widget(window, button);
+  if (spec.key == ButtonKey::escape) pressOnEscape(index);
   return button;
 }
 
@@ -250,7 +250,7 @@ void DialogWindow::open(const Show& show) {
   takeFocusWith(window, show.activationToken);
   gtk_widget_realize(GTK_WIDGET(window));
   setWindowHints(window, show.isAccessory ? Listing::leftOut : Listing::asUsual);
-  const bool hasParent = belongTo(window, show.parentWindow);
+  const bool hasParent = setTransientFor(window, show.parentWindow);
   if (show.isCentered && !hasParent) centerOnScreen(window);
   gtk_window_present(window);
   if (show.isFloating) stayAbove(window);

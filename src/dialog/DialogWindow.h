@@ -32,9 +32,9 @@ class DialogWindow {
  private:
   void addContent(const Show& show);
   GtkWidget* makeColumn(const Show& show);
-  GtkWidget* makeField(const FieldLook& look);
-  GtkWidget* makeButtons(const std::vector<ButtonLook>& looks);
-  GtkWidget* makeButton(const ButtonLook& look);
+  GtkWidget* makeField(const FieldSpec& spec);
+  GtkWidget* makeButtons(const std::vector<ButtonSpec>& specs);
+  GtkWidget* makeButton(const ButtonSpec& spec);
   void describeForScreenReaders(const Show& show);
   void closeOnEscape();
   void pressOnEscape(std::size_t index);

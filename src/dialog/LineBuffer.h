@@ -11,14 +11,14 @@ namespace sprig::dialog {
 class LineBuffer {
  public:
   /// Bytes. A longer line is a fault of the sender.
-  static constexpr std::size_t longestLine = std::size_t{1} << 20;
+  static constexpr std::size_t maxLine = std::size_t{1} << 20;
 
   /// False when the line that has begun is too long already.
   bool add(std::string_view bytes) {
     buffered += bytes;
     const auto lineBreak = buffered.rfind('\n');
     const auto begin = lineBreak == std::string::npos ? 0 : lineBreak + 1;
-    return buffered.size() - begin <= longestLine;
+    return buffered.size() - begin <= maxLine;
   }
 
   /// The next whole line without its line break; nothing until there is one.

@@ -62,16 +62,16 @@ int characters(const char* text, std::size_t units) {
 
 }  // namespace
 
-NameField::NameField(const FieldLook& look)
+NameField::NameField(const FieldSpec& spec)
     : box(gtk_box_new(GTK_ORIENTATION_VERTICAL, gap)),
       field(gtk_entry_new()),
       sign(makeSign()),
       note(makeNote()),
       noteRow(gtk_box_new(GTK_ORIENTATION_HORIZONTAL, gap)) {
-  gtk_widget_set_size_request(field, look.width, -1);
-  setFontSize(field, look.fontSize);
-  gtk_editable_set_text(GTK_EDITABLE(field), look.text.c_str());
-  if (!look.placeholder.empty()) gtk_entry_set_placeholder_text(entry(), look.placeholder.c_str());
+  gtk_widget_set_size_request(field, spec.width, -1);
+  setFontSize(field, spec.fontSize);
+  gtk_editable_set_text(GTK_EDITABLE(field), spec.text.c_str());
+  if (!spec.placeholder.empty()) gtk_entry_set_placeholder_text(entry(), spec.placeholder.c_str());
   gtk_box_append(GTK_BOX(box), field);
   gtk_box_append(GTK_BOX(noteRow), sign);
   gtk_box_append(GTK_BOX(noteRow), note);

@@ -12,7 +12,7 @@ namespace sprig::dialog {
 /// must not outlive.
 class NameField {
  public:
-  explicit NameField(const FieldLook& look);
+  explicit NameField(const FieldSpec& spec);
   NameField(const NameField&) = delete;
   NameField& operator=(const NameField&) = delete;
 

@@ -7,7 +7,7 @@ namespace sprig::dialog {
 namespace {
 
 /// As the usual file systems have it.
-constexpr std::size_t longestName = 255;  // bytes
+constexpr std::size_t maxName = 255;  // bytes
 
 std::string_view withoutSpaceAround(std::string_view name) {
   const char* begin = name.data();
@@ -31,10 +31,9 @@ NameNote noteOn(std::string_view typed) {
   if (name == "." || name == "..") {
     return {NoteKind::problem, "A file can’t be called “" + std::string(name) + "”."};
   }
-  if (name.size() > longestName) {
+  if (name.size() > maxName) {
     return {NoteKind::problem, "This name may be too long: it has " + std::to_string(name.size()) +
-                                   " bytes, and most file systems allow " + std::to_string(longestName) +
-                                   "."};
+                                   " bytes, and most file systems allow " + std::to_string(maxName) + "."};
   }
   if (name.substr(0, 1) == ".") return {NoteKind::hint, "Files whose names begin with “.” are hidden."};
   return {};

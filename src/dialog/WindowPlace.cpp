@@ -20,7 +20,7 @@ namespace sprig::dialog {
 namespace {
 
 /// What follows `prefix`; empty when `text` doesn't begin with it.
-std::string_view behind(std::string_view prefix, std::string_view text) {
+std::string_view removePrefix(std::string_view prefix, std::string_view text) {
   return text.substr(0, prefix.size()) == prefix ? text.substr(prefix.size()) : std::string_view();
 }
 
@@ -39,7 +39,7 @@ void setTypeOnX11(GdkSurface* surface) {
                   reinterpret_cast<const unsigned char*>(&type), 1);
 }
 
-bool belongToX11(GdkSurface* surface, std::string_view handle) {
+bool setTransientForOnX11(GdkSurface* surface, std::string_view handle) {
   Window parent = 0;
   const auto* end = handle.data() + handle.size();
   const auto parsed = std::from_chars(handle.data(), end, parent, 16);
@@ -199,15 +199,16 @@ void setWindowHints(GtkWindow* window, Listing listing) {
 #endif
 }
 
-bool belongTo(GtkWindow* window, const std::string& parentWindow) {
+bool setTransientFor(GtkWindow* window, const std::string& parentWindow) {
   auto* surface = gtk_native_get_surface(GTK_NATIVE(window));
 #ifdef GDK_WINDOWING_X11
-  if (const auto handle = behind("x11:", parentWindow); !handle.empty() && GDK_IS_X11_SURFACE(surface)) {
-    return belongToX11(surface, handle);
+  if (const auto handle = removePrefix("x11:", parentWindow);
+      !handle.empty() && GDK_IS_X11_SURFACE(surface)) {
+    return setTransientForOnX11(surface, handle);
   }
 #endif
 #ifdef GDK_WINDOWING_WAYLAND
-  if (const auto handle = behind("wayland:", parentWindow);
+  if (const auto handle = removePrefix("wayland:", parentWindow);
       !handle.empty() && GDK_IS_WAYLAND_TOPLEVEL(surface)) {
     return gdk_wayland_toplevel_set_transient_for_exported(GDK_TOPLEVEL(surface), handle.data()) != FALSE;
   }

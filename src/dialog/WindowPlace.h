@@ -28,7 +28,7 @@ void setWindowHints(GtkWindow* window, Listing listing);
 /// Makes a window belong to one of another program, "x11:<hexadecimal id>" or "wayland:<exported handle>", so
 /// that it stays in front of it. False when that is of the other display system or malformed. Requires:
 /// realized, not mapped yet.
-bool belongTo(GtkWindow* window, const std::string& parentWindow);
+bool setTransientFor(GtkWindow* window, const std::string& parentWindow);
 
 /// Moves a window to the middle of the monitor with the active window, else of the one with the pointer. On
 /// Wayland, that is up to the compositor. Requires: realized.

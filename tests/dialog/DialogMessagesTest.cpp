@@ -88,7 +88,7 @@ TEST(LineBuffer, MakesLinesHoweverTheBytesArrive) {
 
 TEST(LineBuffer, DoesNotGrowForEver) {
   LineBuffer buffer;
-  EXPECT_TRUE(buffer.add(std::string(LineBuffer::longestLine, 'x')));
+  EXPECT_TRUE(buffer.add(std::string(LineBuffer::maxLine, 'x')));
   EXPECT_FALSE(buffer.add("x"));
 }
 

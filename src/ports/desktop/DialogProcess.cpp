@@ -104,7 +104,7 @@ void DialogProcess::awaitWindow(std::chrono::milliseconds limit, const char* com
 
 void DialogProcess::awaitAnswer() { awaitWindow(answerLimit, "it has stopped answering"); }
 
-/// Has `call` called with this while the connection is ready, until what is returned goes.
+/// Calls `call` with this whenever the connection is ready, until the source is destroyed.
 DialogProcess::Source DialogProcess::watch(GIOCondition condition, GUnixFDSourceFunc call) {
   Source source(g_unix_fd_source_new(connection.get(), condition));
   // NOLINTNEXTLINE(clang-diagnostic-cast-function-type): the type of the callback depends on the kind of

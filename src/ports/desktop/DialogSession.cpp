@@ -18,9 +18,9 @@ namespace {
 
 constexpr double styleIconSize = 36;
 /// How many bytes of a text are shown: more than anybody reads, less than takes noticeable time to lay out.
-constexpr std::size_t longestText = 12000;
+constexpr std::size_t maxText = 12000;
 /// The same of what a field holds: less than a field has room for.
-constexpr std::size_t longestName = 60000;
+constexpr std::size_t maxName = 60000;
 /// For a symbol that the theme has no drawing of.
 constexpr std::string_view plainSymbol = "doc.text";
 /// For a theme that doesn't have that either.
@@ -34,7 +34,7 @@ std::size_t beginOfCharacter(std::string_view text, std::size_t place) {
 
 /// Text as windows can show it: a picture stands for U+0000, at which a window's text would end. Of a longer
 /// one the middle is left out, since what there is to say of a long name comes before and behind it.
-std::string shownText(std::string_view text, std::size_t longest = longestText) {
+std::string shownText(std::string_view text, std::size_t longest = maxText) {
   if (text.size() > longest) {
     const auto head = text.substr(0, beginOfCharacter(text, longest / 2));
     const auto tail = text.substr(beginOfCharacter(text, text.size() - longest / 2));
@@ -75,21 +75,21 @@ std::string iconOf(platform::AlertStyle style) {
   }
 }
 
-dialog::IconLook iconOf(const Alert& alert) {
+dialog::IconSpec iconOf(const Alert& alert) {
   if (!alert.icon) return {{iconOf(alert.style)}, static_cast<int>(styleIconSize), ""};
-  dialog::IconLook look;
+  dialog::IconSpec spec;
   for (const auto symbol : {std::string_view(alert.icon->symbolName), plainSymbol}) {
-    if (auto name = ports::iconName(symbol)) look.names.push_back(*std::move(name));
+    if (auto name = ports::iconName(symbol)) spec.names.push_back(*std::move(name));
   }
-  look.names.emplace_back(plainIcon);
+  spec.names.emplace_back(plainIcon);
   const auto size = alert.icon->configuration ? alert.icon->configuration->pointSize : styleIconSize;
-  look.size = static_cast<int>(size);
-  look.description = shownText(alert.icon->accessibilityDescription);
-  return look;
+  spec.size = static_cast<int>(size);
+  spec.description = shownText(alert.icon->accessibilityDescription);
+  return spec;
 }
 
-dialog::FieldLook lookOf(const TextField& field) {
-  return {shownText(field.stringValue, longestName), shownText(field.placeholderString, longestName),
+dialog::FieldSpec specOf(const TextField& field) {
+  return {shownText(field.stringValue, maxName), shownText(field.placeholderString, maxName),
           static_cast<int>(field.frame.width), static_cast<int>(std::lround(field.fontSize))};
 }
 
@@ -98,7 +98,7 @@ dialog::Show showOf(const Alert& alert, const TextField* field, const Click& cli
   show.title = shownText(alert.messageText);
   show.text = shownText(alert.informativeText);
   show.icon = iconOf(alert);
-  if (field != nullptr) show.field = lookOf(*field);
+  if (field != nullptr) show.field = specOf(*field);
   for (const auto& button : alert.buttons) show.buttons.push_back({shownText(button.title), keyOf(button)});
   show.isFloating = alert.window->level == platform::WindowLevel::floating;
   show.isCentered = alert.window->isCentered;
@@ -117,7 +117,7 @@ DialogSession::DialogSession(Alert& shownAlert, const DialogProgram& program, co
   auto show = showOf(alert, field, opening.click);
   show.isAccessory = opening.policy == platform::ActivationPolicy::accessory;
   show.isLate = opening.isLate;
-  if (field != nullptr) told.text = show.field->text;
+  if (field != nullptr) lastSent.text = show.field->text;
   process.send(show);
 }
 
@@ -139,7 +139,7 @@ bool DialogSession::performNext() {
 void DialogSession::perform(const dialog::Event& event) {
   if (!event.activationToken.empty()) token = event.activationToken;
   // What could only be shown with other characters, or in part, stays what it is while it is not touched.
-  if (field != nullptr && event.text != told.text) field->stringValue = told.text = event.text;
+  if (field != nullptr && event.text != lastSent.text) field->stringValue = lastSent.text = event.text;
   if (event.kind == dialog::EventKind::close) return close();
   if (event.kind == dialog::EventKind::button) {
     if (event.button < alert.buttons.size()) press(alert.buttons[event.button]);
@@ -162,30 +162,29 @@ void DialogSession::close() {
   stop(noButtonCode);
 }
 
-DialogSession::Told DialogSession::wanted() const {
+DialogSession::State DialogSession::currentState() const {
   const auto& window = *alert.window;
-  Told state{told.text, std::nullopt, window.isFrontRegardless || window.isKey};
+  State state{lastSent.text, std::nullopt, window.isFrontRegardless || window.isKey};
   if (field == nullptr) return state;
-  state.text = shownText(field->stringValue, longestName);
+  state.text = shownText(field->stringValue, maxName);
   if (field->currentEditor) state.selection = field->currentEditor->selectedRange;
   return state;
 }
 
 void DialogSession::sendChanges() {
-  auto now = wanted();
+  auto now = currentState();
   dialog::Change change;
-  if (now.text != told.text) change.text = now.text;
-  if (now.selection && now.selection != told.selection) {
-    change.selection = {std::min(now.selection->location, longestName),
-                        std::min(now.selection->length, longestName)};
+  if (now.text != lastSent.text) change.text = now.text;
+  if (now.selection && now.selection != lastSent.selection) {
+    change.selection = {std::min(now.selection->location, maxName), std::min(now.selection->length, maxName)};
   }
-  change.comesToFront = now.isInFront && !told.isInFront;
+  change.comesToFront = now.isInFront && !lastSent.isInFront;
   if (change.comesToFront) {
     process.bringToFront(change);
   } else if (change.text || change.selection) {
     process.send(change);
   }
-  told = std::move(now);
+  lastSent = std::move(now);
 }
 
 void DialogSession::comeToFront(const std::string& activationToken) {

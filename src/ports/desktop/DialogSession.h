@@ -52,7 +52,7 @@ class DialogSession {
 
  private:
   /// What the window was told last.
-  struct Told {
+  struct State {
     std::string text;
     std::optional<platform::TextRange> selection;
     bool isInFront = true;
@@ -61,12 +61,12 @@ class DialogSession {
   void perform(const dialog::Event& event);
   void press(const platform::Button& button);
   void close();
-  Told wanted() const;
+  State currentState() const;
 
   platform::Alert& alert;
   platform::TextField* const field;
   std::optional<int> endCode;
-  Told told;
+  State lastSent;
   std::string token;
   DialogProcess process;
 };
