@@ -61,6 +61,8 @@ _sprig() {
     if [[ $cur == -* ]]; then _sprig_offer_words "--json --titles $common"; else _sprig_offer_paths -d; fi
   elif [[ $last -gt 1 && $command == detect ]]; then
     if [[ $cur == -* ]]; then _sprig_offer_words "$common"; else _sprig_offer_paths -d; fi
+  elif [[ $last -gt 1 && $command == undo ]]; then
+    _sprig_offer_words "--list $common"
   elif [[ $last -gt 1 && $command == config ]]; then
     if [[ $cur == -* ]]; then
       _sprig_offer_words "$common"
@@ -74,7 +76,7 @@ _sprig() {
   else
     _sprig_offer_paths -f
     local word
-    ((last == 1)) && for word in list new detect config; do
+    ((last == 1)) && for word in list new detect config undo; do
       [[ $word == "$cur"* ]] && COMPREPLY+=("$word")
     done
   fi

@@ -34,6 +34,7 @@ complete -c sprig -n $first -a list -d 'Show what the menu holds'
 complete -c sprig -n $first -a new -d 'Create a file without questions'
 complete -c sprig -n $first -a detect -d 'Show the project types of a folder'
 complete -c sprig -n $first -a config -d 'Find, write or check the configuration file'
+complete -c sprig -n $first -a undo -d 'Take the newest file back'
 complete -c sprig -n $first -l version -d 'Show the version'
 complete -c sprig -s v -l verbose -d 'Show log lines on standard error as well'
 complete -c sprig -s h -l help -d 'Show help'
@@ -48,3 +49,5 @@ complete -c sprig -n '__sprig_command new; and __sprig_operands 0' -f -a '(sprig
 
 complete -c sprig -n '__sprig_command config; and __sprig_operands 0' -f -a 'path init check'
 complete -c sprig -n '__sprig_command config; and not __sprig_operands 0; and not __fish_seen_subcommand_from check' -f
+
+complete -c sprig -n '__sprig_command undo' -f -l list -d 'Show what can be undone'

@@ -69,6 +69,7 @@ std::optional<FileURL> FileCreator::createFile(const TemplateItem& item, const F
     return std::nullopt;
   }
   platform.systemLog.log("[SprigFinder] Successfully wrote file to " + file->path());
+  platform.creations.created(*file);
   platform.mainQueue.async(
       [file = *file] { platform::current().workspace.activateFileViewerSelecting({file}); });
   return file;

@@ -8,6 +8,7 @@
 
 #include "platform/Application.h"
 #include "platform/Clock.h"
+#include "platform/Creations.h"
 #include "platform/FIFinderSyncController.h"
 #include "platform/FileChangeSource.h"
 #include "platform/FileSystem.h"
@@ -61,6 +62,7 @@ struct Platform {
   FileChangeSources& fileChanges;
   Volumes& volumes;
   Workspace& workspace;
+  Creations& creations;
   SymbolImages& images;
   Application& application;
   FIFinderSyncController& finderSyncController;

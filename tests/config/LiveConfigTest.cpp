@@ -38,9 +38,9 @@ std::string document(std::int64_t version) {
 struct LiveStore : testing::Test {
   test::TestPlatform base;
   ports::InotifyFileChangeSources sources;
-  platform::Platform services{base.files,     base.users,     base.process,     base.clock,
-                              base.systemLog, base.mainQueue, sources,          base.volumes,
-                              base.workspace, base.images,    base.application, base.controller};
+  platform::Platform services{
+      base.files,   base.users,     base.process,   base.clock,  base.systemLog,   base.mainQueue, sources,
+      base.volumes, base.workspace, base.creations, base.images, base.application, base.controller};
   platform::PlatformScope scope{services};
   FileURL file = base.writeConfig(document(0));
   FileURL folder = file.deletingLastPathComponent();

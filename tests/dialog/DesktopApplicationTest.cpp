@@ -76,9 +76,9 @@ INSTANTIATE_TYPED_TEST_SUITE_P(OfTheDesktop, ApplicationContract, DesktopWorlds)
 struct Dialogs : testing::Test, ScriptedDialogs {
   TestPlatform platform;
   platform::Platform services{
-      platform.files,     platform.users,       platform.process, platform.clock,     log,
-      mainQueue,          platform.fileChanges, platform.volumes, platform.workspace, platform.images,
-      desktopApplication, platform.controller};
+      platform.files,  platform.users,       platform.process,   platform.clock,     log,
+      mainQueue,       platform.fileChanges, platform.volumes,   platform.workspace, platform.creations,
+      platform.images, desktopApplication,   platform.controller};
   platform::PlatformScope scope{services};
 
   static Name ask(const std::string& suggested = "notes.txt") {

@@ -31,6 +31,7 @@ COMPLETED = {
     "sprig new Report Name --verb": ["new", "Report", "Name", "--verbose"],
     "sprig conf": ["config"],
     "sprig config ini": ["config", "init"],
+    "sprig undo --l": ["undo", "--list"],
     "sprig config check conf": ["config", "check", "config file.json"],
     "sprig list --js": ["list", "--json"],
     "sprig detect fold": ["detect", "folder of mine"],
@@ -75,7 +76,7 @@ def test_the_manual_page_is_well_formed_and_names_every_option_of_the_help(home)
     assert (lint.returncode, lint.stdout) == (0, "")
     manual = subprocess.run(["mandoc", "-T", "utf8", MANUAL], text=True, capture_output=True).stdout
     manual = re.sub(".\b", "", manual)
-    for command in ([], ["list"], ["new"], ["detect"], ["config"]):
+    for command in ([], ["list"], ["new"], ["detect"], ["config"], ["undo"]):
         help_text = home.run(*command, "--help").stdout
         for option in set(re.findall(r"--[a-z]+", help_text)):
             assert option in manual, option

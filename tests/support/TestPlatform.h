@@ -102,6 +102,12 @@ class RecordingWorkspace : public platform::Workspace {
   bool open(const std::string& url) override;
 };
 
+class RecordingCreations : public platform::Creations {
+ public:
+  std::vector<platform::FileURL> files;
+  void created(const platform::FileURL& file) override { files.push_back(file); }
+};
+
 /// Has every symbol but the missing ones.
 class TestSymbolImages : public platform::SymbolImages {
  public:
@@ -173,6 +179,7 @@ class TestPlatform {
   ManualFileChanges fileChanges;
   TestVolumes volumes;
   RecordingWorkspace workspace;
+  RecordingCreations creations;
   TestSymbolImages images;
   ScriptedApplication application{mainQueue};
   TestFinderSyncController controller;
@@ -186,8 +193,8 @@ class TestPlatform {
   std::vector<std::string> takeLog();
 
  private:
-  platform::Platform services{files,       users,   process,   clock,  systemLog,   mainQueue,
-                              fileChanges, volumes, workspace, images, application, controller};
+  platform::Platform services{files,   users,     process,   clock,  systemLog,   mainQueue, fileChanges,
+                              volumes, workspace, creations, images, application, controller};
   platform::PlatformScope scope{services};
 };
 

@@ -71,12 +71,21 @@ Request readConfig(CommandArguments& arguments, Arguments list) {
   return ConfigRequest{task == "path" ? ConfigTask::path : ConfigTask::init, std::nullopt};
 }
 
+Request readUndo(CommandArguments& arguments, Arguments list) {
+  bool isListing = false;
+  arguments.addFlag("--list", isListing);
+  arguments.parse(std::move(list));
+  arguments.operands(0, 0);
+  return UndoRequest{isListing ? UndoTask::list : UndoTask::undo};
+}
+
 constexpr Command browse{"", browseHelp, readBrowse};
-constexpr std::array<Command, 4> commands{{
+constexpr std::array<Command, 5> commands{{
     {"list", listHelp, readList},
     {"new", newHelp, readNew},
     {"detect", detectHelp, readDetect},
     {"config", configHelp, readConfig},
+    {"undo", undoHelp, readUndo},
 }};
 
 /// The command that the first argument which is no option names; that argument is taken off the list.

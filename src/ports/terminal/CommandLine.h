@@ -43,6 +43,13 @@ struct ConfigRequest {
   std::optional<std::string> file;
 };
 
+enum class UndoTask { undo, list };
+
+/// `sprig undo`
+struct UndoRequest {
+  UndoTask task = UndoTask::undo;
+};
+
 /// `--help`, `--version`: a text to print.
 struct TextRequest {
   std::string text;
@@ -51,7 +58,8 @@ struct TextRequest {
 /// What the user wants.
 struct CommandLine {
   Logging logging = Logging::quiet;
-  std::variant<BrowseRequest, ListRequest, NewRequest, DetectRequest, ConfigRequest, TextRequest> request;
+  std::variant<BrowseRequest, ListRequest, NewRequest, DetectRequest, ConfigRequest, UndoRequest, TextRequest>
+      request;
 };
 
 /// Reads the arguments, the program's name left out. The error is a sentence without a capital or full stop.

@@ -13,6 +13,7 @@ Usage:
   sprig new TEMPLATE [NAME] [--in FOLDER]  create a file without questions
   sprig detect [FOLDER]                    the project types of a folder
   sprig config path | init | check [FILE]  the configuration file
+  sprig undo [--list]                      take the newest file back
 
 Options:
   -v, --verbose         show log lines on standard error as well
@@ -29,7 +30,7 @@ Examples:
   sprig new builtin-python tool --in ~/bin
   sprig config init                   write the built-in templates to a file
 
-Exit status: 0 created or printed, 1 cancelled, 2 wrong use, 3 failed.
+Exit status: 0 done, 1 cancelled or nothing to undo, 2 wrong use, 3 failed.
 )help";
 
 inline constexpr const char* listHelp = R"help(Usage: sprig list [--json | --titles] [FOLDER]
@@ -98,6 +99,22 @@ Options:
 Examples:
   $EDITOR "$(sprig config init)"
   sprig config check && sprig list
+)help";
+
+inline constexpr const char* undoHelp = R"help(Usage: sprig undo
+       sprig undo --list
+
+Moves the file that was created last, here or in a file manager, to the trash
+and prints its path. A file that has been changed since stays. After an undo,
+the next one takes back the creation before; the last 20 are remembered.
+
+Options:
+      --list     shows what can be undone, the newest first
+  -v, --verbose  show log lines on standard error as well
+  -h, --help     this text
+
+Where there is no trash, the untouched file is removed. Exit status 1: there
+is nothing to undo.
 )help";
 
 }  // namespace sprig::terminal

@@ -11,8 +11,8 @@ TerminalPlatform::TerminalPlatform(Logging logging)
       workspace(standardError),
       alerts(mainQueue, *reader, standardError),
       scope(services),
-      services{files,       users,   process,   clock,  systemLog, mainQueue,
-               fileChanges, volumes, workspace, images, alerts,    target} {}
+      services{files,   users,     process,   clock,  systemLog, mainQueue, fileChanges,
+               volumes, workspace, creations, images, alerts,    target} {}
 
 ExitStatus TerminalPlatform::outcomeOfPick() {
   settle();

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/Platform.h"
+#include "ports/linux/CreationJournal.h"
 #include "ports/linux/InotifyFileChangeSources.h"
 #include "ports/linux/LinuxClock.h"
 #include "ports/linux/LinuxFileSystem.h"
@@ -33,6 +34,7 @@ class TerminalPlatform {
   LineReader& lines() { return *reader; }
   TerminalApplication& application() { return alerts; }
   TerminalFinderSyncController& controller() { return target; }
+  ports::CreationJournal& journal() { return creations; }
 
   /// Does what waits in the main queue.
   void settle() { mainQueue.runPending(); }
@@ -51,6 +53,7 @@ class TerminalPlatform {
   TerminalSystemLog systemLog;
   ports::MountedVolumes volumes;
   TerminalWorkspace workspace;
+  ports::CreationJournal creations{ports::CreationJournal::userFolder(files, process)};
   TerminalSymbolImages images;
   TerminalApplication alerts;
   TerminalFinderSyncController target;

@@ -14,6 +14,7 @@
 #include "ports/terminal/Screen.h"
 #include "ports/terminal/StandardStreams.h"
 #include "ports/terminal/TerminalPlatform.h"
+#include "ports/terminal/UndoCommand.h"
 
 namespace sprig::terminal {
 
@@ -29,6 +30,7 @@ class Runner {
   ExitStatus operator()(const NewRequest& request) { return NewCommand(platform, request).run(); }
   ExitStatus operator()(const DetectRequest& request) { return DetectCommand(platform, request).run(); }
   ExitStatus operator()(const ConfigRequest& request) { return ConfigCommand(platform, request).run(); }
+  ExitStatus operator()(const UndoRequest& request) { return UndoCommand(platform, request).run(); }
   ExitStatus operator()(const TextRequest& request) { return printData(request.text, platform.screen()); }
 
  private:

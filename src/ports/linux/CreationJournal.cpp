@@ -1,0 +1,198 @@
+#include "ports/linux/CreationJournal.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <filesystem>
+#include <system_error>
+#include <thread>
+
+#include "ports/linux/retrying.h"
+
+namespace sprig::ports {
+
+using platform::FileURL;
+
+namespace {
+
+constexpr const char* journalName = "creations";
+constexpr const char* newJournalName = "creations.new";
+constexpr const char* lockName = "creations.lock";
+/// More than the longest journal that this program writes.
+constexpr std::size_t maxSize = std::size_t{1} << 20U;
+/// A time beyond the year 2200 is nonsense, and more than a clock of nanoseconds can count.
+constexpr std::int64_t maxSeconds = 7'300'000'000;
+constexpr mode_t privateFile = 0600;
+constexpr mode_t privateFolder = 0700;
+
+/// A path without bytes that would end or break a line.
+std::string escaped(std::string_view path) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string result;
+  for (const char character : path) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte >= ' ' && byte != '%') {
+      result += character;
+    } else {
+      result.append({'%', digits[byte >> 4U], digits[byte & 0xFU]});
+    }
+  }
+  return result;
+}
+
+std::optional<std::string> unescaped(std::string_view text) {
+  std::string result;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    if (text[index] != '%') {
+      result += text[index];
+      continue;
+    }
+    unsigned char byte = 0;
+    const auto digits = text.substr(index + 1, 2);
+    const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
+    if (failure != std::errc() || digits.size() < 2 || end != digits.data() + 2 || byte == 0)
+      return std::nullopt;
+    result += static_cast<char>(byte);
+    index += 2;
+  }
+  return result;
+}
+
+/// Takes a number and the space behind it off the front.
+template <typename Number>
+bool takeNumber(std::string_view& line, Number& number) {
+  const auto [end, failure] = std::from_chars(line.data(), line.data() + line.size(), number);
+  if (failure != std::errc() || end == line.data() + line.size() || *end != ' ') return false;
+  line.remove_prefix(static_cast<std::size_t>(end - line.data()) + 1);
+  return true;
+}
+
+std::string lineOf(const Creation& creation) {
+  const auto& identity = creation.identity;
+  return std::to_string(identity.inode) + ' ' + std::to_string(identity.size) + ' ' +
+         std::to_string(identity.modifiedSeconds) + ' ' + std::to_string(identity.modifiedNanoseconds) + ' ' +
+         escaped(creation.file.path()) + '\n';
+}
+
+std::optional<Creation> creationIn(std::string_view line) {
+  FileIdentity identity;
+  const bool hasNumbers = takeNumber(line, identity.inode) && takeNumber(line, identity.size) &&
+                          takeNumber(line, identity.modifiedSeconds) &&
+                          takeNumber(line, identity.modifiedNanoseconds);
+  const auto path = hasNumbers ? unescaped(line) : std::nullopt;
+  const bool hasTime = identity.modifiedSeconds >= 0 && identity.modifiedSeconds <= maxSeconds;
+  if (!path || !path->starts_with("/") || !hasTime) return std::nullopt;
+  return Creation{FileURL(*path), identity};
+}
+
+/// The beginning of a file, as far as a journal may reach; empty when it can't be read.
+std::string contentOf(const std::string& path) {
+  const Descriptor file(retrying(
+      [&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY); }));
+  struct stat status = {};
+  if (!file.isOpen() || ::fstat(file.get(), &status) == -1 || !S_ISREG(status.st_mode)) return {};
+  std::string content;
+  std::array<char, 16384> buffer = {};
+  while (content.size() < maxSize) {
+    const auto count = retrying([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
+    if (count <= 0) break;
+    content.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  return content;
+}
+
+/// Locks without waiting for longer than a user would notice.
+bool lock(int descriptor) {
+  constexpr auto pause = std::chrono::milliseconds(5);
+  constexpr int maxAttempts = 100;
+  for (int attempts = 1; ::flock(descriptor, LOCK_EX | LOCK_NB) == -1; ++attempts) {
+    if (attempts == maxAttempts) return false;
+    std::this_thread::sleep_for(pause);
+  }
+  return true;
+}
+
+}  // namespace
+
+FileURL CreationJournal::userFolder(const platform::FileSystem& files, const platform::ProcessInfo& process) {
+  const auto base = process.environment("XDG_STATE_HOME");
+  const bool isUsable = base && base->starts_with('/');
+  return (isUsable ? FileURL(*base) : files.homeDirectory().appendingPath(".local/state"))
+      .appendingPath("sprig");
+}
+
+Descriptor CreationJournal::openLock() const {
+  std::error_code ignored;
+  std::filesystem::create_directories(location.deletingLastPathComponent().path(), ignored);
+  ::mkdir(location.path().c_str(), privateFolder);
+  const auto path = location.appendingPath(lockName).path();
+  Descriptor file(retrying([&] {
+    return ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, privateFile);
+  }));
+  if (file.isOpen() && lock(file.get())) return file;
+  return {};
+}
+
+std::vector<Creation> CreationJournal::read() const {
+  const auto content = contentOf(location.appendingPath(journalName).path());
+  std::vector<Creation> list;
+  std::string_view rest = content;
+  // What follows the last line break was cut off.
+  for (auto end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
+    if (auto creation = creationIn(rest.substr(0, end))) list.push_back(std::move(*creation));
+    rest.remove_prefix(end + 1);
+  }
+  return list;
+}
+
+// The file is not flushed to the disk: to lose it in a power failure is better than to wait for it each time.
+void CreationJournal::write(const std::vector<Creation>& list) const {
+  std::string content;
+  for (const auto& creation : list) content += lineOf(creation);
+  const auto path = location.appendingPath(newJournalName).path();
+  ::unlink(path.c_str());
+  const Descriptor file(retrying([&] {
+    return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, privateFile);
+  }));
+  if (!file.isOpen()) return;
+  const auto written = retrying([&] { return ::write(file.get(), content.data(), content.size()); });
+  const bool isWhole = written >= 0 && static_cast<std::size_t>(written) == content.size();
+  if (isWhole && ::rename(path.c_str(), location.appendingPath(journalName).path().c_str()) == 0) return;
+  ::unlink(path.c_str());
+}
+
+template <typename Change>
+void CreationJournal::change(Change apply) const {
+  const auto held = openLock();
+  if (!held.isOpen()) return;
+  auto list = read();
+  apply(list);
+  if (list.size() > maxCreations) {
+    list.erase(list.begin(), list.end() - static_cast<std::ptrdiff_t>(maxCreations));
+  }
+  write(list);
+}
+
+void CreationJournal::created(const FileURL& file) {
+  auto creation = Creation::of(file);
+  if (!creation) return;
+  change([&](std::vector<Creation>& list) { list.push_back(std::move(*creation)); });
+}
+
+std::vector<Creation> CreationJournal::creations() const {
+  auto list = read();
+  std::reverse(list.begin(), list.end());
+  return list;
+}
+
+void CreationJournal::forget(const Creation& creation) {
+  change([&](std::vector<Creation>& list) { std::erase(list, creation); });
+}
+
+}  // namespace sprig::ports
