@@ -69,7 +69,7 @@ int run() {
   const ServiceParts parts{*connection, platform.queue(), platform.finderSyncController(),
                            [&](const Click& click) {
                              user.setClick(click);
-                             platform.fileManagers().setClick(click);
+                             platform.setClick(click);
                            },
                            [](const std::string& token) { tell("comes to the front", token); }};
   ExtensionService service(parts, extension,

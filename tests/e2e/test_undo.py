@@ -44,7 +44,7 @@ def replace(file):
 
 
 @pytest.mark.parametrize("touch, reason", [
-    (grow, "“b.txt” has been changed since it was created"), (replace, "something else is called “b.txt” now"),
+    (grow, "“b.txt” has been changed since it was created"), (replace, "“b.txt” is something else now"),
     (lambda file: file.unlink(), "“b.txt” is no longer there"),
 ])
 def test_undo_leaves_a_touched_file_and_goes_on_with_the_one_before(home, touch, reason):

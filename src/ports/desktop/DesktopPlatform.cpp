@@ -7,11 +7,17 @@ namespace sprig::desktop {
 DesktopPlatform::DesktopPlatform(GDBusConnection& connection, platform::SystemLog& systemLog,
                                  platform::Application& application)
     : workspace(connection),
+      creations(connection, mainQueue, ports::CreationJournal::userFolder(files, process)),
       fileChanges(inotify, [this] { mainQueue.async([this] { compareConfiguration(); }); }),
-      services{files,       users,   process,   clock,  systemLog,   mainQueue,
-               fileChanges, volumes, workspace, images, application, controller} {
+      services{files,   users,     process,   clock,  systemLog,   mainQueue, fileChanges,
+               volumes, workspace, creations, images, application, controller} {
   scope.emplace(services);
   follower.emplace();
+}
+
+void DesktopPlatform::setClick(const Click& click) {
+  workspace.setClick(click);
+  creations.setClick(click);
 }
 
 void DesktopPlatform::whenConfigurationChanges(std::function<void()> handler) {

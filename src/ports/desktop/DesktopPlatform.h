@@ -10,6 +10,7 @@
 #include "config/ConfigManager.h"
 #include "platform/Platform.h"
 #include "ports/desktop/AnnouncingFileChangeSources.h"
+#include "ports/desktop/DesktopCreations.h"
 #include "ports/desktop/DesktopFinderSyncController.h"
 #include "ports/desktop/DesktopSymbolImages.h"
 #include "ports/desktop/DesktopWorkspace.h"
@@ -34,7 +35,9 @@ class DesktopPlatform {
 
   GLibMainQueue& queue() { return mainQueue; }
   DesktopFinderSyncController& finderSyncController() { return controller; }
-  DesktopWorkspace& fileManagers() { return workspace; }
+
+  /// What is created and shown from now on was asked for by this click.
+  void setClick(const Click& click);
 
   /// Has `handler` called, on the main thread, each time that another configuration is in force: from another
   /// load of the document, or from one that has come to stand in the user's configuration folder. Called
@@ -52,6 +55,7 @@ class DesktopPlatform {
   ports::LinuxClock clock;
   ports::MountedVolumes volumes;
   DesktopWorkspace workspace;
+  DesktopCreations creations;
   DesktopSymbolImages images;
   DesktopFinderSyncController controller;
   std::function<void()> configurationChanged;

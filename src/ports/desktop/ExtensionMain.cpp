@@ -23,7 +23,7 @@ int ExtensionMain(int, char**, PrincipalClass principalClass) {
   const ServiceParts parts{*connection, desktop.queue(), desktop.finderSyncController(),
                            [&](const Click& click) {
                              application.setClick(click);
-                             desktop.fileManagers().setClick(click);
+                             desktop.setClick(click);
                            },
                            [&](const std::string& token) { application.comeToFront(token); }};
   ExtensionService service(parts, *extension);

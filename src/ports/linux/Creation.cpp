@@ -34,7 +34,7 @@ std::string Creation::reasonToKeep(CreationState state) const {
     case CreationState::changed:
       return name + " has been changed since it was created";
     case CreationState::replaced:
-      return "something else is called " + name + " now";
+      return name + " is something else now";
     case CreationState::gone:
       return name + " is no longer there";
     case CreationState::untouched:
