@@ -5,6 +5,7 @@
 
 #include "filemanagers/client/AtBorder.h"
 #include "filemanagers/dolphin/DolphinItems.h"
+#include "filemanagers/dolphin/FileManagerObject.h"
 #include "filemanagers/dolphin/occasionOf.h"
 
 namespace sprig::filemanagers {
@@ -42,6 +43,7 @@ class DolphinPlugin : public KAbstractFileItemActionPlugin {
       const auto bus = runsMainLoopOfGLib() ? openBus() : nullptr;
       if (bus) {
         items = std::make_unique<DolphinItems>(*bus);
+        FileManagerObject::exportOnce();
       } else {
         g_warning("Sprig gives no menus: it needs the session bus, and a Qt that runs GLib's main loop");
       }
