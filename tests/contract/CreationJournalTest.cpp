@@ -9,8 +9,6 @@
 #include <thread>
 
 #include "contract/Process.h"
-#include "ports/linux/LinuxFileSystem.h"
-#include "ports/linux/LinuxProcessInfo.h"
 #include "support/TemporaryFolder.h"
 
 namespace sprig::test {
@@ -104,17 +102,6 @@ TEST_F(Journal, NeverFailsNorWaitsLongWhereNothingCanBeKept) {
   create("c");
   EXPECT_EQ(kept(), std::vector<FileURL>{first});
   EXPECT_EQ(openDescriptors(), descriptors + 1);
-}
-
-TEST_F(Journal, StandsInTheFolderForState) {
-  const ScopedVariable home("HOME", "/h");
-  for (const auto& [variable, place] : {std::pair<std::optional<std::string>, const char*>{"/s", "/s/sprig"},
-                                        {"relative", "/h/.local/state/sprig"},
-                                        {std::nullopt, "/h/.local/state/sprig"}}) {
-    const ScopedVariable state("XDG_STATE_HOME", variable);
-    EXPECT_EQ(CreationJournal::userFolder(ports::LinuxFileSystem(), ports::LinuxProcessInfo()),
-              FileURL(place));
-  }
 }
 
 TEST_F(Journal, KnowsAFileThatWasTouched) {

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "contract/Process.h"
+#include "ports/linux/CreationJournal.h"
 #include "ports/linux/Descriptor.h"
 #include "ports/linux/LinuxFileSystem.h"
 #include "ports/linux/LinuxProcessInfo.h"
@@ -24,25 +25,29 @@ using Text = std::optional<std::string>;
 
 TEST(LinuxFolders, AreTheOnesOfTheEnvironmentUnlessRelative) {
   const std::string recorded = ports::LinuxUserDatabase().homeDirectory().value().path();
+  const auto share = recorded + "/.local/share/sprig";
+  const auto state = recorded + "/.local/state/sprig";
   struct Row {
-    Text home, data, config;
-    std::string homeFolder, ownHome, container;
+    Text home, data, config, state;
+    std::string homeFolder, ownHome, container, journal;
   };
   const Row rows[] = {
-      {"/h", {}, {}, "/h", "/h/.local/share/sprig", "/h/.config/sprig"},
-      {"/h", "/d/", "/c", "/h", "/d/sprig", "/c/sprig"},
-      {"/h", "d", "./c", "/h", "/h/.local/share/sprig", "/h/.config/sprig"},
-      {"relative", {}, {}, recorded, recorded + "/.local/share/sprig", recorded + "/.config/sprig"},
-      {{}, {}, {}, recorded, recorded + "/.local/share/sprig", recorded + "/.config/sprig"}};
+      {"/h", {}, {}, {}, "/h", "/h/.local/share/sprig", "/h/.config/sprig", "/h/.local/state/sprig"},
+      {"/h", "/d/", "/c", "/s", "/h", "/d/sprig", "/c/sprig", "/s/sprig"},
+      {"/h", "d", "./c", "s", "/h", "/h/.local/share/sprig", "/h/.config/sprig", "/h/.local/state/sprig"},
+      {"relative", {}, {}, {}, recorded, share, recorded + "/.config/sprig", state},
+      {{}, {}, {}, {}, recorded, share, recorded + "/.config/sprig", state}};
   const ports::LinuxFileSystem files;
   for (const auto& row : rows) {
     const ScopedVariable home("HOME", row.home);
     const ScopedVariable data("XDG_DATA_HOME", row.data);
     const ScopedVariable config("XDG_CONFIG_HOME", row.config);
+    const ScopedVariable states("XDG_STATE_HOME", row.state);
     EXPECT_EQ(files.homeDirectory().path(), row.homeFolder);
     EXPECT_EQ(files.homeDirectoryForCurrentUser().path(), row.ownHome);
     EXPECT_EQ(files.containerURL("sprig").value().path(), row.container);
     EXPECT_FALSE(files.containerURL("../sprig"));
+    EXPECT_EQ(ports::CreationJournal::userFolder(files, ports::LinuxProcessInfo()).path(), row.journal);
   }
 }
 

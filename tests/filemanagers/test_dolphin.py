@@ -4,6 +4,7 @@ import signal
 
 import pytest
 from gi.repository import Gio, GLib
+from sprigtest.home import template
 from sprigtest.screenreader import has, wait_to_see
 from sprigtest.waiting import DEADLINE, output_of, wait_for
 
@@ -31,13 +32,27 @@ def test_a_creation_is_the_next_thing_that_dolphin_undoes(desktop, folder, manag
     assert (folder / "letter.txt").exists()
 
 
+def call(manager, path, interface, method, signature, *arguments):
+    bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+    return bus.call_sync(f"org.kde.dolphin-{manager.process.pid}", path, interface, method,
+                         GLib.Variant(signature, arguments), None, Gio.DBusCallFlags.NONE, DEADLINE * 1000).unpack()[0]
+
+
+def test_a_file_whose_folder_was_left_meanwhile_is_shown_all_the_same(desktop, folder, manager):
+    desktop.configure(template("Plain Text"), defaultBehavior="prompt")
+    manager.open_menu(manager.background())
+    manager.pick("Sprig", "Plain Text")
+    desktop.prompt("New Plain Text")
+    call(manager, "/dolphin/Dolphin_1", "org.kde.KMainWindow", "activateAction", "(s)", "go_up")
+    wait_for(lambda: not output_of("xdotool", "getwindowname", manager.window).startswith("demo"), "another folder")
+    desktop.press("Return")
+    manager.shows(folder / "Plain Text.txt")
+
+
 def select(manager, file, window=None):
     """What the module answers when it is asked to select a file."""
-    bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-    question = GLib.Variant("(ss)", (GLib.filename_to_uri(str(file)), window or f"x11:{int(manager.window):x}"))
-    return bus.call_sync(f"org.kde.dolphin-{manager.process.pid}", "/com/kestrel/Sprig/FileManager",
-                         "com.kestrel.Sprig.FileManager1", "Select", question, None, Gio.DBusCallFlags.NONE,
-                         DEADLINE * 1000).unpack()[0]
+    return call(manager, "/com/kestrel/Sprig/FileManager", "com.kestrel.Sprig.FileManager1", "Select", "(ss)",
+                GLib.filename_to_uri(str(file)), window or f"x11:{int(manager.window):x}")
 
 
 @pytest.mark.parametrize("view", ["ctrl+1", "ctrl+2", "ctrl+3"], ids=["icons", "compact", "details"])
