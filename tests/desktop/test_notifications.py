@@ -172,6 +172,16 @@ def test_the_extension_withdraws_its_notification_when_it_leaves(scripted, is_op
     wait_until(lambda: created.service.closed == ([ID] if is_open else []))
 
 
+def test_another_service_is_not_asked_to_replace_what_it_has_not_shown(desktop):
+    created = Created(desktop).pick()
+    created.service.says()
+    created.service.client.leaves()
+    created.service = Notifications(desktop, "actions")
+    created.pick()
+    created.service.says()
+    assert created.service.shown[0][1] == 0
+
+
 @pytest.fixture
 def dunst(desktop, tmp_path):
     """A real notification service, on a screen of its own."""

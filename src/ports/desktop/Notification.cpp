@@ -47,7 +47,9 @@ Notification::Notification(GDBusConnection& connection)
     : bus(static_cast<GDBusConnection*>(g_object_ref(&connection))) {}
 
 Notification::~Notification() {
-  if (subscription != 0) g_dbus_connection_signal_unsubscribe(bus.get(), subscription);
+  for (const auto number : {subscription, ownerSubscription}) {
+    if (number != 0) g_dbus_connection_signal_unsubscribe(bus.get(), number);
+  }
   if (!isOpen) return;
   g_dbus_connection_call(bus.get(), serviceName, servicePath, serviceName, "CloseNotification",
                          g_variant_new("(u)", id), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr,
@@ -60,14 +62,20 @@ void Notification::show(NotificationText text, Handler pressed) {
   if (!isAsking) askService();
 }
 
+void Notification::subscribe() {
+  subscription =
+      g_dbus_connection_signal_subscribe(bus.get(), serviceName, serviceName, nullptr, servicePath, nullptr,
+                                         G_DBUS_SIGNAL_FLAGS_NONE, signalled, this, nullptr);
+  constexpr const char* daemon = "org.freedesktop.DBus";
+  ownerSubscription = g_dbus_connection_signal_subscribe(
+      bus.get(), daemon, daemon, "NameOwnerChanged", "/org/freedesktop/DBus", serviceName,
+      G_DBUS_SIGNAL_FLAGS_NONE, ownerChanged, this, nullptr);
+}
+
 // Asked each time, as another service may have taken the place of the one before.
 void Notification::askService() {
   if (!waiting) return;
-  if (subscription == 0) {
-    subscription =
-        g_dbus_connection_signal_subscribe(bus.get(), serviceName, serviceName, nullptr, servicePath, nullptr,
-                                           G_DBUS_SIGNAL_FLAGS_NONE, signalled, this, nullptr);
-  }
+  if (subscription == 0) subscribe();
   call("GetCapabilities", nullptr, "(as)", &Notification::capabilitiesKnown);
 }
 
@@ -130,6 +138,15 @@ void Notification::signalled(GDBusConnection*, const char*, const char*, const c
     g_variant_get(parameters, "(uu)", &number, nullptr);
     if (number == notification.id) notification.isOpen = false;
   }
+}
+
+// Its numbers begin anew with another service, which may give ours to another program's notification.
+// NOLINTNEXTLINE(readability-function-size): the parameters are what the bus library passes.
+void Notification::ownerChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
+                                GVariant*, void* self) noexcept {
+  auto& notification = *static_cast<Notification*>(self);
+  notification.isOpen = false;
+  notification.id = 0;
 }
 
 void Notification::buttonPressed(std::uint32_t number, const std::string& key) {

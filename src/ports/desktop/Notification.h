@@ -54,7 +54,11 @@ class Notification {
   static void serviceAnswered(GObject* connection, GAsyncResult* result, void* call) noexcept;
   static void signalled(GDBusConnection* connection, const char* sender, const char* path,
                         const char* interface, const char* signal, GVariant* parameters, void* self) noexcept;
+  static void ownerChanged(GDBusConnection* connection, const char* sender, const char* path,
+                           const char* interface, const char* signal, GVariant* parameters,
+                           void* self) noexcept;
 
+  void subscribe();
   void askService();
   void capabilitiesKnown(GVariant* answer);
   void shown(GVariant* answer);
@@ -70,6 +74,7 @@ class Notification {
   std::uint32_t id = 0;  // the service's; 0 before the first
   unsigned keys = 0;
   guint subscription = 0;
+  guint ownerSubscription = 0;
 };
 
 }  // namespace sprig::desktop
