@@ -4,7 +4,8 @@
 
 namespace sprig::platform {
 
-using Instant = std::chrono::system_clock::time_point;
+/// Microseconds since 1970. Nanoseconds, which the system's clock counts, end in April 2262.
+using Instant = std::chrono::sys_time<std::chrono::microseconds>;
 
 /// A date and a time of day on the user's calendar. `month` and `day` count from 1, `hour` from 0 to 23.
 struct DateComponents {

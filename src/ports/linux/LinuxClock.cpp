@@ -5,9 +5,15 @@
 
 namespace sprig::ports {
 
+platform::Instant LinuxClock::now() const {
+  std::timespec time = {};
+  ::clock_gettime(CLOCK_REALTIME, &time);
+  return platform::Instant(std::chrono::seconds(time.tv_sec)) +
+         std::chrono::floor<std::chrono::microseconds>(std::chrono::nanoseconds(time.tv_nsec));
+}
+
 platform::DateComponents LinuxClock::components(platform::Instant instant) const {
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(instant);
-  const std::time_t time = std::chrono::system_clock::to_time_t(seconds);
+  const std::time_t time = std::chrono::floor<std::chrono::seconds>(instant).time_since_epoch().count();
   std::tm local = {};
   // localtime_r alone would keep the zone the program started in.
   ::tzset();

@@ -7,7 +7,7 @@ namespace sprig::ports {
 /// The system's clock and time zone; a change of zone is noticed while the program runs.
 class LinuxClock final : public platform::Clock {
  public:
-  platform::Instant now() const override { return std::chrono::system_clock::now(); }
+  platform::Instant now() const override;
   platform::DateComponents components(platform::Instant instant) const override;
 };
 
