@@ -23,7 +23,9 @@ std::optional<text::TrailingNumber> byExpression(std::string_view name) {
   const auto input =
       icu::UnicodeString::fromUTF8(icu::StringPiece(name.data(), static_cast<std::int32_t>(name.size())));
   icu::RegexMatcher match(icu::UnicodeString(R"(^(.*?)\s+(\d+)$)"), input, 0, status);
-  if (!match.matches(status) || U_FAILURE(status)) return std::nullopt;
+  // A search finds a number before a line break at the end as well; only one that ends the name counts.
+  if (!match.find(status) || match.start(status) != 0 || match.end(status) != input.length())
+    return std::nullopt;
   std::string stem;
   std::string digits;
   match.group(1, status).toUTF8String(stem);
