@@ -4,11 +4,13 @@
 #include "ports/desktop/DesktopPlatform.h"
 #include "ports/desktop/ExtensionService.h"
 #include "ports/linux/LinuxSystemLog.h"
+#include "ports/linux/handleFileSizeSignal.h"
 
 namespace sprig::platform {
 
 int ExtensionMain(int, char**, PrincipalClass principalClass) {
   using namespace sprig::desktop;
+  ports::handleFileSizeSignal();
   ports::LinuxSystemLog systemLog("sprig-extension", ports::SystemLogFallback::standardError);
   GError* error = nullptr;
   const wire::ObjectPointer<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error));

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ports/linux/handleFileSizeSignal.h"
 #include "ports/terminal/BrowseCommand.h"
 #include "ports/terminal/CommandLine.h"
 #include "ports/terminal/ConfigCommand.h"
@@ -58,6 +59,7 @@ ExitStatus run(std::vector<std::string> arguments) {
 
 int main(int argumentCount, char** arguments) {
   std::setlocale(LC_ALL, "");  // NOLINT(concurrency-mt-unsafe): there are no other threads yet
+  sprig::ports::handleFileSizeSignal();
   sprig::terminal::openMissingStandardStreams();
   return static_cast<int>(
       sprig::terminal::run({argumentCount > 0 ? arguments + 1 : arguments, arguments + argumentCount}));
