@@ -108,7 +108,8 @@ bool writeBare(const FileURL& folder, const FileURL& target, const std::string& 
   auto temporary = (folder.path() + "/.XXXXXX");
   const ports::Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
   return ::write(file.get(), content.data(), content.size()) == static_cast<ssize_t>(content.size()) &&
-         ::fsync(file.get()) == 0 && std::rename(temporary.c_str(), target.path().c_str()) == 0;
+         ::fsync(file.get()) == 0 &&
+         ::renameat2(AT_FDCWD, temporary.c_str(), AT_FDCWD, target.path().c_str(), RENAME_NOREPLACE) == 0;
 }
 
 void writeFloor(benchmark::State& state) {

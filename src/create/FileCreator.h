@@ -11,7 +11,8 @@ namespace sprig {
 /// Turns one template into one file. No state.
 class FileCreator {
  public:
-  /// Creates a file in the folder, under a free name, written as a whole, and has it revealed.
+  /// Creates a file in the folder, under a free name, written as a whole, and has it revealed. No file is
+  /// ever replaced: a name that another program takes meanwhile is no longer free.
   ///
   /// `customName` is the name the user typed; absent, the template names the file. The folder must exist.
   ///

@@ -37,9 +37,7 @@ void logSprig(std::string_view message) {
   static_cast<void>(platform.files.createDirectory(file.deletingLastPathComponent()));
   const auto line = "[" + timestamp(platform.clock.now()) + "] " + std::string(message) + "\n";
   if (!text::isValidUTF8(line)) return;
-  static_cast<void>(platform.files.fileExists(file)
-                        ? platform.files.appendData(line, file)
-                        : platform.files.writeData(line, file, platform::WriteOption::none));
+  static_cast<void>(platform.files.appendData(line, file));
 }
 
 }  // namespace sprig

@@ -15,9 +15,6 @@ namespace sprig::platform {
 /// What stands at a location once links have been followed. A link without a target is `none`.
 enum class EntryKind { none, directory, other };
 
-/// `atomic`: a reader sees the old file or the whole new one. `none`: the bytes go straight to the location.
-enum class WriteOption { none, atomic };
-
 /// One folder, held open for many questions about its entries.
 class Folder {
  public:
@@ -28,10 +25,30 @@ class Folder {
   virtual bool hasEntry(std::string_view name) const = 0;
 };
 
+/// A new file in a folder, whole and on the disk, that has no name there yet but for a hidden one.
+///
+/// Threads:   one at a time.
+/// Ownership: unless it has been published, the file goes with this value.
+/// Failure:   an `Error`; the file is still unpublished then.
+class UnpublishedFile {
+ public:
+  virtual ~UnpublishedFile() = default;
+
+  /// Gives the file its name, at once and whole; once only. Replaces nothing but a link without a target,
+  /// which `Folder::hasEntry` doesn't count.
+  ///
+  /// `EEXIST` (in `POSIXErrorDomain`): the name is taken; the file can be published under another one. Where
+  /// the file system can't refuse a taken name, only other programs that publish like this are kept from
+  /// taking it at the same moment, and this may have to wait for them, for a bounded time.
+  virtual std::optional<Error> publish(std::string_view name) = 0;
+};
+
 /// The file system as the product needs it.
 ///
 /// Threads:   every operation may be called from any thread at any time.
-/// Ownership: descriptors are opened and closed within one call; a `Folder` holds one while it lives.
+/// Ownership: descriptors are opened and closed within one call; a `Folder` or an `UnpublishedFile` holds
+/// some
+///            while it lives.
 /// Failure:   an `Error` where one is returned. `EACCES` and `EPERM` of anything that writes or creates are
 ///            `FileWriteNoPermissionError` in `CocoaErrorDomain`; the rest are in `POSIXErrorDomain`.
 ///            A failed write leaves no temporary file behind, nor a part of a new file.
@@ -57,12 +74,17 @@ class FileSystem {
   /// The whole file. Locations that are not regular files are an error, never a wait.
   virtual tl::expected<std::string, Error> contentsOfFile(const FileURL& location) const = 0;
 
-  /// Writes a whole file, creating or replacing it; a new file's mode is 0666 less the umask. No link is
-  /// followed: an atomic write replaces it, a plain one fails.
-  virtual std::optional<Error> writeData(std::string_view data, const FileURL& location,
-                                         WriteOption option) = 0;
+  /// A new file with `data` as its content, to be published in the folder; its mode is 0666 less the umask.
+  virtual tl::expected<std::unique_ptr<UnpublishedFile>, Error> prepareFile(std::string_view data,
+                                                                            const FileURL& folder) = 0;
 
-  /// Adds `data` to the end of an existing file in one write.
+  /// Creates a file straight at its location, where others see it before it is whole; its mode is 0666 less
+  /// the umask. Nothing is replaced and no link followed: `EEXIST` when the name is taken, `ELOOP` when a
+  /// link without a target has it.
+  virtual std::optional<Error> createFile(std::string_view data, const FileURL& location) = 0;
+
+  /// Adds `data` to the end of a file in one write, links followed. A missing file is created, for its owner
+  /// alone (mode 0600).
   virtual std::optional<Error> appendData(std::string_view data, const FileURL& location) = 0;
 
   /// The location with every link in it followed; the location itself where that can't be found out.

@@ -18,15 +18,20 @@
 namespace sprig::test {
 namespace {
 
-using platform::WriteOption;
+/// The two ways to a new file.
+enum class Way { published, direct };
+constexpr auto bothWays = {Way::published, Way::direct};
 
 /// What every file system owes. No test may leak a descriptor.
 class FileSystemContract : public testing::Test {
  protected:
   void TearDown() override { EXPECT_EQ(openDescriptors(), descriptorsBefore); }
 
-  auto write(std::string_view data, std::string_view name, WriteOption option) {
-    return files->writeData(data, folder / name, option);
+  std::optional<platform::Error> create(std::string_view data, std::string_view path, Way way) {
+    const auto file = folder / path;
+    if (way == Way::direct) return files->createFile(data, file);
+    const auto prepared = files->prepareFile(data, file.deletingLastPathComponent());
+    return prepared ? (*prepared)->publish(file.lastPathComponent()) : prepared.error();
   }
   auto read(std::string_view name) { return files->contentsOfFile(folder / name); }
   void link(const std::string& target, std::string_view name) {
@@ -45,63 +50,62 @@ class FileSystemContract : public testing::Test {
 
 TEST_F(FileSystemContract, WritesWholeFilesOfAnySizeAndNameAndLeavesNothingBesideThem) {
   const std::string longest(255, 'n');
-  for (const auto option : {WriteOption::atomic, WriteOption::none}) {
+  for (const auto way : bothWays) {
     for (const auto& content : {std::string("text\n"), std::string(), std::string(3'000'001, '\0')}) {
       for (const auto& name : {longest, std::string("\xff\xfe \n%s")}) {
-        EXPECT_FALSE(write(content, name, option));
+        EXPECT_FALSE(create(content, name, way));
         EXPECT_EQ(read(name).value(), content);
+        EXPECT_EQ(namesIn(folder.url()), std::vector<std::string>{name});
+        std::filesystem::remove((folder / name).path());
       }
     }
-    const auto error = write("x", longest + "n", option).value();
+    const auto error = create("x", longest + "n", way).value();
     EXPECT_EQ(error.domain, platform::POSIXErrorDomain);
     EXPECT_EQ(error.code, ENAMETOOLONG);
     EXPECT_NE(error.description.find(longest), std::string::npos);
-    EXPECT_EQ(namesIn(folder.url()).size(), 2U);
-    std::filesystem::remove((folder / longest).path());
-    std::filesystem::remove((folder / "\xff\xfe \n%s").path());
   }
+  EXPECT_EQ(files->prepareFile("x", folder.url()).value()->publish("../x").value().code, EINVAL);
+  EXPECT_TRUE(files->prepareFile("never published", folder.url()));
+  EXPECT_EQ(namesIn(folder.url()), std::vector<std::string>{});
 }
 
 TEST_F(FileSystemContract, GivesNewFilesAndFoldersTheModeThatTheUmaskLeaves) {
-  for (const mode_t mask : {022U, 077U}) {
+  for (const mode_t mask : {022U, 077U, 0U}) {
     const mode_t before = ::umask(mask);
     const std::string name = std::to_string(mask);
-    EXPECT_FALSE(write("x", name + "atomic", WriteOption::atomic));
-    EXPECT_FALSE(write("x", name + "plain", WriteOption::none));
+    EXPECT_FALSE(create("x", name + "published", Way::published));
+    EXPECT_FALSE(create("x", name + "direct", Way::direct));
+    EXPECT_FALSE(files->appendData("x", folder / (name + "log")));
     EXPECT_FALSE(files->createDirectory(folder / (name + "folder/in")));
     ::umask(before);
-    EXPECT_EQ(modeOf(name + "atomic"), 0666U & ~mask);
-    EXPECT_EQ(modeOf(name + "plain"), 0666U & ~mask);
+    EXPECT_EQ(modeOf(name + "published"), 0666U & ~mask);
+    EXPECT_EQ(modeOf(name + "direct"), 0666U & ~mask);
+    EXPECT_EQ(modeOf(name + "log"), 0600U) << "a log is its owner's";
     EXPECT_EQ(modeOf(name + "folder/in"), 0777U & ~mask);
   }
 }
 
-TEST_F(FileSystemContract, NeverWritesThroughALink) {
-  for (const std::string target : {"target", "missing"}) {
-    writeFile(folder / "target", "kept");
-    link(target, "link");
-    EXPECT_TRUE(write("new", "link", WriteOption::none));
-    EXPECT_FALSE(write("new", "link", WriteOption::atomic));
-    EXPECT_FALSE(std::filesystem::is_symlink((folder / "link").path()));
-    EXPECT_EQ(readFile(folder / "link"), "new");
-    EXPECT_EQ(readFile(folder / "target"), "kept");
-    EXPECT_EQ(readFile(folder / "missing"), "(none)");
-    std::filesystem::remove((folder / "link").path());
-  }
-}
-
-TEST_F(FileSystemContract, RefusesTargetsThatCantBeFilesAndLeavesThemAlone) {
-  std::filesystem::create_directories((folder / "full/folder").path());
+TEST_F(FileSystemContract, NeverReplacesWhatANewFileFindsUnderItsNameButALinkWithoutATarget) {
   writeFile(folder / "file", "kept");
+  std::filesystem::create_directories((folder / "folder/in").path());
+  std::filesystem::create_directory((folder / "empty").path());
   ::mkfifo((folder / "fifo").path().c_str(), 0600);
-  for (const auto* target : {"full", "file/below", "missing/file"}) {
-    for (const auto option : {WriteOption::atomic, WriteOption::none}) {
-      EXPECT_EQ(write("x", target, option).value().domain, platform::POSIXErrorDomain) << target;
-    }
+  link("file", "link");
+  link("missing", "dangling");
+  const auto names = namesIn(folder.url());
+  for (const auto* taken : {"file", "folder", "empty", "fifo", "link"}) {
+    for (const auto way : bothWays) EXPECT_EQ(create("new", taken, way).value().code, EEXIST) << taken;
   }
-  EXPECT_EQ(write("x", "fifo", WriteOption::none).value().code, ENXIO);
-  EXPECT_EQ(namesIn(folder.url()), (std::vector<std::string>{"fifo", "file", "full"}));
+  EXPECT_EQ(create("new", "dangling", Way::direct).value().code, ELOOP);
+  EXPECT_EQ(namesIn(folder.url()), names);
+  EXPECT_FALSE(create("new", "dangling", Way::published));
+  EXPECT_FALSE(std::filesystem::is_symlink((folder / "dangling").path()));
+  EXPECT_EQ(readFile(folder / "dangling"), "new");
+  EXPECT_EQ(namesIn(folder.url()), names) << "nothing at the link's target, and nothing left";
   EXPECT_EQ(readFile(folder / "file"), "kept");
+  for (const auto* target : {"file/below", "missing/file"}) {
+    for (const auto way : bothWays) EXPECT_EQ(create("x", target, way).value().domain, "NSPOSIXErrorDomain");
+  }
 }
 
 TEST_F(FileSystemContract, TellsWhatStandsAtALocationOnceLinksAreFollowed) {
@@ -158,12 +162,12 @@ TEST_F(FileSystemContract, ReadsRegularFilesOnlyAndNeverWaits) {
   EXPECT_NE(read("sizeless").value().find("Threads:"), std::string::npos);
 }
 
-TEST_F(FileSystemContract, AppendsToExistingFilesOnly) {
-  writeFile(folder / "log", "one\n");
+TEST_F(FileSystemContract, AppendsToFilesAndMakesMissingOnesAlsoWhereALinkLeads) {
   link("log", "link");
+  EXPECT_FALSE(files->appendData("one\n", folder / "link"));
   EXPECT_FALSE(files->appendData("two\n", folder / "link"));
   EXPECT_EQ(readFile(folder / "log"), "one\ntwo\n");
-  EXPECT_EQ(files->appendData("x", folder / "missing").value().code, ENOENT);
+  EXPECT_EQ(files->appendData("x", folder / "missing/log").value().code, ENOENT);
   EXPECT_EQ(files->appendData("x", folder.url()).value().code, EISDIR);
   EXPECT_EQ(namesIn(folder.url()), (std::vector<std::string>{"link", "log"}));
 }
@@ -206,10 +210,8 @@ TEST_F(FileSystemContract, ReportsMissingPermissionToWriteAsSuch) {
   };
   EXPECT_TRUE(asOrdinaryUser([&] {
     const auto content = read("file");
-    return isPermission(write("x", "new", WriteOption::atomic)) &&
-           isPermission(write("x", "new", WriteOption::none)) &&
-           isPermission(write("x", "file", WriteOption::atomic)) &&
-           isPermission(write("x", "file", WriteOption::none)) &&
+    return isPermission(create("x", "new", Way::published)) &&
+           isPermission(create("x", "new", Way::direct)) &&
            isPermission(files->appendData("x", folder / "file")) &&
            isPermission(files->createDirectory(folder / "folder/in")) && !content &&
            content.error().domain == platform::POSIXErrorDomain && content.error().code == EACCES;

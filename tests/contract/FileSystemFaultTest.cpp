@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "contract/Process.h"
 #include "ports/linux/LinuxFileSystem.h"
@@ -16,7 +17,6 @@
 namespace sprig::test {
 namespace {
 
-using platform::WriteOption;
 using Failure = std::optional<platform::Error>;
 
 struct FileSystemFaults : testing::TestWithParam<int> {
@@ -27,12 +27,24 @@ struct FileSystemFaults : testing::TestWithParam<int> {
 
   void place(const std::string& content) const {
     ::unlink(target.path().c_str());
-    if (content != "(none)") writeFile(target, content);
+    if (content == "(link)") {
+      EXPECT_EQ(::symlink("missing", target.path().c_str()), 0);
+    } else if (content != "(none)") {
+      writeFile(target, content);
+    }
   }
 
-  /// Runs `operation` on a file that holds `before` ("(none)": there is none), with its first, second, ...
-  /// system call failing until it makes fewer. `check` is for what each run leaves. Returns how many calls
-  /// the operation makes.
+  /// What can't be looked at counts as taken, and is tried again.
+  Failure publish() {
+    const auto file = files.prepareFile("the new text", folder.url());
+    if (!file) return file.error();
+    auto error = (*file)->publish("notes.md");
+    return error && error->code == EEXIST ? (*file)->publish("notes.md") : error;
+  }
+
+  /// Runs `operation` on a file that holds `before` ("(none)": there is none; "(link)": a link without a
+  /// target), with its first, second, ... system call failing until it makes fewer. `check` is for what each
+  /// run leaves. Returns how many calls the operation makes.
   int sweep(const std::string& before, const std::function<Failure()>& operation,
             const std::function<void(bool isSuccess)>& check) {
     for (int failing = 1;; ++failing) {
@@ -49,7 +61,7 @@ struct FileSystemFaults : testing::TestWithParam<int> {
   }
 
   void expectWords(const platform::Error& error) const {
-    EXPECT_NE(error.description.find("\"" + target.path() + "\""), std::string::npos) << error.description;
+    EXPECT_NE(error.description.find("\"" + folder.url().path()), std::string::npos) << error.description;
     EXPECT_NE(error.description.find(::strerror(GetParam())), std::string::npos) << error.description;
     const bool isPermission =
         (GetParam() == EACCES || GetParam() == EPERM) && !error.description.starts_with("Can't read ");
@@ -58,30 +70,31 @@ struct FileSystemFaults : testing::TestWithParam<int> {
   }
 };
 
-TEST_P(FileSystemFaults, LeaveTheOldFileOrTheWholeNewOneOfAWriteButNoPartOfANewOne) {
+TEST_P(FileSystemFaults, LeaveTheWholeNewFileOrNoneWhateverTheFileSystemCanDo) {
   struct Row {
+    bool canRefuseToReplace, canLink, isAppendOnly, isDirect;
     std::string before;
-    WriteOption option;
-    std::size_t mostBytes;
     int calls;
   };
   for (const auto& row :
-       {Row{"old", WriteOption::atomic, SIZE_MAX, 7}, Row{"(none)", WriteOption::atomic, SIZE_MAX, 7},
-        Row{"(none)", WriteOption::none, 5, 6}, Row{"old", WriteOption::none, 5, 7}}) {
-    calls->mostBytes = row.mostBytes;
-    const auto write = [&] { return files.writeData("the new text", target, row.option); };
-    const bool mayCut = row.before == "old" && row.option == WriteOption::none;
-    EXPECT_GE(sweep(row.before, write,
-                    [&](bool isSuccess) {
-                      const auto left = readFile(target);
-                      if (isSuccess) {
-                        EXPECT_EQ(left, "the new text");
-                      } else {
-                        EXPECT_TRUE(left == row.before || (mayCut && left != "(none)")) << left;
-                      }
-                      EXPECT_EQ(namesIn(folder.url()).size(), left == "(none)" ? 0U : 1U);
-                    }),
-              row.calls);
+       {Row{true, true, false, false, "(none)", 7}, Row{true, true, false, false, "(link)", 13},
+        Row{false, true, false, false, "(none)", 8}, Row{false, false, false, false, "(none)", 10},
+        Row{false, true, false, false, "(link)", 15}, Row{true, true, true, false, "(none)", 6},
+        Row{true, true, true, true, "(none)", 6}, Row{true, true, false, true, "(none)", 7}}) {
+    calls->canRefuseToReplace = row.canRefuseToReplace;
+    calls->canLink = row.canLink;
+    calls->isAppendOnly = row.isAppendOnly;
+    calls->mostBytes = row.isDirect ? 5 : SIZE_MAX;
+    const auto operation = [&] {
+      return row.isDirect ? files.createFile("the new text", target) : publish();
+    };
+    const auto nothing =
+        row.before == "(none)" ? std::vector<std::string>{} : std::vector<std::string>{"notes.md"};
+    const int made = sweep(row.before, operation, [&](bool isSuccess) {
+      EXPECT_EQ(readFile(target), isSuccess ? "the new text" : "(none)");
+      EXPECT_EQ(namesIn(folder.url()), isSuccess ? std::vector<std::string>{"notes.md"} : nothing);
+    });
+    EXPECT_GE(made, row.calls);
   }
 }
 
@@ -113,7 +126,7 @@ TEST(ShortWrites, AreContinuedInWholeFilesAndAnErrorInAppending) {
   EXPECT_EQ(files.appendData("more", folder / "file").value().code, ENOSPC);
   // A device that takes nothing must not be tried for ever.
   calls->mostBytes = 0;
-  EXPECT_EQ(files.writeData("x", folder / "none", WriteOption::atomic).value().code, EIO);
+  EXPECT_EQ(files.prepareFile("x", folder.url()).error().code, EIO);
   EXPECT_EQ(namesIn(folder.url()), std::vector<std::string>{"file"});
 }
 

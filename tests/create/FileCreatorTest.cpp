@@ -100,9 +100,6 @@ TEST_F(Creator, WritesDirectlyWhereAnAtomicWriteIsRefused) {
   EXPECT_EQ(contentOf("a.md"), "# a in Projects\n");
   platform.mainQueue.runPending();
   EXPECT_TRUE(platform.application.shown.empty());
-  const std::string longest(255, 'x');
-  EXPECT_TRUE(FileCreator::createFile(notes(), folder, longest.substr(3) + ".md"));
-  EXPECT_EQ(contentOf(longest.substr(3) + ".md"), "# " + longest.substr(3) + " in Projects\n");
 }
 
 TEST_F(Creator, LosesNothingWhicheverSystemCallFails) {
@@ -120,15 +117,78 @@ TEST_F(Creator, LosesNothingWhicheverSystemCallFails) {
   }
 }
 
-TEST_F(Creator, NeverLeavesTheFolder) {
+TEST_F(Creator, ReplacesNothingThatComesWhileTheNameIsChosen) {
+  platform.makeFile("Projects/a.md", "theirs");
+  struct Row {
+    bool canRefuseToReplace, canLink, isDirect;
+  };
+  for (const auto& row :
+       {Row{true, true, false}, Row{false, true, false}, Row{false, false, false}, Row{true, true, true}}) {
+    platform.calls->canRefuseToReplace = row.canRefuseToReplace;
+    platform.calls->canLink = row.canLink;
+    if (row.isDirect) platform.files.refusals = {{"no temporary file", 1, ""}};
+    int asked = 0;
+    platform.files.imaginedEntries = [&](std::string_view name) { return name == "a.md" && asked++ > 1; };
+    EXPECT_EQ(FileCreator::createFile(notes(), folder, "a"), folder.appendingPath("a 2.md"));
+    EXPECT_EQ(contentOf("a.md"), "theirs");
+    EXPECT_EQ(test::namesIn(folder), (std::vector<std::string>{"a 2.md", "a.md"}));
+    unlink((folder.path() + "/a 2.md").c_str());
+  }
+}
+
+TEST_F(Creator, ReplacesALinkWithoutATargetButNotWhatComesInItsPlace) {
+  const auto file = folder.appendingPath("a.md");
+  for (const bool canExchange : {true, false}) {
+    platform.calls->canRefuseToReplace = canExchange;
+    ASSERT_EQ(symlink("missing", file.path().c_str()), 0);
+    EXPECT_EQ(FileCreator::createFile(notes(), folder, "a"), file);
+    EXPECT_EQ(test::namesIn(folder), std::vector<std::string>{"a.md"});
+    EXPECT_EQ(unlink(file.path().c_str()), 0);
+  }
+  platform.calls->canRefuseToReplace = true;
+  ASSERT_EQ(symlink("missing", file.path().c_str()), 0);
+  platform.calls->meanwhile = [&] {
+    unlink(file.path().c_str());
+    test::writeFile(file, "theirs");
+  };
+  EXPECT_EQ(FileCreator::createFile(notes(), folder, "a"), folder.appendingPath("a 2.md"));
+  EXPECT_EQ(contentOf("a.md"), "theirs");
+  EXPECT_EQ(test::namesIn(folder), (std::vector<std::string>{"a 2.md", "a.md"}));
+}
+
+TEST_F(Creator, GivesUpANameThatIsTakenEachTimeButNotBeforeTheClockMovesOn) {
+  platform.clock.step = std::chrono::milliseconds(300);
+  const auto theirs = platform.makeFile("Projects/a 1794819902.md", "theirs");
+  platform.files.imaginedEntries = [](std::string_view) { return true; };
+  EXPECT_EQ(FileCreator::createFile(notes(), folder, "a"), folder.appendingPath("a 1794819903.md"));
+  platform.files.imaginedEntries = [](std::string_view) { return false; };
+  EXPECT_EQ(FileCreator::createFile(notes(), folder, "a 1794819902"), std::nullopt);
+  platform.mainQueue.runPending();
+  EXPECT_TRUE(platform.application.shown.at(0).informativeText.starts_with(
+      "The folder may be read-only or unavailable.\n\nTechnical details:\nFor three seconds each name"));
+  EXPECT_EQ(test::readFile(theirs), "theirs");
+  EXPECT_EQ(test::namesIn(folder).size(), 2U);
+}
+
+TEST_F(Creator, NeverLeavesTheFolderAndSaysFirstWhatIsWrongWithTheName) {
   const auto outside = platform.makeFile("outside.md", "mine");
-  for (const std::string name : {"../outside.md", "a/b.md", "..", ".", "/etc/x.md"}) {
-    EXPECT_EQ(FileCreator::createFile(notes(), folder, name), std::nullopt) << name;
+  const std::string slash = "A file name can't hold \"/\".";
+  const std::string huge(2'000'000, 'n');
+  struct Row {
+    std::string name, reason, namedAs;
+  };
+  for (const auto& row :
+       {Row{"../outside.md", slash, "../outside.md"}, Row{"a/b.md", slash, "a/b.md"},
+        Row{"..", "A file can't be named \"..\"", ".."}, Row{"/etc/x.md", slash, "/etc/x.md"},
+        Row{std::string("a\0b.md", 6), "A file name can't hold the character NUL", "a\u2400b.md"},
+        Row{huge, "Can't write \"", "nnn\u2026nnn"}}) {
+    EXPECT_EQ(FileCreator::createFile(notes(), folder, row.name), std::nullopt) << row.reason;
     platform.mainQueue.runPending();
     const auto& alert = platform.application.shown.back();
     EXPECT_EQ(alert.messageText, "Couldn't create the file.");
-    const auto reason = "Can't create a file named \"" + name + "\"";
-    EXPECT_NE(alert.informativeText.find(reason), std::string::npos) << alert.informativeText;
+    EXPECT_NE(alert.informativeText.find("\nTechnical details:\n" + row.reason), std::string::npos);
+    EXPECT_NE(alert.informativeText.find(row.namedAs), std::string::npos) << alert.informativeText;
+    EXPECT_LT(alert.informativeText.size(), 10'000U);
   }
   EXPECT_EQ(test::readFile(outside), "mine");
   EXPECT_EQ(test::namesIn(folder), std::vector<std::string>{});

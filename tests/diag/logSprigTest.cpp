@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
-
 #include "support/TestPlatform.h"
 
 namespace sprig {
@@ -41,16 +39,6 @@ TEST_F(LogSprig, LosesTheLineOfTheFileQuietlyWhereItCantBeWritten) {
   EXPECT_EQ(platform.systemLog.lines().size(), 2U);
   EXPECT_EQ(test::namesIn(platform.files.home), std::vector<std::string>{".kestrel"});
   EXPECT_EQ(test::readFile(platform.files.home.appendingPath(".kestrel")), "in the way");
-}
-
-TEST_F(LogSprig, LosesNoEarlierLineWhicheverSystemCallFails) {
-  logSprig("kept");
-  const auto kept = test::readFile(file);
-  for (int failing = 1; platform.calls->made >= failing - 1; ++failing) {
-    platform.calls->failCall(failing, ENOSPC);
-    logSprig("next");
-    EXPECT_TRUE(test::readFile(file).starts_with(kept)) << failing;
-  }
 }
 
 }  // namespace

@@ -38,9 +38,19 @@ std::unique_ptr<platform::Folder> TestFileSystem::openFolder(const FileURL& loca
   return LinuxFileSystem::openFolder(location);
 }
 
-std::optional<platform::Error> TestFileSystem::writeData(std::string_view data, const FileURL& location,
-                                                         platform::WriteOption option) {
-  if (refusals.empty()) return LinuxFileSystem::writeData(data, location, option);
+tl::expected<std::unique_ptr<platform::UnpublishedFile>, platform::Error> TestFileSystem::prepareFile(
+    std::string_view data, const FileURL& location) {
+  if (auto refusal = nextRefusal()) return tl::unexpected(*refusal);
+  return LinuxFileSystem::prepareFile(data, location);
+}
+
+std::optional<platform::Error> TestFileSystem::createFile(std::string_view data, const FileURL& location) {
+  if (auto refusal = nextRefusal()) return refusal;
+  return LinuxFileSystem::createFile(data, location);
+}
+
+std::optional<platform::Error> TestFileSystem::nextRefusal() {
+  if (refusals.empty()) return std::nullopt;
   auto refusal = refusals.front();
   refusals.pop_front();
   return refusal;
@@ -58,9 +68,13 @@ platform::Instant TestClock::at(int year, unsigned month, unsigned day, int hour
          minutes(minute) + seconds(second);
 }
 
+platform::Instant TestClock::now() const {
+  passed += step;
+  return instant + passed;
+}
+
 platform::DateComponents TestClock::components(platform::Instant shown) const {
-  const std::time_t time =
-      std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(shown));
+  const std::time_t time = std::chrono::floor<std::chrono::seconds>(shown).time_since_epoch().count();
   std::tm utc = {};
   ::gmtime_r(&time, &utc);
   return {utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec};

@@ -28,19 +28,24 @@ class TestFileSystem : public ports::LinuxFileSystem {
   platform::FileURL home;
   platform::FileURL ownHome;
   std::optional<platform::FileURL> container;
-  /// The errors of the next writes of whole files, in order; further writes are carried out.
+  /// The errors of the next attempts to write a new file, in order; further ones are carried out.
   std::deque<platform::Error> refusals;
   /// Which entries every folder has, where a test would have to make too many.
   std::function<bool(std::string_view)> imaginedEntries;
 
   std::unique_ptr<platform::Folder> openFolder(const platform::FileURL& location) const override;
-  std::optional<platform::Error> writeData(std::string_view data, const platform::FileURL& location,
-                                           platform::WriteOption option) override;
+  tl::expected<std::unique_ptr<platform::UnpublishedFile>, platform::Error> prepareFile(
+      std::string_view data, const platform::FileURL& folder) override;
+  std::optional<platform::Error> createFile(std::string_view data,
+                                            const platform::FileURL& location) override;
   platform::FileURL homeDirectory() const override { return home; }
   platform::FileURL homeDirectoryForCurrentUser() const override { return ownHome; }
   std::optional<platform::FileURL> containerURL(std::string_view identifier) const override {
     return identifier == "sprig" ? container : std::nullopt;
   }
+
+ private:
+  std::optional<platform::Error> nextRefusal();
 };
 
 class TestUserDatabase : public platform::UserDatabase {
@@ -59,13 +64,17 @@ class TestProcessInfo : public platform::ProcessInfo {
   platform::OperatingSystemVersion operatingSystemVersion() const override { return version; }
 };
 
-/// Stands still until a test turns it. Its calendar is UTC.
+/// Stands still until a test turns it, or goes on by a step each time it is read. Its calendar is UTC.
 class TestClock : public platform::Clock {
  public:
   platform::Instant instant = at(2026, 11, 16, 9, 5, 2);
   static platform::Instant at(int year, unsigned month, unsigned day, int hour, int minute, int second);
-  platform::Instant now() const override { return instant; }
+  std::chrono::milliseconds step{0};
+  platform::Instant now() const override;
   platform::DateComponents components(platform::Instant instant) const override;
+
+ private:
+  mutable std::chrono::milliseconds passed{0};
 };
 
 class RecordingSystemLog : public platform::SystemLog {

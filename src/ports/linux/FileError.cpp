@@ -16,6 +16,8 @@ std::string_view words(FileOperation operation) {
       return "write";
     case FileOperation::append:
       return "add to";
+    case FileOperation::createIn:
+      return "create a file in";
     case FileOperation::createFolder:
       return "create the folder";
   }
@@ -26,7 +28,9 @@ std::string reason(int code) {
   const char* text = strerrordesc_np(code);
   const char* name = strerrorname_np(code);
   if (text == nullptr || name == nullptr) return "error " + std::to_string(code);
-  return std::string(text) + " (" + name + ")";
+  const char* explanation =
+      code == EFBIG ? ", larger than this program may make files or the file system holds" : "";
+  return std::string(text) + explanation + " (" + name + ")";
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 namespace sprig::ports {
 
 /// What was to be done with a file or folder; the words of an error's description.
-enum class FileOperation { read, write, append, createFolder };
+enum class FileOperation { read, write, append, createIn, createFolder };
 
 /// The error of a failed system call: `step` says what was being done ("creating a temporary file"), `code`
 /// is its `errno`.

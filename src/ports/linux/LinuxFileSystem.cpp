@@ -18,6 +18,7 @@
 #include "ports/linux/FileError.h"
 #include "ports/linux/FileWriter.h"
 #include "ports/linux/OpenFile.h"
+#include "ports/linux/TemporaryFile.h"
 #include "ports/linux/retrying.h"
 
 namespace sprig::ports {
@@ -134,14 +135,21 @@ tl::expected<std::string, Error> LinuxFileSystem::contentsOfFile(const FileURL& 
   return content;
 }
 
-std::optional<Error> LinuxFileSystem::writeData(std::string_view data, const FileURL& location,
-                                                platform::WriteOption option) {
-  FileWriter writer(*calls, location);
-  return option == platform::WriteOption::atomic ? writer.replaceAtomically(data) : writer.writeInPlace(data);
+tl::expected<std::unique_ptr<platform::UnpublishedFile>, Error> LinuxFileSystem::prepareFile(
+    std::string_view data, const FileURL& folder) {
+  auto file = std::make_unique<TemporaryFile>(calls, folder);
+  auto error = file->create();
+  if (!error) error = file->write(data, TemporaryFile::Flush::toDisk);
+  if (error) return tl::unexpected(std::move(*error));
+  return file;
+}
+
+std::optional<Error> LinuxFileSystem::createFile(std::string_view data, const FileURL& location) {
+  return FileWriter(calls, location).create(data);
 }
 
 std::optional<Error> LinuxFileSystem::appendData(std::string_view data, const FileURL& location) {
-  return FileWriter(*calls, location).append(data);
+  return FileWriter(calls, location).append(data);
 }
 
 FileURL LinuxFileSystem::resolvingSymlinks(const FileURL& location) const {

@@ -29,8 +29,10 @@ class LinuxFileSystem : public platform::FileSystem {
       const platform::FileURL& location) const override;
   std::optional<platform::Error> createDirectory(const platform::FileURL& location) override;
   tl::expected<std::string, platform::Error> contentsOfFile(const platform::FileURL& location) const override;
-  std::optional<platform::Error> writeData(std::string_view data, const platform::FileURL& location,
-                                           platform::WriteOption option) override;
+  tl::expected<std::unique_ptr<platform::UnpublishedFile>, platform::Error> prepareFile(
+      std::string_view data, const platform::FileURL& folder) override;
+  std::optional<platform::Error> createFile(std::string_view data,
+                                            const platform::FileURL& location) override;
   std::optional<platform::Error> appendData(std::string_view data,
                                             const platform::FileURL& location) override;
   platform::FileURL resolvingSymlinks(const platform::FileURL& location) const override;

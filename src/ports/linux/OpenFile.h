@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include <string_view>
 #include <utility>
 
 #include "ports/linux/SystemCalls.h"
@@ -26,6 +27,12 @@ class OpenFile {
 
   bool isOpen() const { return number >= 0; }
   int descriptor() const { return number; }
+
+  /// Writes all of `data`; false with `errno` when only a part or nothing could be written.
+  bool writeAll(std::string_view data);
+
+  /// Puts on the disk what was written; false with `errno` on failure.
+  bool flush();
 
   /// Closes now; false when the system reports that data was lost. An interrupted close has closed all the
   /// same.

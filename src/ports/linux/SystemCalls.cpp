@@ -1,6 +1,7 @@
 #include "ports/linux/SystemCalls.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -25,9 +26,26 @@ int SystemCalls::flush(int descriptor) { return ::fsync(descriptor); }
 
 int SystemCalls::close(int descriptor) { return ::close(descriptor); }
 
-int SystemCalls::renameAt(int folder, const char* from, const char* to) {
-  return ::renameat(folder, from, folder, to);
+int SystemCalls::attributes(int descriptor, std::uint64_t& result) {
+  struct statx status = {};
+  const int outcome = ::statx(descriptor, "", AT_EMPTY_PATH, 0, &status);
+  if (outcome == 0) result = status.stx_attributes;
+  return outcome;
 }
+
+int SystemCalls::statusAt(int folder, const char* name, struct stat& result, int flags) {
+  return ::fstatat(folder, name, &result, flags);
+}
+
+int SystemCalls::renameAt(int folder, const char* from, const char* to, unsigned flags) {
+  return ::renameat2(folder, from, folder, to, flags);
+}
+
+int SystemCalls::linkAt(int folder, const char* from, const char* to, int flags) {
+  return ::linkat(folder, from, folder, to, flags);
+}
+
+int SystemCalls::lock(int descriptor) { return ::flock(descriptor, LOCK_EX | LOCK_NB); }
 
 int SystemCalls::unlinkAt(int folder, const char* name) { return ::unlinkat(folder, name, 0); }
 

@@ -4,10 +4,11 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 
 namespace sprig::ports {
 
-/// The system calls by which whole files are read and written, each as its manual page says (-1 and `errno`
+/// The system calls by which files are read, written and named, each as its manual page says (-1 and `errno`
 /// on failure). Virtual so that a test can make any of them fail.
 ///
 /// Threads: any.
@@ -21,7 +22,16 @@ class SystemCalls {
   virtual int status(int descriptor, struct stat& result);
   virtual int flush(int descriptor);
   virtual int close(int descriptor);
-  virtual int renameAt(int folder, const char* from, const char* to);
+  /// The attributes (`STATX_ATTR_…`) of what is open.
+  virtual int attributes(int descriptor, std::uint64_t& result);
+  /// `flags` as fstatat takes them.
+  virtual int statusAt(int folder, const char* name, struct stat& result, int flags);
+  /// `flags` as renameat2 takes them.
+  virtual int renameAt(int folder, const char* from, const char* to, unsigned flags);
+  /// `from` is below `folder` unless it is an absolute path; `flags` as linkat takes them.
+  virtual int linkAt(int folder, const char* from, const char* to, int flags);
+  /// Takes the lock of flock(2) for this program alone, without waiting.
+  virtual int lock(int descriptor);
   virtual int unlinkAt(int folder, const char* name);
 };
 

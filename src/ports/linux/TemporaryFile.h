@@ -1,0 +1,66 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Error.h"
+#include "platform/FileSystem.h"
+#include "platform/FileURL.h"
+#include "ports/linux/OpenFile.h"
+#include "ports/linux/OpenFolder.h"
+#include "ports/linux/SystemCalls.h"
+
+namespace sprig::ports {
+
+/// A new file, first below a hidden name that nobody else has. In an append-only folder, where that name
+/// could never be taken away, the file has none at all until it is published.
+///
+/// Threads:   one at a time.
+/// Ownership: every descriptor is closed with this value, and the file removed unless it was published.
+/// Failure:   an `Error`.
+class TemporaryFile final : public platform::UnpublishedFile {
+ public:
+  enum class Flush { no, toDisk };
+
+  TemporaryFile(std::shared_ptr<SystemCalls> systemCalls, const platform::FileURL& folderLocation);
+  ~TemporaryFile() override;
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  /// Makes the empty file; before all else.
+  std::optional<platform::Error> create();
+
+  /// Writes its whole content; once.
+  std::optional<platform::Error> write(std::string_view data, Flush flush);
+
+  std::optional<platform::Error> publish(std::string_view name) override;
+
+ private:
+  /// By which means the name is given, the next one where the file system doesn't have the one before.
+  enum class Way { rename, link, lock };
+
+  OpenFile createHidden();
+  int giveName(const char* target);
+  int giveNameWhileLocked(const char* target);
+  int linkUnnamed(const char* target);
+  int linkHidden(const char* target);
+  int replaceLink(const char* target);
+  int exchange(const char* target);
+  void putBack(const char* target, const struct stat& own);
+  void lockFolder();
+  void removeHidden();
+  platform::Error failed(std::string_view step) const;
+
+  std::shared_ptr<SystemCalls> calls;
+  const platform::FileURL location;
+  OpenFolder folder;
+  std::optional<OpenFile> file;  // open until it is written, one without a name for longer
+  std::string hidden;            // its name; empty when it has none, or none any more
+  Way way = Way::rename;
+  std::optional<OpenFile> lock;
+};
+
+}  // namespace sprig::ports
