@@ -202,15 +202,16 @@ def test_what_reads_a_broken_configuration_says_so(home):
 def test_check_warns_of_what_works_but_hardly_as_meant(home):
     templates = [template("A", icon="doc", category="notes"),
                  template("a", id="a", icon="hammer", category="recipes", contentBase64="e"),
-                 template("B", id="a", icon="doc", category="Code & Development", contentBase64="eA==")]
+                 template("B", id="a", icon="doc", category="Code & Development", contentBase64="eA=="),
+                 template("C", contentBase64="%!"), template("a", id="d")]
     document = json.dumps({"version": 1, "settings": {}, "templates": templates}, indent=1)
     result = home.run("config", "check", "-", stdin=document)
-    assert (result.returncode, result.stdout) == (0, "standard input: 3 templates\n")
+    assert (result.returncode, result.stdout) == (0, "standard input: 5 templates\n")
     warned = re.findall(r"input: line (\d+), column \d+: warning: ([^:]+): ", result.stderr)
     lines = document.splitlines()
     assert [(place, lines[int(line) - 1].split('"')[1]) for line, place in warned] == [
         (f"templates[{index}].{key}", key) for index, key in
-        ((1, "id"), (1, "icon"), (1, "category"), (1, "contentBase64"), (2, "id"))]
+        ((1, "id"), (1, "icon"), (1, "category"), (1, "contentBase64"), (2, "id"), (3, "contentBase64"), (4, "name"))]
 
 
 def test_check_counts_templates(home):

@@ -53,8 +53,15 @@ class Inspection {
            "“" + item.category + "” is none of Sprig's categories; its templates have a section “" + section +
                "” of their own");
     }
-    if (item.contentBase64 && !item.contentBase64->empty() && !decodeBase64(*item.contentBase64)) {
+    if (item.contentBase64 && !item.contentBase64->empty()) inspectBase64(index, *item.contentBase64);
+  }
+
+  void inspectBase64(std::size_t index, const std::string& encoded) {
+    const auto bytes = decodeBase64(encoded);
+    if (!bytes) {
       warn(index, "contentBase64", "this is not Base64; the file gets the text of “content”");
+    } else if (bytes->empty()) {
+      warn(index, "contentBase64", "no character of this is Base64; the file is empty");
     }
   }
 
