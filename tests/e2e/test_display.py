@@ -1,5 +1,7 @@
 """What reaches the terminal: characters it can show, colours it knows, nothing that commands it."""
 
+import os
+import pty
 import subprocess
 
 import pytest
@@ -52,6 +54,9 @@ def test_names_cannot_command_the_terminal(home):
     session = home.sprig(cwd=folder).at_menu().types("1\r").sees("New Ev^[[31mil", "[Ev^[[31mil^G?T?xet^J.txt.txt] > ")
     assert "\x1b]0" not in session.child.before
     assert session.types("\r").ends(0) == f"{folder}/{HOSTILE}.txt\n"
+    shown, output = pty.openpty()
+    subprocess.run([home.program, "new", "Good"], cwd=folder, env=home.env({}), stdout=output, check=True)
+    assert os.read(shown, 4096).decode() == f"{home.demo}/a^[]0;owned^G?/Good.txt\r\n"
     result = home.run("new", "\x1b[31m", cwd=folder)
     assert "\x1b" not in result.stderr + home.run("list", cwd=folder).stderr
 
