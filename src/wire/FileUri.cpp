@@ -17,6 +17,12 @@ std::optional<std::string> pathFromUri(std::string_view uri) {
   return result;
 }
 
+bool isInFolder(std::string_view path, std::string_view folder) {
+  while (folder.ends_with('/')) folder.remove_suffix(1);
+  if (path.find("/../") != std::string_view::npos || path.ends_with("/..")) return false;
+  return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
 std::optional<std::string> uriFromPath(std::string_view path) {
   if (path.find('\0') != std::string_view::npos) return std::nullopt;
   const TextPointer uri(g_filename_to_uri(std::string(path).c_str(), nullptr, nullptr));

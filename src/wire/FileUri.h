@@ -13,6 +13,12 @@ namespace sprig::wire {
 /// Threads: any. Touches no file.
 std::optional<std::string> pathFromUri(std::string_view uri);
 
+/// Whether a path is that of a folder, or of something in it at any depth; judged by the names alone. A path
+/// that goes up by ".." is in no folder.
+///
+/// Threads: any.
+bool isInFolder(std::string_view path, std::string_view folder);
+
 /// The URI of a path; nothing for one that is relative or holds NUL. Threads: any.
 std::optional<std::string> uriFromPath(std::string_view path);
 

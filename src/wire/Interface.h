@@ -17,8 +17,12 @@ inline constexpr const char* fileManagerInterface = "com.kestrel.Sprig.FileManag
 /// What a menu is for.
 enum class Kind : std::uint32_t { items = 0, background = 1, sidebar = 2, toolbar = 3 };
 
-/// Keys of `platform_data`; both values are strings.
+/// Keys of `platform_data`; all values are strings.
 inline constexpr const char* activationTokenKey = "activation-token";
 inline constexpr const char* parentWindowKey = "parent-window";
+inline constexpr const char* titleKey = "title";
+
+/// What to draw in place of an icon that the icon theme doesn't have: a plain document.
+inline constexpr const char* documentIcon = "sprig-doc-text-symbolic";
 
 }  // namespace sprig::wire

@@ -32,6 +32,8 @@ class RowCheck {
     if (levelOf(row) >= maxLevels) return "more than " + std::to_string(maxLevels) + " levels";
     for (const auto* text : {&row.action, &row.title, &row.icon, &row.description}) {
       if (!isText(*text)) return "text is not UTF-8";
+      if (text->size() > maxTextBytes)
+        return "a text of more than " + std::to_string(maxTextBytes) + " bytes";
     }
     return {};
   }

@@ -23,7 +23,7 @@ struct Row {
   Type type = Type::item;
   /// What to activate; empty for none.
   std::string action;
-  /// As people read it, without mnemonics.
+  /// As people read it, without mnemonics; cut in the middle when it is longer than a text may be.
   std::string title;
   /// A name of the icon theme; empty for none.
   std::string icon;
@@ -37,6 +37,8 @@ struct Row {
 /// What a menu may hold. A side that gets more takes it for a fault of the other side.
 inline constexpr std::size_t maxLevels = 8;
 inline constexpr std::size_t maxRows = 2000;
+/// Of each text: what lays menus out can take minutes for one that is much longer.
+inline constexpr std::size_t maxTextBytes = 1024;
 /// Of the rows as the bus carries them.
 inline constexpr std::size_t maxBytes = 1024 * 1024;
 

@@ -67,20 +67,55 @@ TEST(MenuRows, LeaveOutTheLastTemplatesWhenTheBusHasNoRoom) {
   entries.push_back(MenuItem::titled("Settings"));
   const Menu menu{"", list(submenu("Sprig", std::move(entries)))};
   const auto rows = menuRows(menu);
-  EXPECT_EQ(rows.leftOut, 3U);  // "a2" and all of "b", whose section goes with them
-  ASSERT_EQ(rows.rows.size(), wire::maxRows - 1);
+  EXPECT_EQ(rows.leftOut, 2U);  // all of "b", whose section goes with them
+  ASSERT_EQ(rows.rows.size(), wire::maxRows);
   EXPECT_EQ(rows.rows[1996].action, "template:a1");
   EXPECT_EQ(rows.rows[1996].parent, 1995);
   EXPECT_EQ(rows.rows.back().title, "Settings");
   EXPECT_TRUE(wire::rowsToVariant(rows.rows));
 }
 
-TEST(MenuRows, LeaveOutWhatIsTooLongForTheBus) {
-  const Menu menu{"", list(templateItem("a"), templateItem("b", std::string(wire::maxBytes, 'x')),
-                           templateItem("c"), MenuItem::titled("Settings"))};
+TEST(MenuRows, LeaveOutTheEndHoweverItIsGrouped) {
+  std::vector<MenuItem> sections;
+  for (int number = 0; number < 2500; ++number) {
+    const auto name = std::to_string(number);
+    sections.push_back(submenu(name, list(templateItem(name))));
+  }
+  const Menu menu{"", list(templateItem("a"), MenuItem::separator(), submenu("More", std::move(sections)),
+                           MenuItem::separator(), MenuItem::titled("Settings"))};
   const auto rows = menuRows(menu);
-  EXPECT_EQ(actionsOf(rows), (std::vector<std::string>{"template:a", ""}));
-  EXPECT_FALSE(rows.entries.contains("template:b"));
+  EXPECT_EQ(rows.leftOut, 1503U) << "two rows each";
+  EXPECT_EQ(rows.rows.back().title, "Settings");
+  EXPECT_TRUE(wire::rowsToVariant(rows.rows));
+
+  std::vector<MenuItem> wide;
+  for (int number = 0; number < 1990; ++number) wide.push_back(templateItem(std::string(1000, 'x')));
+  const Menu bytes{"", list(templateItem("a"), MenuItem::separator(), submenu("More", std::move(wide)),
+                            MenuItem::separator(), templateItem("b"))};
+  EXPECT_GT(menuRows(bytes).rows.size(), 900U);
+}
+
+TEST(MenuRows, MergeSeparatorsThatHaveLostWhatTheySeparated) {
+  std::vector<MenuItem> entries;
+  for (int number = 0; number < 1997; ++number) entries.push_back(templateItem(std::to_string(number)));
+  entries.push_back(MenuItem::separator());
+  entries.push_back(submenu("More", list(templateItem("x"))));
+  entries.push_back(MenuItem::separator());
+  entries.push_back(MenuItem::titled("Settings"));
+  const auto rows = menuRows({"", std::move(entries)}).rows;
+  ASSERT_EQ(rows.size(), 1999U);
+  EXPECT_EQ(rows[1996].action, "template:1996");
+  EXPECT_EQ(rows[1997].type, wire::Row::Type::separator);
+}
+
+TEST(MenuRows, CutWhatIsTooLongForTheBus) {
+  const std::string name(2'000'000, 'x');
+  const Menu menu{"", list(templateItem("a"), templateItem(name, name), templateItem(name, name),
+                           submenu(name, list(templateItem("c"))))};
+  const auto rows = menuRows(menu);
+  const auto cut = "template:" + std::string(160, 'x') + "…" + std::string(85, 'x');
+  EXPECT_EQ(actionsOf(rows), (std::vector<std::string>{"template:a", cut, cut + "#2", "", "template:c"}));
+  EXPECT_TRUE(wire::rowsToVariant(rows.rows));
 }
 
 TEST(SymbolIcons, AreOwnDrawingsOrNamesOfTheTheme) {

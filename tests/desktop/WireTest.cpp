@@ -84,7 +84,9 @@ TEST(Rows, OutOfOrderOrBoundsAreRefusedOnBothSides) {
       {{row(-1, Type::separator), row(0)}, "row 1: " + strayed},
       {{top, row(0, Type::submenu), row(0), row(1)}, "row 3: " + strayed},
       {{row(-1, static_cast<Type>(3))}, "row 0: unknown type"},
-      {{row(-1, Type::item, std::string(maxBytes, 'x'))}, "more than 1048576 bytes"},
+      {{row(-1, Type::item, std::string(maxTextBytes + 1, 'x'))}, "row 0: a text of more than 1024 bytes"},
+      {std::vector<Row>(1500, row(-1, Type::item, std::string(maxTextBytes, 'x'))),
+       "more than 1048576 bytes"},
   };
   for (const auto& [rows, fault] : cases) {
     const auto sent = rowsToVariant(rows);
@@ -131,6 +133,16 @@ TEST(FileUri, NamesLocalPathsOnly) {
                             std::string("file://localhost/a"), std::string("file:/a"), std::string("/a"),
                             std::string(), std::string("sftp://host/a"), std::string("file:///a\0b", 11)}) {
     EXPECT_EQ(pathFromUri(other), std::nullopt) << other;
+  }
+}
+
+TEST(FileUri, TellsWhatIsInAFolder) {
+  for (const auto* path : {"/home/ann", "/home/ann/", "/home/ann/a", "/home/ann/..a"}) {
+    EXPECT_TRUE(isInFolder(path, "/home/ann") && isInFolder(path, "/home/ann/") && isInFolder(path, "/"))
+        << path;
+  }
+  for (const auto* path : {"/home/annabel", "/home", "/", "/home/ann/../bob", "/home/ann/.."}) {
+    EXPECT_FALSE(isInFolder(path, "/home/ann")) << path;
   }
 }
 

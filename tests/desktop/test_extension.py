@@ -167,22 +167,23 @@ def test_more_templates_than_the_bus_carries_leave_room_for_the_rest(desktop):
     rows = desktop.manager().menu()
     assert len(rows) <= 2000 and rows[-1][2] == "settings"
     assert len({row[2] for row in rows if row[2].startswith("template:")}) > 1900
+    desktop.manager().menu()
+    assert len([line for line in (desktop.printed() + journal().splitlines()) if "no room for the last" in line]) == 1
 
 
 BAD_URIS = ["", "relative", "/plain/path", "file:relative", "file://host/a", "sftp://host/a", "trash:///", "file:///%zz",
             "file:///a%00b", "file:///a%2Fb", "file:///" + "x" * 5000, "file:///a#b"]
-GOOD = "file:///tmp"
+GOOD, HOME = "file:///tmp", "file://HOME"
 MALFORMED = [("GetMenu", "(uasa{sv})", (kind, [bad], {})) for bad in BAD_URIS for kind in (0, 1)]
 MALFORMED += [("Activate", "(suasa{sv})", ("settings", 1, [bad], {})) for bad in BAD_URIS]
 MALFORMED += [("BeginObserving", "(s)", (bad,)) for bad in BAD_URIS]
+MALFORMED += [("Activate", "(suasa{sv})", ("settings", 1, targets, {})) for targets in ([], [GOOD], ["file:///home/.."])]
 MALFORMED += [
-    ("GetMenu", "(uasa{sv})", (0, [GOOD] * 99 + [BAD_URIS[1]], {})),
     ("GetMenu", "(sasa{sv})", ("0", [], {})), ("GetMenu", "(uas)", (0, [])), ("GetMenu", "()", ()),
     ("GetMenu", "(uaia{sv})", (0, [1], {})), ("Activate", "(u)", (1,)), ("BeginObserving", "(u)", (1,)),
-    ("Activate", "(suasa{sv})", ("", 1, [GOOD], {})), ("Activate", "(suasa{sv})", ("template:", 1, [GOOD], {})),
-    ("Activate", "(suasa{sv})", ("template:no-such", 1, [GOOD], {})),
-    ("Activate", "(suasa{sv})", ("settings", 9, [GOOD], {})),
-    ("Activate", "(suasa{sv})", ("x" * 1_000_000, 1, [GOOD], {})), ("NoSuchMethod", "()", ()),
+    *[("Activate", "(suasa{sv})", (action, kind, [HOME], {}))
+      for action, kind in (("", 1), ("templat", 1), ("settings", 9), ("x" * 1_000_000, 1))],
+    ("NoSuchMethod", "()", ()),
 ]
 
 
@@ -190,14 +191,43 @@ def test_calls_that_make_no_sense_get_an_error_and_do_no_harm(desktop):
     manager = desktop.manager()
     manager.menu()
     process = manager.extension_process()
+    desktop.home.log.write_text("")
     for method, signature, arguments in MALFORMED:
+        arguments = [[uri(desktop.home.path)] if argument == [HOME] else argument for argument in arguments]
         error = manager.refusal_of(method, signature, *arguments)
         assert error in ("InvalidArgs", "UnknownMethod"), (method, arguments)
     for name in ("NoSuch", ""):
         assert manager.refusal_of("Get", "(ss)", "com.kestrel.Sprig.Extension1", name,
                                   interface="org.freedesktop.DBus.Properties") == "InvalidArgs"
-    assert manager.extension_process() == process
-    assert len(manager.menu(0, *[GOOD] * 10_000)) > 10
+    assert manager.extension_process() == process and desktop.home.log.read_text() == ""
+    assert len(manager.menu(0, *[GOOD, *BAD_URIS] * 1_000)) > 10
+
+
+def test_a_stale_pick_is_searched_for_as_its_item_was(desktop):
+    desktop.home.configure(template("Old", content="old"), template("Gone"), defaultBehavior="never")
+    manager = desktop.manager()
+    manager.menu(1, desktop.home.path / "elsewhere")
+    desktop.home.configure(template("New", id="old", content="new"), template("Off", enabled=False), defaultBehavior="never")
+    wait_until(lambda: manager.changes)
+    desktop.home.log.write_text("")
+    picks = [("template:old", "Old"), ("template:gone", ""), ("template:x", "Off"), ("template:no-such", "Lost")]
+    for action, title in picks:
+        manager.pick(action, desktop.home.demo / "no-file", 0, title=title)
+    wait_until(lambda: lines(desktop.home, "templateAction error"))
+    assert sorted((path.name, path.read_text()) for path in desktop.home.demo.iterdir()) == [
+        ("Gone.txt", "Gone in demo\n"), ("Off.txt", "Off in demo\n"), ("Old.txt", "old")]
+    assert lines(desktop.home, "templateAction invoked") == [
+        f"templateAction invoked for '{title}', identifier: '{identifier}'"
+        for title, identifier in (("Old", "old"), ("Gone", "gone"), ("Off", "x"), ("Lost", "no-such"))]
+    assert lines(desktop.home, "templateAction error") == [
+        "templateAction error: Could not find template for 'Lost'"]
+    assert lines(desktop.home, "menu(for") == []
+
+
+def test_observing_fills_no_log(desktop):
+    manager = desktop.manager()
+    refused = [manager.refusal_of("BeginObserving", "(s)", uri(desktop.home.demo)) for _ in range(300)]
+    assert len(lines(desktop.home, "beginObserving")) == refused.count(None) < 200 and set(refused) == {None, "Failed"}
 
 
 def test_odd_platform_data_is_no_reason_to_refuse_a_pick(desktop):
@@ -320,7 +350,7 @@ def test_too_many_waiting_picks_are_refused(scripted):
     desktop.user_sees("shows New A||")
     for _ in range(100):
         manager.pick("template:a", desktop.home.demo)
-    assert manager.refusal_of("Activate", "(suasa{sv})", "template:a", 1, [], {}) == "Failed"
+    assert manager.refusal_of("Activate", "(suasa{sv})", "template:a", 1, [uri(desktop.home.demo)], {}) == "Failed"
 
 
 def test_it_leaves_when_the_last_client_has_gone_for_a_while_but_not_before(scripted):

@@ -62,6 +62,12 @@ TEST(MenuEntries, HaveNoMnemonicsWhateverMarksThem) {
   entry.title = "R&D_notes && __ 日本";
   EXPECT_EQ(labelOf(entry, '_'), "R&D__notes && ____ 日本");
   EXPECT_EQ(labelOf(entry, '&'), "R&&D_notes &&&& __ 日本");
+  entry.title = std::string(50, 'a') + "_" + std::string(50, 'b');
+  EXPECT_EQ(labelOf(entry, '_'), std::string(39, 'a') + "…" + std::string(20, 'b'))
+      << "no wider than it need be";
+  entry.title = "日e";
+  for (int mark = 0; mark < 30'000; ++mark) entry.title += "\u0301";
+  EXPECT_LT(labelOf(entry, '_').size(), 200U);
 }
 
 TEST(MenuEntries, HaveNamesThatAreUniquePlainAndAlwaysTheSame) {
@@ -149,14 +155,14 @@ TEST_F(ThunarItemsTest, AnOpenMenuKeepsItsFolderWhileAnotherIsAskedFor) {
   auto* first = open("file:///home/ann/one");
   auto* second = open("file:///home/ann/two");
   pick(first, 0);
-  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/one'], {})");
+  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/one'], {'title': <'Note'>})");
   pick(second, 0);
-  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/two'], {})");
+  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/two'], {'title': <'Note'>})");
   close(first);
   close(second);
   auto* third = open("file:///home/ann/three");
   pick(third, 1);
-  EXPECT_EQ(picked(), "('settings', 1, ['file:///home/ann/three'], {})") << "no separator, no disabled item";
+  EXPECT_EQ(picked(), "('settings', 1, ['file:///home/ann/three'], {'title': <'Settings'>})") << "no separator, no disabled item";
   close(third);
 }
 
@@ -172,7 +178,7 @@ TEST_F(ThunarItemsTest, AnOpenMenuOutlivesItsSuccessorAndTheProvider) {
     return drawn(*client->menu(Kind::background, "file:///home/ann")) == "Sprig[New]";
   }));
   pick(old, 0);
-  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/old'], {})");
+  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/old'], {'title': <'Note'>})");
   close(old);
   close(fresh);
 }

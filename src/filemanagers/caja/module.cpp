@@ -11,6 +11,7 @@ extern "C" {
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/GtkMenus.h"
 #include "filemanagers/gtk3/ViewSelection.h"
+#include "filemanagers/gtk3/themedIcon.h"
 
 namespace sprig::filemanagers {
 
@@ -29,8 +30,8 @@ struct CajaMenus {
     return entry.type != MenuEntry::Type::separator;
   }
   static Item* newItem(const MenuEntry& entry) {
-    auto* item = caja_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "",
-                                    entry.icon.empty() ? nullptr : entry.icon.c_str());
+    auto* item =
+        caja_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "", themedIcon(entry.icon));
     g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
     return item;
   }
@@ -77,7 +78,7 @@ GList* toolbarItems(CajaMenuProvider* provider, GtkWidget* window, CajaFileInfo*
     const auto button = client ? client->toolbarButton(occasion.targets.front()) : std::nullopt;
     if (!button) return nullptr;
     auto* item = caja_menu_item_new("sprig-toolbar", button->name.c_str(), button->toolTip.c_str(),
-                                    button->icon.empty() ? nullptr : button->icon.c_str());
+                                    themedIcon(button->icon));
     auto click = std::make_unique<ToolbarClick>(ToolbarClick{std::move(client), std::move(occasion)});
     g_signal_connect_data(item, "activate", G_CALLBACK(toolbarClicked), click.release(), forgetToolbarClick,
                           GConnectFlags(0));

@@ -35,7 +35,7 @@ GVariant* menuArguments(Kind kind, const std::string& target) {
   return g_variant_new("(u@asa{sv})", static_cast<std::uint32_t>(kind), textsVariant({target}), nullptr);
 }
 
-GVariant* originVariant(const ClickOrigin& origin) {
+GVariant* platformData(const PickedEntry& entry, const ClickOrigin& origin) {
   GVariantBuilder builder;
   g_variant_builder_init(&builder, G_VARIANT_TYPE_VARDICT);
   const auto add = [&](const char* key, const std::string& text) {
@@ -43,6 +43,7 @@ GVariant* originVariant(const ClickOrigin& origin) {
   };
   add(wire::activationTokenKey, origin.activationToken);
   add(wire::parentWindowKey, origin.parentWindow);
+  add(wire::titleKey, entry.title);
   return g_variant_builder_end(&builder);
 }
 
@@ -103,10 +104,11 @@ std::optional<ToolbarButton> ExtensionClient::toolbarButton(const std::string& f
   return properties.content->toolbarButton;
 }
 
-void ExtensionClient::activate(const std::string& action, const MenuOccasion& occasion) {
+void ExtensionClient::activate(const PickedEntry& entry, const MenuOccasion& occasion) {
   const auto origin = occasion.origin ? occasion.origin() : ClickOrigin{};
-  auto* arguments = g_variant_new("(su@as@a{sv})", action.c_str(), static_cast<std::uint32_t>(occasion.kind),
-                                  textsVariant(occasion.targets), originVariant(origin));
+  auto* arguments =
+      g_variant_new("(su@as@a{sv})", entry.action.c_str(), static_cast<std::uint32_t>(occasion.kind),
+                    textsVariant(occasion.targets), platformData(entry, origin));
   bus.ask(wire::interfaceName, "Activate", arguments, nullptr, [](GVariant* /*reply*/, const GError* error) {
     if (error) g_warning("Sprig did not take the pick: %s", error->message);
   });

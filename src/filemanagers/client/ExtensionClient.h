@@ -67,8 +67,9 @@ class ExtensionClient {
     std::function<std::int64_t()> now = g_get_monotonic_time;
   };
 
-  /// How many targets of a selection, which may be huge, go over the bus. Its first one decides.
-  static constexpr std::size_t maxTargets = 100;
+  /// How many targets of a selection go over the bus. The first one decides; the others may be huge in
+  /// number, or in places that nobody can make a file in.
+  static constexpr std::size_t maxTargets = 1;
 
   explicit ExtensionClient(Settings chosen);
   ~ExtensionClient();
@@ -82,7 +83,7 @@ class ExtensionClient {
   std::optional<ToolbarButton> toolbarButton(const std::string& folder);
 
   /// Tells the extension of a pick, without waiting for what comes of it.
-  void activate(const std::string& action, const MenuOccasion& occasion);
+  void activate(const PickedEntry& entry, const MenuOccasion& occasion);
 
  private:
   using Time = std::chrono::microseconds;

@@ -4,6 +4,8 @@
 #include <set>
 #include <string_view>
 
+#include "wire/shortened.h"
+
 namespace sprig::filemanagers {
 
 using wire::Row;
@@ -93,8 +95,9 @@ class Assembly {
 }  // namespace
 
 std::string labelOf(const MenuEntry& entry, char mark) {
+  constexpr std::size_t maxCharacters = 60;
   std::string label;
-  for (const char character : entry.title) {
+  for (const char character : wire::shortened(entry.title, maxCharacters)) {
     if (character == mark) label += mark;
     label += character;
   }

@@ -8,6 +8,12 @@
 
 namespace sprig::filemanagers {
 
+/// What the extension is told of an entry that was picked.
+struct PickedEntry {
+  std::string action;
+  std::string title;
+};
+
 /// One entry of a menu, ready to become a file manager's own item.
 struct MenuEntry {
   enum class Type { item, separator, submenu };
@@ -30,7 +36,8 @@ struct MenuEntry {
 using MenuEntries = std::shared_ptr<const std::vector<MenuEntry>>;
 
 /// What to label an entry with where `mark`, in a label, stands before the letter that is a mnemonic. A title
-/// has none, so each mark in it is doubled.
+/// has none, so each mark in it is doubled. A long title is cut in the middle: as wide as it is, so wide is
+/// the whole menu.
 std::string labelOf(const MenuEntry& entry, char mark);
 
 /// The menu that rows describe. Leaves out separators that separate nothing and submenus without entries.

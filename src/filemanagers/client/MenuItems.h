@@ -10,7 +10,7 @@
 
 namespace sprig::filemanagers {
 
-/// The first targets of a selection: those that go over the bus.
+/// The targets of a selection that go over the bus.
 ///
 /// `Manager::uriOf(void* file)` is the URI of a file as the manager hands it over, empty for none.
 template <typename Manager>
@@ -25,10 +25,10 @@ std::vector<std::string> urisOf(GList* files) {
 /// What to label an entry with: all of these managers draw their labels as GTK does.
 inline std::string gtkLabelOf(const MenuEntry& entry) { return labelOf(entry, '_'); }
 
-/// Has `action` activated when the manager tells that an item was picked. Keeps what it needs as long as the
+/// Has `entry` activated when the manager tells that an item was picked. Keeps what it needs as long as the
 /// item lives; the occasion is that of the moment of the pick.
 void activateOnPick(void* item, std::shared_ptr<ExtensionClient> client,
-                    std::shared_ptr<const MenuOccasion> occasion, std::string action);
+                    std::shared_ptr<const MenuOccasion> occasion, PickedEntry entry);
 
 /// Makes a manager's own menu items of menu entries. `Manager` is the little that tells one manager from
 /// another:
@@ -70,7 +70,7 @@ class MenuItems {
       for (const auto& child : children) Manager::append(submenu.get(), child.get());
       Manager::setSubmenu(item.get(), submenu.get());
     } else if (!entry.action.empty()) {
-      activateOnPick(item.get(), client, occasion, entry.action);
+      activateOnPick(item.get(), client, occasion, {entry.action, entry.title});
     }
     return item;
   }

@@ -17,7 +17,6 @@ class ServedFolders {
   bool contain(std::string_view uri) const;
 
  private:
-  /// Without a slash at the end: the top of the file system is empty.
   std::vector<std::string> paths;
 };
 

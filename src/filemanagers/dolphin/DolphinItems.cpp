@@ -22,6 +22,11 @@ QString qtLabelOf(const MenuEntry& entry) {
   return QString::fromStdString(labelOf(entry, '&')).replace(QLatin1Char('\t'), QLatin1Char(' '));
 }
 
+QIcon iconOf(const MenuEntry& entry) {
+  return QIcon::fromTheme(QString::fromStdString(entry.icon),
+                          QIcon::fromTheme(QString::fromLatin1(wire::documentIcon)));
+}
+
 void fill(QMenu& menu, const std::vector<MenuEntry>& entries, const Source& source);
 
 QAction* addItem(QMenu& menu, const MenuEntry& entry, const Source& source) {
@@ -32,13 +37,14 @@ QAction* addItem(QMenu& menu, const MenuEntry& entry, const Source& source) {
   }
   auto* item = menu.addAction(qtLabelOf(entry));
   if (entry.action.empty()) return item;
-  QObject::connect(item, &QAction::triggered, item, [source, action = entry.action] {
-    atBorder([&] {
-      withClickOrigin(source.window, [occasion = source.occasion, action](const ClickOrigin& origin) {
-        atBorder([&] { sendPick(action, *occasion, origin); });
+  QObject::connect(
+      item, &QAction::triggered, item, [source, picked = PickedEntry{entry.action, entry.title}] {
+        atBorder([&] {
+          withClickOrigin(source.window, [occasion = source.occasion, picked](const ClickOrigin& origin) {
+            atBorder([&] { sendPick(picked, *occasion, origin); });
+          });
+        });
       });
-    });
-  });
   return item;
 }
 
@@ -49,7 +55,7 @@ void fill(QMenu& menu, const std::vector<MenuEntry>& entries, const Source& sour
       continue;
     }
     auto* item = addItem(menu, entry, source);
-    if (!entry.icon.empty()) item->setIcon(QIcon::fromTheme(QString::fromStdString(entry.icon)));
+    if (!entry.icon.empty()) item->setIcon(iconOf(entry));
     item->setEnabled(entry.isEnabled);
   }
 }

@@ -17,13 +17,14 @@ QStringList textsOf(const std::vector<std::string>& texts) {
   return list;
 }
 
-QVariantMap platformData(const ClickOrigin& origin) {
+QVariantMap platformData(const PickedEntry& entry, const ClickOrigin& origin) {
   QVariantMap data;
   const auto add = [&](const char* key, const std::string& text) {
     if (!text.empty()) data.insert(QString::fromLatin1(key), QString::fromStdString(text));
   };
   add(wire::activationTokenKey, origin.activationToken);
   add(wire::parentWindowKey, origin.parentWindow);
+  add(wire::titleKey, entry.title);
   return data;
 }
 
@@ -35,12 +36,12 @@ void answered(QDBusPendingCallWatcher* watcher) {
 
 }  // namespace
 
-void sendPick(const std::string& action, const MenuOccasion& occasion, const ClickOrigin& origin) {
+void sendPick(const PickedEntry& entry, const MenuOccasion& occasion, const ClickOrigin& origin) {
   auto call = QDBusMessage::createMethodCall(
       QString::fromLatin1(wire::busName), QString::fromLatin1(wire::objectPath),
       QString::fromLatin1(wire::interfaceName), QStringLiteral("Activate"));
-  call << QString::fromStdString(action) << static_cast<std::uint32_t>(occasion.kind)
-       << textsOf(occasion.targets) << platformData(origin);
+  call << QString::fromStdString(entry.action) << static_cast<std::uint32_t>(occasion.kind)
+       << textsOf(occasion.targets) << platformData(entry, origin);
   auto watcher = std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::sessionBus().asyncCall(call));
   QObject::connect(watcher.release(), &QDBusPendingCallWatcher::finished, answered);
 }

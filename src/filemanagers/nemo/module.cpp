@@ -11,6 +11,7 @@ extern "C" {
 #include "filemanagers/client/MenuItems.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/ViewSelection.h"
+#include "filemanagers/gtk3/themedIcon.h"
 
 namespace sprig::filemanagers {
 
@@ -31,8 +32,8 @@ struct NemoMenus {
   }
   static Item* newItem(const MenuEntry& entry) {
     if (entry.type == MenuEntry::Type::separator) return nemo_menu_item_new_separator(entry.name.c_str());
-    auto* item = nemo_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "",
-                                    entry.icon.empty() ? nullptr : entry.icon.c_str());
+    auto* item =
+        nemo_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "", themedIcon(entry.icon));
     g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
     return item;
   }

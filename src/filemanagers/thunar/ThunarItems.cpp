@@ -4,6 +4,8 @@
 #include <tuple>
 #include <utility>
 
+#include "filemanagers/gtk3/themedIcon.h"
+
 namespace sprig::filemanagers {
 
 std::string ThunarMenu::uriOf(void* file) {
@@ -19,8 +21,8 @@ bool ThunarMenu::shows(const MenuEntry& entry, wire::Kind /*kind*/) {
 }
 
 ThunarxMenuItem* ThunarMenu::newItem(const MenuEntry& entry) {
-  auto* item = thunarx_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "",
-                                     entry.icon.empty() ? nullptr : entry.icon.c_str());
+  auto* item =
+      thunarx_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "", themedIcon(entry.icon));
   thunarx_menu_item_set_sensitive(item, entry.isEnabled ? TRUE : FALSE);
   return item;
 }

@@ -1,19 +1,29 @@
 #include "ports/desktop/DesktopFinderSyncController.h"
 
+#include <algorithm>
 #include <utility>
+
+#include "wire/FileUri.h"
 
 namespace sprig::desktop {
 
+using platform::FileURL;
 using platform::FIMenuKind;
 
-void DesktopFinderSyncController::concern(FIMenuKind kind, std::vector<platform::FileURL> targets) {
+void DesktopFinderSyncController::setTarget(FIMenuKind kind, std::optional<FileURL> target) {
   folder.reset();
   items.reset();
-  if (kind == FIMenuKind::contextualMenuForItems || kind == FIMenuKind::contextualMenuForSidebar) {
-    items = std::move(targets);
-  } else if (!targets.empty()) {
-    folder = std::move(targets.front());
+  if (kind != FIMenuKind::contextualMenuForItems && kind != FIMenuKind::contextualMenuForSidebar) {
+    folder = std::move(target);
+  } else if (target) {
+    items = {*std::move(target)};
   }
+}
+
+bool DesktopFinderSyncController::serves(const FileURL& location) const {
+  return std::any_of(served.begin(), served.end(), [&](const FileURL& servedFolder) {
+    return wire::isInFolder(location.path(), servedFolder.path());
+  });
 }
 
 }  // namespace sprig::desktop

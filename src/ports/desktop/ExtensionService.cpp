@@ -27,9 +27,9 @@ std::string textAt(GVariant* parameters, std::size_t index) {
   return g_variant_get_string(child(parameters, index).get(), nullptr);
 }
 
-/// A text of the platform data; empty when there is none. Longer ones than any window system makes are none.
+/// A text of the platform data; empty when there is none. Longer ones than any that makes sense are none.
 std::string hint(GVariant* platformData, const char* key) {
-  constexpr std::size_t longest = 1024;
+  constexpr std::size_t longest = wire::maxTextBytes;
   const char* value = nullptr;
   if (g_variant_lookup(platformData, key, "&s", &value) == FALSE) return {};
   std::string text(value);
@@ -87,6 +87,7 @@ void ExtensionService::leave() {
 
 void ExtensionService::announceMenus() {
   ++revision;
+  menus.configurationChanged();
   g_dbus_connection_emit_signal(&parts.connection, nullptr, wire::objectPath, wire::interfaceName,
                                 "MenuChanged", g_variant_new("(t)", revision), nullptr);
 }
@@ -112,7 +113,7 @@ void ExtensionService::perform(const Pick& pick) {
   isPerforming = true;
   watchIdleness();
   parts.setClick(pick.click);
-  menus.perform(pick.action, pick.context);
+  menus.perform(pick.action, pick.title, pick.context);
   // What the pick has left to do, a reveal or an alert, belongs to the same click.
   parts.mainQueue.runPending();
   parts.setClick({});
@@ -154,7 +155,12 @@ VariantPointer ExtensionService::answer(const std::string& method, GVariant* par
                                         const std::string& sender) {
   if (method == "GetMenu") return getMenu(parameters);
   if (method == "Activate") return activate(parameters, sender);
+  return observe(method, parameters);
+}
+
+VariantPointer ExtensionService::observe(const std::string& method, GVariant* parameters) {
   const auto location = locationOf(textAt(parameters, 0).c_str());
+  if (!observations.allows()) throw std::runtime_error("too many folders at once");
   if (method == "BeginObserving") extension.beginObservingDirectory(location);
   if (method == "EndObserving") extension.endObservingDirectory(location);
   return nothing();
@@ -174,9 +180,12 @@ VariantPointer ExtensionService::activate(GVariant* parameters, const std::strin
   pick.context = MenuContext::from(child(parameters, 1).get(), child(parameters, 2).get());
   if (pick.context.kind > platform::FIMenuKind::toolbarItemMenu)
     throw CallError("there is no such kind of menu");
-  if (!menus.offers(pick.action, pick.context)) throw CallError("no menu has offered this action");
+  if (!OfferedMenus::isAction(pick.action)) throw CallError("no menu offers such an action");
+  if (!pick.context.target || !parts.controller.serves(*pick.context.target))
+    throw CallError("what was clicked is in no served folder");
   if (picks.size() >= mostPicks) throw std::runtime_error("too many picks are waiting");
   const auto platformData = child(parameters, 3);
+  pick.title = hint(platformData.get(), wire::titleKey);
   pick.click = {sender, hint(platformData.get(), wire::activationTokenKey),
                 hint(platformData.get(), wire::parentWindowKey)};
   if (isPerforming) parts.comeToFront(pick.click.activationToken);

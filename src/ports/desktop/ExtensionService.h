@@ -10,6 +10,7 @@
 
 #include "platform/FIFinderSync.h"
 #include "ports/desktop/BusClients.h"
+#include "ports/desktop/CallRate.h"
 #include "ports/desktop/Click.h"
 #include "ports/desktop/DesktopFinderSyncController.h"
 #include "ports/desktop/GLibMainQueue.h"
@@ -55,6 +56,7 @@ class ExtensionService {
  private:
   struct Pick {
     std::string action;
+    std::string title;
     MenuContext context;
     Click click;
   };
@@ -70,6 +72,7 @@ class ExtensionService {
   /// The answers to the calls, not floating. Failure: throws `CallError`.
   wire::VariantPointer getMenu(GVariant* parameters);
   wire::VariantPointer activate(GVariant* parameters, const std::string& sender);
+  wire::VariantPointer observe(const std::string& method, GVariant* parameters);
   wire::VariantPointer answer(const std::string& method, GVariant* parameters, const std::string& sender);
   GVariant* property(const std::string& name) const;
   GVariant* servedFolders() const;
@@ -86,6 +89,8 @@ class ExtensionService {
   BusClients clients;
   IdleTimer idleTimer;
   std::deque<Pick> picks;
+  /// Each such call is a line in the log. People open folders less often.
+  CallRate observations{100, 10};
   std::uint64_t revision = 1;
   bool isPerforming = false;
   bool isOver = false;

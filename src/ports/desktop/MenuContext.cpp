@@ -1,7 +1,5 @@
 #include "ports/desktop/MenuContext.h"
 
-#include <algorithm>
-
 #include "wire/FileUri.h"
 #include "wire/Pointers.h"
 
@@ -14,13 +12,11 @@ platform::FileURL locationOf(const char* uri) {
 }
 
 MenuContext MenuContext::from(GVariant* kind, GVariant* targets) {
-  constexpr std::size_t mostTargets = 100;
   MenuContext context;
   context.kind = static_cast<platform::FIMenuKind>(g_variant_get_uint32(kind));
-  const auto count = std::min(g_variant_n_children(targets), mostTargets);
-  for (std::size_t index = 0; index < count; ++index) {
-    const wire::VariantPointer target(g_variant_get_child_value(targets, index));
-    context.targets.push_back(locationOf(g_variant_get_string(target.get(), nullptr)));
+  if (g_variant_n_children(targets) > 0) {
+    const wire::VariantPointer first(g_variant_get_child_value(targets, 0));
+    context.target = locationOf(g_variant_get_string(first.get(), nullptr));
   }
   return context;
 }

@@ -2,8 +2,8 @@
 
 #include <glib.h>
 
+#include <optional>
 #include <stdexcept>
-#include <vector>
 
 #include "platform/FIFinderSync.h"
 #include "platform/FileURL.h"
@@ -19,10 +19,11 @@ class CallError : public std::runtime_error {
 /// What a menu, or a pick in it, is about.
 struct MenuContext {
   platform::FIMenuKind kind = platform::FIMenuKind::contextualMenuForItems;
-  std::vector<platform::FileURL> targets;
+  /// The folder, or the first of the items. Absent: nothing in particular.
+  std::optional<platform::FileURL> target;
 
-  /// As a call gives it: a number and a list of URIs. Targets beyond the first hundred are left out: only the
-  /// first one decides anything. Throws `CallError` when one is not a local file's URI.
+  /// As a call gives it: a number and a list of URIs, of which the first one decides; the others may be of
+  /// any kind. Throws `CallError` when that is not a local file's URI.
   static MenuContext from(GVariant* kind, GVariant* targets);
 };
 

@@ -4,7 +4,9 @@
 
 #include "finder/ContextMenu.h"
 #include "ports/linux/SymbolIcons.h"
+#include "wire/Interface.h"
 #include "wire/Pointers.h"
+#include "wire/shortened.h"
 
 namespace sprig::desktop {
 
@@ -14,16 +16,15 @@ using wire::Row;
 
 namespace {
 
-/// The text as the bus can carry it: UTF-8 without NUL.
-std::string carried(const std::string& text) {
-  const wire::TextPointer valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
-  return valid.get();
-}
-
 std::string actionName(const MenuItem& item) {
   if (!item.action || !item.isEnabled) return {};
-  if (item.action == openSettingsActionSelector) return "settings";
-  return "template:" + carried(item.identifier.value_or(item.title));
+  if (item.action == openSettingsActionSelector) return std::string(settingsAction);
+  return rowText(std::string(templateActionPrefix) + item.identifier.value_or(item.title));
+}
+
+std::string iconOf(const platform::Image& image) {
+  auto name = ports::iconName(image.symbolName).value_or("");
+  return name.size() <= wire::maxTextBytes ? name : wire::documentIcon;
 }
 
 Row rowOf(const MenuItem& item, std::int32_t parent) {
@@ -34,11 +35,11 @@ Row rowOf(const MenuItem& item, std::int32_t parent) {
     return row;
   }
   if (item.submenu) row.type = Row::Type::submenu;
-  row.title = carried(item.title);
+  row.title = rowText(item.title);
   row.isEnabled = item.isEnabled;
   if (item.image) {
-    row.icon = ports::iconName(item.image->symbolName).value_or("");
-    row.description = carried(item.image->accessibilityDescription);
+    row.icon = iconOf(*item.image);
+    row.description = rowText(item.image->accessibilityDescription);
   }
   return row;
 }
@@ -71,38 +72,44 @@ class Flattener {
   std::map<std::string, std::size_t> timesSeen;
 };
 
-/// Leaves out rows, so that what remains is within the bounds.
+/// Leaves out rows, so that what remains is within the bounds: the last templates, and with the last one of a
+/// submenu that, too.
 class Trimmer {
  public:
-  explicit Trimmer(MenuRows& menuRows) : menu(menuRows), isKept(menu.rows.size(), true) {}
+  explicit Trimmer(MenuRows& menuRows)
+      : menu(menuRows), isKept(menu.rows.size(), true), children(menu.rows.size()), count(menu.rows.size()) {
+    for (const auto& row : menu.rows) {
+      bytes += wire::byteSize(row);
+      if (row.parent != Row::noParent) ++children[static_cast<std::size_t>(row.parent)];
+    }
+  }
 
   void trim() {
-    std::size_t count = menu.rows.size();
-    std::size_t bytes = 0;
-    for (const auto& row : menu.rows) bytes += wire::byteSize(row);
     for (auto index = menu.rows.size(); index-- > 0 && (count > wire::maxRows || bytes > wire::maxBytes);) {
-      const auto& row = menu.rows[index];
-      if (!row.action.starts_with("template:")) continue;
-      isKept[index] = false;
-      menu.entries.erase(row.action);
+      const auto& action = menu.rows[index].action;
+      if (!action.starts_with(templateActionPrefix)) continue;
+      menu.entries.erase(action);
       ++menu.leftOut;
-      --count;
-      bytes -= wire::byteSize(row);
+      drop(index);
     }
-    if (menu.leftOut == 0) return;
-    dropEmptySubmenus();
-    compact();
+    if (menu.leftOut > 0) compact();
   }
 
  private:
-  void dropEmptySubmenus() {
-    std::vector<bool> hasChildren(menu.rows.size(), false);
-    for (auto index = menu.rows.size(); index-- > 0;) {
-      const auto& row = menu.rows[index];
-      if (row.type == Row::Type::submenu && !hasChildren[index]) isKept[index] = false;
-      if (isKept[index] && row.parent != Row::noParent)
-        hasChildren[static_cast<std::size_t>(row.parent)] = true;
-    }
+  void drop(std::size_t index) {
+    const auto& row = menu.rows[index];
+    isKept[index] = false;
+    --count;
+    bytes -= wire::byteSize(row);
+    if (row.parent == Row::noParent) return;
+    const auto parent = static_cast<std::size_t>(row.parent);
+    if (--children[parent] == 0) drop(parent);
+  }
+
+  /// What stood between two separators may have gone.
+  static bool separatesNothing(const Row& row, const std::vector<Row>& kept) {
+    return row.type == Row::Type::separator && !kept.empty() && kept.back().type == Row::Type::separator &&
+           kept.back().parent == row.parent;
   }
 
   void compact() {
@@ -113,6 +120,7 @@ class Trimmer {
       auto& row = menu.rows[index];
       newIndex[index] = static_cast<std::int32_t>(kept.size());
       if (row.parent != Row::noParent) row.parent = newIndex[static_cast<std::size_t>(row.parent)];
+      if (separatesNothing(row, kept)) continue;
       kept.push_back(std::move(row));
     }
     menu.rows = std::move(kept);
@@ -120,9 +128,20 @@ class Trimmer {
 
   MenuRows& menu;
   std::vector<bool> isKept;
+  std::vector<std::size_t> children;
+  std::size_t count;
+  std::size_t bytes = 0;
 };
 
 }  // namespace
+
+std::string rowText(const std::string& text) {
+  constexpr std::size_t charactersOfLongText = 255;
+  const wire::TextPointer valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+  const std::string_view carried(valid.get());
+  if (carried.size() <= wire::maxTextBytes) return std::string(carried);
+  return wire::shortened(carried, charactersOfLongText);
+}
 
 MenuRows menuRows(const Menu& menu) {
   MenuRows result;

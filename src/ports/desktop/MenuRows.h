@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Menu.h"
@@ -18,6 +19,13 @@ struct MenuRows {
   /// How many templates there was no room for.
   std::size_t leftOut = 0;
 };
+
+/// What the actions of templates begin with, and that of the settings.
+inline constexpr std::string_view templateActionPrefix = "template:";
+inline constexpr std::string_view settingsAction = "settings";
+
+/// A text as rows have it: UTF-8 without NUL, and cut in the middle when it is too long for one.
+std::string rowText(const std::string& text);
 
 /// The rows of a menu, within the bounds of the bus: when there are too many templates, the last ones are
 /// left out. Actions are named after what they do and to what, so the same menu built again has the same

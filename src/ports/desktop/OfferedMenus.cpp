@@ -2,54 +2,61 @@
 
 #include <utility>
 
+#include "diag/logSprig.h"
+#include "finder/ContextMenu.h"
 #include "platform/Platform.h"
 #include "ports/desktop/MenuRows.h"
 
 namespace sprig::desktop {
 
-using platform::Menu;
 using platform::MenuItem;
 
 namespace {
 
-void complainOfTemplatesLeftOut(std::size_t number) {
-  platform::current().systemLog.log("The menu has no room for the last " + std::to_string(number) +
-                                    " templates");
+void logTemplatesLeftOut(std::size_t number) {
+  platform::current().systemLog.log(std::string(systemLogPrefix) + "The menu has no room for the last " +
+                                    std::to_string(number) + " templates");
 }
 
 }  // namespace
 
-std::unique_ptr<Menu> OfferedMenus::build(const MenuContext& context) {
-  controller.concern(context.kind, context.targets);
-  return extension.menu(context.kind);
-}
-
 std::vector<wire::Row> OfferedMenus::rows(const MenuContext& context) {
-  const auto menu = build(context);
+  controller.setTarget(context.kind, context.target);
+  const auto menu = extension.menu(context.kind);
   if (!menu) return {};
   auto flat = menuRows(*menu);
-  if (flat.leftOut > 0) complainOfTemplatesLeftOut(flat.leftOut);
+  if (flat.leftOut > 0 && !std::exchange(hasLoggedLeftOut, true)) logTemplatesLeftOut(flat.leftOut);
   for (const auto& [action, item] : flat.entries) {
-    offered.insert_or_assign(action, Entry{item->title, item->identifier, item->action, item->target});
+    offered.insert_or_assign(action, Entry{item->title, item->identifier});
   }
   return std::move(flat.rows);
 }
 
-bool OfferedMenus::offers(const std::string& action, const MenuContext& context) {
-  // The menu may come from a process before this one.
-  if (!offered.contains(action)) static_cast<void>(rows(context));
-  return offered.contains(action);
+bool OfferedMenus::isAction(std::string_view action) {
+  return action == settingsAction || action.starts_with(templateActionPrefix);
 }
 
-void OfferedMenus::perform(const std::string& action, const MenuContext& context) {
-  static_cast<void>(rows(context));
+void OfferedMenus::perform(const std::string& action, const std::string& title, const MenuContext& context) {
+  controller.setTarget(context.kind, context.target);
+  const auto sender = picked(action, title);
+  extension.performAction(sender.action, sender);
+}
+
+MenuItem OfferedMenus::picked(const std::string& action, const std::string& title) const {
+  auto item = MenuItem::titled(title);
+  if (action == settingsAction) {
+    item.action = openSettingsActionSelector;
+    return item;
+  }
+  item.action = templateActionSelector;
   const auto entry = offered.find(action);
-  if (entry == offered.end() || entry->second.target == nullptr) return;
-  auto sender = MenuItem::titled(entry->second.title);
-  sender.identifier = entry->second.identifier;
-  sender.action = entry->second.action;
-  sender.target = entry->second.target;
-  sender.target->performAction(sender.action, sender);
+  // The menu may come from a process before this one; then its names have to do.
+  item.identifier =
+      entry != offered.end() ? entry->second.identifier : action.substr(templateActionPrefix.size());
+  if (entry != offered.end() && (title.empty() || title == rowText(entry->second.title))) {
+    item.title = entry->second.title;
+  }
+  return item;
 }
 
 }  // namespace sprig::desktop

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/FIFinderSync.h"
@@ -24,27 +24,30 @@ class OfferedMenus {
   /// The menu for a context, built anew; no rows for no menu.
   std::vector<wire::Row> rows(const MenuContext& context);
 
-  /// Whether any menu has offered the action, or the one for this context would.
-  bool offers(const std::string& action, const MenuContext& context);
+  /// To be called when the menus may differ from those before.
+  void configurationChanged() { hasLoggedLeftOut = false; }
 
-  /// Performs an action that was offered, with the menu for its context built again, so that it falls on what
-  /// was clicked. Blocks while the user is asked.
-  void perform(const std::string& action, const MenuContext& context);
+  /// Whether a menu can offer such an action. What it stands for may have gone since.
+  static bool isAction(std::string_view action);
+
+  /// Performs the action of the entry with this title (empty when it is not known) on what was clicked.
+  /// Builds no menu: the entry stands for what it was offered for. Blocks while the user is asked.
+  void perform(const std::string& action, const std::string& title, const MenuContext& context);
 
  private:
-  /// What is left of an entry when its menu has gone: enough for its target to find what it stood for.
+  /// What is left of a template's entry when its menu has gone: by this the template is found.
   struct Entry {
     std::string title;
     std::optional<std::string> identifier;
-    platform::Selector action;
-    platform::MenuTarget* target;
   };
 
-  std::unique_ptr<platform::Menu> build(const MenuContext& context);
+  /// The entry that was picked, as its menu had it.
+  platform::MenuItem picked(const std::string& action, const std::string& title) const;
 
   platform::FIFinderSync& extension;
   DesktopFinderSyncController& controller;
   std::map<std::string, Entry, std::less<>> offered;
+  bool hasLoggedLeftOut = false;
 };
 
 }  // namespace sprig::desktop
