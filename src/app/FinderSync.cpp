@@ -1,10 +1,9 @@
 #include "app/FinderSync.h"
 
-#include <set>
-
 #include "config/ConfigManager.h"
 #include "diag/logSprig.h"
 #include "finder/ContextMenu.h"
+#include "finder/ServedFolders.h"
 #include "finder/SettingsAction.h"
 #include "finder/TemplateAction.h"
 #include "finder/TemplateCategories.h"
@@ -13,26 +12,6 @@
 namespace sprig {
 
 using platform::FileURL;
-
-namespace {
-
-/// The startup disk, and the folder that volumes are mounted in, are not volumes to serve.
-bool isServed(const FileURL& volume) {
-  return volume.path() != "/" && volume.path() != "/Volumes" &&
-         platform::current().files.resolvingSymlinks(volume).path() != "/";
-}
-
-std::set<FileURL> servedFolders() {
-  const auto& platform = platform::current();
-  const auto home = platform.users.homeDirectory();
-  std::set<FileURL> folders{home ? *home : platform.files.homeDirectoryForCurrentUser()};
-  for (const auto& volume : platform.volumes.mountedVolumeURLs().value_or(std::vector<FileURL>{})) {
-    if (isServed(volume)) folders.insert(volume);
-  }
-  return folders;
-}
-
-}  // namespace
 
 FinderSync::FinderSync() : categoryOrder(standardCategoryOrder.begin(), standardCategoryOrder.end()) {
   logSprig("FinderSync init started");

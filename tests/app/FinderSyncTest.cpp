@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "finder/ServedFolders.h"
 #include "support/TestPlatform.h"
 
 namespace sprig {
@@ -29,7 +30,12 @@ TEST_F(Extension, ServesTheHomeFolderAndTheVolumesButTheStartupDisk) {
   ASSERT_EQ(symlink(disk.path().c_str(), alias.path().c_str()), 0);
   EXPECT_EQ(servedWith({{FileURL("/"), FileURL("/Volumes"), link, alias, disk, disk, home}}),
             (std::set<FileURL>{home, disk, alias}));
+  EXPECT_EQ(servedFolders({home, disk, link, alias}), (std::set<FileURL>{home, disk, link, alias}))
+      << "known ones are not looked at again";
+  platform.volumes.volumes = {{disk}};
+  EXPECT_EQ(servedFolders({home, alias}), (std::set<FileURL>{home, disk}));
   EXPECT_EQ(servedWith(std::nullopt), std::set<FileURL>{home});
+  EXPECT_EQ(servedFolders({home, alias}), (std::set<FileURL>{home, alias})) << "not to be found out";
   platform.users.home.reset();
   EXPECT_EQ(servedWith(std::nullopt), std::set<FileURL>{platform.files.ownHome});
 }

@@ -75,6 +75,7 @@ int run() {
   ExtensionService service(parts, extension,
                            std::chrono::milliseconds(idleTime != nullptr ? std::atoi(idleTime) : 60000));
   platform.whenConfigurationChanges([&] { service.announceMenus(); });
+  platform.whenServedFoldersChange([&] { service.announceServedFolders(); });
   service.run();
   return 0;
 }

@@ -1,5 +1,6 @@
 """The running extension, as file managers see it."""
 
+import ctypes
 import os
 import pathlib
 import signal
@@ -7,7 +8,7 @@ import subprocess
 
 import pytest
 from gi.repository import GLib
-from sprigtest.bus import FileManager, held, uri, wait_until
+from sprigtest.bus import Desktop, FileManager, held, uri, wait_until
 from sprigtest.home import template
 
 SUBMENU, SEPARATOR, ITEM = 2, 1, 0
@@ -62,6 +63,30 @@ def test_the_file_manager_is_told_what_it_needs(desktop):
     manager.call("EndObserving", "(s)", uri(desktop.home.demo))
     assert lines(desktop.home, "beginObserving") == [f"beginObservingDirectory: {desktop.home.demo}"]
     assert lines(desktop.home, "endObserving") == [f"endObservingDirectory: {desktop.home.demo}"]
+
+
+def in_mounts_of(process, call, *arguments):
+    """Calls the C library with the mounts of another process."""
+    child = os.fork()
+    if child == 0:
+        library = ctypes.CDLL(None)
+        spaces = [os.open(f"/proc/{process}/ns/{kind}", os.O_RDONLY) for kind in ("user", "mnt")]
+        os._exit(1 if any(library.setns(space, 0) for space in spaces) or library[call](*arguments) else 0)
+    assert os.waitpid(child, 0)[1] == 0
+
+
+def test_what_is_mounted_later_is_served_while_it_is(home):
+    program = os.environ["SPRIG_PROGRAM"]
+    desktop = Desktop(home, f"/usr/bin/unshare --user --map-current-user --mount {program}", program)
+    manager = desktop.manager()
+    before = manager.property("ServedFolders")
+    bind = 4096
+    in_mounts_of(manager.extension_process(), "mount", b"/usr", b"/mnt", None, bind, None)
+    wait_until(lambda: manager.served == sorted([*before, "file:///mnt"]) == manager.property("ServedFolders"))
+    assert lines(home, "Initialized") == [f"Initialized FinderSync monitoring {len(before)} directory URLs"]
+    in_mounts_of(manager.extension_process(), "umount", b"/mnt")
+    wait_until(lambda: manager.served == before == manager.property("ServedFolders"))
+    desktop.ends()
 
 
 NAMES = ["plain", "a b", "100%", "日本 👋", "line\nbreak", "#?&", os.fsdecode(b"bytes\xff")]

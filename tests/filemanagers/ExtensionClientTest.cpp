@@ -211,6 +211,14 @@ TEST_F(ExtensionClientTest, AChangedMenuIsFetchedAndTold) {
   for (const auto kind : {Kind::items, Kind::background, Kind::toolbar}) EXPECT_EQ(title(kind), "Menu B");
 }
 
+TEST_F(ExtensionClientTest, ServedFoldersFollowWhatIsMounted) {
+  loadReady();
+  extension->changeServedFolder("file:///media/stick");
+  EXPECT_TRUE(inTime([&] { return updates == 2; }));
+  EXPECT_EQ(titleOf(client->menu(Kind::items, "file:///media/stick/a")), "Menu A");
+  EXPECT_EQ(title(), "(none)");
+}
+
 TEST_F(ExtensionClientTest, AMenuThatIsNotInOrderIsNoMenu) {
   loadReady();
   extension->changeMenu({{7, Row::Type::item, "a", "Orphan", "", "", true}});

@@ -107,6 +107,12 @@ void FakeExtension::changeMenu(std::vector<wire::Row> newRows) {
                                 "MenuChanged", g_variant_new("(t)", revision), nullptr);
 }
 
+void FakeExtension::changeServedFolder(const char* uri) {
+  g_dbus_connection_emit_signal(
+      connection.get(), nullptr, wire::objectPath, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+      g_variant_new_parsed("(%s, {'ServedFolders': <[%s]>}, @as [])", wire::interfaceName, uri), nullptr);
+}
+
 std::size_t FakeExtension::calls(const std::string& method) {
   const std::lock_guard guard(lock);
   return notes[method].size();

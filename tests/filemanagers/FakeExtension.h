@@ -46,6 +46,8 @@ class FakeExtension {
   void setConduct(Conduct newConduct);
   /// Has another menu from now on, and says so. What is wrong with the rows goes out as it is.
   void changeMenu(std::vector<wire::Row> newRows);
+  /// Says that it serves this folder and no other.
+  void changeServedFolder(const char* uri);
 
   /// How often a method was called.
   std::size_t calls(const std::string& method);

@@ -48,6 +48,15 @@ void menuChangedSignal(GDBusConnection* /*connection*/, const char* /*sender*/, 
   atBorder([&] { static_cast<Bus::News*>(data)->menuChanged(revision); });
 }
 
+// NOLINTNEXTLINE(readability-function-size): the same.
+void propertiesChangedSignal(GDBusConnection* /*connection*/, const char* /*sender*/, const char* /*path*/,
+                             const char* /*interface*/, const char* /*signal*/, GVariant* parameters,
+                             void* data) {
+  if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sa{sv}as)"))) return;
+  const VariantPointer values(g_variant_get_child_value(parameters, 1));
+  atBorder([&] { static_cast<Bus::News*>(data)->propertiesChanged(values.get()); });
+}
+
 void nameAppeared(GDBusConnection* /*connection*/, const char* /*name*/, const char* /*owner*/, void* data) {
   atBorder(static_cast<Bus::News*>(data)->appeared);
 }
@@ -71,7 +80,9 @@ Bus::Bus(GDBusConnection* given, News newsReceiver)
 Bus::~Bus() {
   g_cancellable_cancel(lifetime.get());
   if (watch != 0) g_bus_unwatch_name(watch);
-  if (subscription != 0) g_dbus_connection_signal_unsubscribe(connection.get(), subscription);
+  for (const auto subscription : {menuSubscription, propertiesSubscription}) {
+    if (subscription != 0) g_dbus_connection_signal_unsubscribe(connection.get(), subscription);
+  }
 }
 
 void Bus::connect() {
@@ -100,9 +111,13 @@ void Bus::use(GDBusConnection* newConnection) {
 }
 
 void Bus::listen() {
-  subscription = g_dbus_connection_signal_subscribe(
+  menuSubscription = g_dbus_connection_signal_subscribe(
       connection.get(), wire::busName, wire::interfaceName, "MenuChanged", wire::objectPath, nullptr,
       G_DBUS_SIGNAL_FLAGS_NONE, menuChangedSignal, &news, nullptr);
+  propertiesSubscription =
+      g_dbus_connection_signal_subscribe(connection.get(), wire::busName, "org.freedesktop.DBus.Properties",
+                                         "PropertiesChanged", wire::objectPath, wire::interfaceName,
+                                         G_DBUS_SIGNAL_FLAGS_NONE, propertiesChangedSignal, &news, nullptr);
   watch = g_bus_watch_name_on_connection(connection.get(), wire::busName, G_BUS_NAME_WATCHER_FLAGS_NONE,
                                          nameAppeared, nameVanished, &news, nullptr);
 }

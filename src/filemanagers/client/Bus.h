@@ -28,6 +28,8 @@ class Bus {
     std::function<void()> vanished;
     /// Menus of earlier revisions are out of date.
     std::function<void(std::uint64_t revision)> menuChanged;
+    /// Of the interface's properties, `values` (a{sv}) are new.
+    std::function<void(GVariant* values)> propertiesChanged;
     /// The file manager is on the bus. May be empty.
     std::function<void(GDBusConnection& connection)> connected = nullptr;
   };
@@ -69,7 +71,8 @@ class Bus {
   /// Cancelled when this goes.
   wire::ObjectPointer<GCancellable> lifetime;
   std::vector<std::unique_ptr<Question>> waiting;
-  guint subscription = 0;
+  guint menuSubscription = 0;
+  guint propertiesSubscription = 0;
   guint watch = 0;
 };
 

@@ -65,6 +65,12 @@ std::vector<std::string> textsIn(GVariant* variant) {
   return texts;
 }
 
+std::optional<ServedFolders> servedFoldersIn(GVariant* values) {
+  const VariantPointer folders(g_variant_lookup_value(values, "ServedFolders", G_VARIANT_TYPE_STRING_ARRAY));
+  if (!folders) return std::nullopt;
+  return ServedFolders(textsIn(folders.get()));
+}
+
 }  // namespace
 
 ExtensionClient::ExtensionClient(Settings chosen)
@@ -75,6 +81,7 @@ ExtensionClient::ExtensionClient(Settings chosen)
                                   for (auto& [kind, slot] : menus) slot.content.reset();
                                 },
                                 [this](std::uint64_t revision) { menuChanged(revision); },
+                                [this](GVariant* values) { propertiesChanged(values); },
                                 [this](GDBusConnection& connection) {
                                   if (settings.newSelection)
                                     service.emplace(connection, settings.newSelection);
@@ -125,6 +132,14 @@ void ExtensionClient::menuChanged(std::uint64_t revision) {
     if (slot.content && slot.content->revision < revision) slot.content.reset();
   }
   fetchMissingMenus();
+}
+
+void ExtensionClient::propertiesChanged(GVariant* values) {
+  const auto folders = servedFoldersIn(values);
+  // What has not come yet comes as it is now.
+  if (!folders || !properties.content) return;
+  properties.content->servedFolders = *folders;
+  if (wasAsked && settings.menusUpdated) settings.menusUpdated();
 }
 
 void ExtensionClient::fetchMissingMenus() {
@@ -245,11 +260,10 @@ VariantPointer ExtensionClient::askNow(const char* interface, const char* method
 
 std::string ExtensionClient::takeProperties(GVariant* reply) {
   const VariantPointer values(g_variant_get_child_value(reply, 0));
-  const VariantPointer folders(
-      g_variant_lookup_value(values.get(), "ServedFolders", G_VARIANT_TYPE_STRING_ARRAY));
+  const auto folders = servedFoldersIn(values.get());
   if (!folders) return "it does not say which folders it serves";
   properties.content =
-      Properties{ServedFolders(textsIn(folders.get())),
+      Properties{*folders,
                  {textAt(values.get(), "ToolbarName"), textAt(values.get(), "ToolbarToolTip"),
                   textAt(values.get(), "ToolbarIcon")}};
   return {};

@@ -107,6 +107,7 @@ class ExtensionClient {
   Time now() const { return Time(settings.now()); }
   void appeared();
   void menuChanged(std::uint64_t revision);
+  void propertiesChanged(GVariant* values);
 
   // In the background.
   void fetchProperties();

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "finder/ServedFolders.h"
+
 namespace sprig::desktop {
 
 DesktopPlatform::DesktopPlatform(GDBusConnection& connection, platform::SystemLog& systemLog,
@@ -18,6 +20,14 @@ DesktopPlatform::DesktopPlatform(GDBusConnection& connection, platform::SystemLo
 void DesktopPlatform::setClick(const Click& click) {
   workspace.setClick(click);
   creations.setClick(click);
+}
+
+void DesktopPlatform::followVolumes() {
+  if (!servedFoldersChanged) return;
+  auto folders = servedFolders(controller.servedFolders());
+  if (folders == controller.servedFolders()) return;
+  controller.setDirectoryURLs(folders);
+  servedFoldersChanged();
 }
 
 void DesktopPlatform::whenConfigurationChanges(std::function<void()> handler) {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "config/ConfigFollower.h"
 #include "config/ConfigManager.h"
@@ -15,6 +16,7 @@
 #include "ports/desktop/DesktopSymbolImages.h"
 #include "ports/desktop/DesktopWorkspace.h"
 #include "ports/desktop/GLibMainQueue.h"
+#include "ports/desktop/MountWatch.h"
 #include "ports/linux/InotifyFileChangeSources.h"
 #include "ports/linux/LinuxClock.h"
 #include "ports/linux/LinuxFileSystem.h"
@@ -44,7 +46,12 @@ class DesktopPlatform {
   /// once, when the product has been started.
   void whenConfigurationChanges(std::function<void()> handler);
 
+  /// Keeps the served folders in step with what is mounted, and has `handler` called, on the main thread,
+  /// when they have changed. Called once, when the product has been started.
+  void whenServedFoldersChange(std::function<void()> handler) { servedFoldersChanged = std::move(handler); }
+
  private:
+  void followVolumes();
   void followFirstDocument();
   void compareConfiguration();
 
@@ -58,6 +65,9 @@ class DesktopPlatform {
   DesktopCreations creations;
   DesktopSymbolImages images;
   DesktopFinderSyncController controller;
+  /// Made before the product asks what is mounted, so that it misses nothing.
+  MountWatch mounts{[this] { followVolumes(); }};
+  std::function<void()> servedFoldersChanged;
   std::function<void()> configurationChanged;
   ConfigSnapshot configuration;
   // The order below matters at the end: first the product's objects go, then the background thread that may

@@ -30,6 +30,7 @@ int ExtensionMain(int, char**, PrincipalClass principalClass) {
                            [&](const std::string& token) { application.comeToFront(token); }};
   ExtensionService service(parts, *extension);
   desktop.whenConfigurationChanges([&] { service.announceMenus(); });
+  desktop.whenServedFoldersChange([&] { service.announceServedFolders(); });
   service.run();
   return 0;
 }

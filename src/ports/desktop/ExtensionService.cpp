@@ -92,6 +92,15 @@ void ExtensionService::announceMenus() {
                                 "MenuChanged", g_variant_new("(t)", revision), nullptr);
 }
 
+void ExtensionService::announceServedFolders() {
+  GVariantBuilder changed;
+  g_variant_builder_init(&changed, G_VARIANT_TYPE_VARDICT);
+  g_variant_builder_add(&changed, "{sv}", "ServedFolders", servedFolders());
+  g_dbus_connection_emit_signal(&parts.connection, nullptr, wire::objectPath,
+                                "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                                g_variant_new("(sa{sv}as)", wire::interfaceName, &changed, nullptr), nullptr);
+}
+
 void ExtensionService::watchIdleness() {
   if (clients.areGone() && !isPerforming) {
     idleTimer.start();

@@ -53,6 +53,9 @@ class ExtensionService {
   /// Tells the clients that menus differ from those they have.
   void announceMenus();
 
+  /// Tells the clients that other folders are served than before.
+  void announceServedFolders();
+
  private:
   struct Pick {
     std::string action;

@@ -42,11 +42,17 @@ class FileManager:
             address, flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION, None, None)
         self.shown = []
         self.changes = []
+        self.served = None
         self.refusal = None
         if shows_items:
             self.connection.register_object("/org/freedesktop/FileManager1", FILE_MANAGER, self._show_items)
         self.connection.signal_subscribe(NAME, INTERFACE, "MenuChanged", PATH, None, Gio.DBusSignalFlags.NONE,
                                          lambda *signal: self.changes.append(signal[5].unpack()[0]))
+        self.connection.signal_subscribe(NAME, "org.freedesktop.DBus.Properties", "PropertiesChanged", PATH, INTERFACE,
+                                         Gio.DBusSignalFlags.NONE, self._properties_changed)
+
+    def _properties_changed(self, *signal):
+        self.served = signal[5].unpack()[1]["ServedFolders"]
 
     def _show_items(self, _connection, _sender, _path, _interface, _method, parameters, invocation):
         self.shown.append(parameters.unpack())
@@ -125,19 +131,19 @@ def held(process):
 class Desktop:
     """The bus, in the home folder of Ann."""
 
-    def __init__(self, home, program, **environment):
+    def __init__(self, home, command, program=None, **environment):
         self.home = home
         self.output = home.path / "output"
-        self.program = program
+        self.program = program or command
         services = home.path / "services"
         services.mkdir()
-        (services / f"{NAME}.service").write_text(f"[D-BUS Service]\nName={NAME}\nExec={program}\n")
+        (services / f"{NAME}.service").write_text(f"[D-BUS Service]\nName={NAME}\nExec={command}\n")
         configuration = home.path / "bus.conf"
         configuration.write_text(BUS.format(root=home.path))
-        command = ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile", "--print-address=1"]
+        daemon = ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile", "--print-address=1"]
         environment = home.env({"XDG_DATA_DIRS": "/usr/share", "GIO_USE_VFS": "local", **environment})
         with open(self.output, "wb") as output:
-            self.daemon = subprocess.Popen(command, env=environment, stdout=subprocess.PIPE, stderr=output, text=True)
+            self.daemon = subprocess.Popen(daemon, env=environment, stdout=subprocess.PIPE, stderr=output, text=True)
         self.address = self.daemon.stdout.readline().strip()
         self.managers = []
         (home.path / ".local/share/applications").mkdir(parents=True)
