@@ -13,11 +13,17 @@ namespace sprig::filemanagers {
 
 namespace {
 
-/// The URI of an item; empty for one that is not on this computer. What is in the trash is, but no place for
-/// new files. The desktop, as Plasma tells of it, is the user's desktop folder.
+/// Whether a path has lost bytes that are no UTF-8, so that it leads nowhere.
+bool isGarbled(const QString& path) {
+  return path.contains(QChar(QChar::ReplacementCharacter)) && !QFile::exists(path);
+}
+
+/// The URI of an item; empty for one that is not on this computer, or not to be found by what Qt has made of
+/// its name. What is in the trash is, but no place for new files. The desktop, as Plasma tells of it, is the
+/// user's desktop folder.
 std::string uriOf(const KFileItem& item) {
   const auto url = item.url().scheme() == QLatin1String("desktop") ? item.mostLocalUrl() : item.url();
-  if (!url.isLocalFile() || !url.host().isEmpty()) return {};
+  if (!url.isLocalFile() || !url.host().isEmpty() || isGarbled(url.toLocalFile())) return {};
   return wire::uriFromPath(QFile::encodeName(url.toLocalFile()).toStdString()).value_or("");
 }
 
