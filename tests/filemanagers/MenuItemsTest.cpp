@@ -4,6 +4,7 @@
 
 #include "filemanagers/FakeExtension.h"
 #include "filemanagers/client/MenuEntry.h"
+#include "filemanagers/gtk3/themedIcon.h"
 #include "filemanagers/thunar/ThunarItems.h"
 #include "support/Eventually.h"
 
@@ -68,6 +69,14 @@ TEST(MenuEntries, HaveNoMnemonicsWhateverMarksThem) {
   entry.title = "日e";
   for (int mark = 0; mark < 30'000; ++mark) entry.title += "\u0301";
   EXPECT_LT(labelOf(entry, '_').size(), 200U);
+}
+
+TEST(MenuEntries, HaveADocumentForAnIconThatTheThemeDoesNotHave) {
+  const wire::ObjectPointer<GtkIconTheme> theme(gtk_icon_theme_new());
+  const char* drawings = SPRIG_DRAWINGS;
+  gtk_icon_theme_set_search_path(theme.get(), &drawings, 1);
+  EXPECT_STREQ(themedIcon(*theme, "sprig-gearshape-symbolic"), "sprig-gearshape-symbolic");
+  EXPECT_STREQ(themedIcon(*theme, "hammer"), "sprig-doc-text-symbolic");
 }
 
 TEST(MenuEntries, HaveNamesThatAreUniquePlainAndAlwaysTheSame) {
@@ -162,7 +171,8 @@ TEST_F(ThunarItemsTest, AnOpenMenuKeepsItsFolderWhileAnotherIsAskedFor) {
   close(second);
   auto* third = open("file:///home/ann/three");
   pick(third, 1);
-  EXPECT_EQ(picked(), "('settings', 1, ['file:///home/ann/three'], {'title': <'Settings'>})") << "no separator, no disabled item";
+  EXPECT_EQ(picked(), "('settings', 1, ['file:///home/ann/three'], {'title': <'Settings'>})")
+      << "no separator, no disabled item";
   close(third);
 }
 

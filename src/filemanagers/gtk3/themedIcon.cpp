@@ -1,8 +1,7 @@
 #include "filemanagers/gtk3/themedIcon.h"
 
-#include <gtk/gtk.h>
-
 #include "wire/Interface.h"
+#include "wire/Pointers.h"
 
 namespace sprig::filemanagers {
 
@@ -10,10 +9,14 @@ const char* themedIcon(const std::string& icon) {
   if (icon.empty()) return nullptr;
   // Without a screen nothing is drawn.
   auto* screen = gdk_screen_get_default();
-  if (!screen || gtk_icon_theme_has_icon(gtk_icon_theme_get_for_screen(screen), icon.c_str())) {
-    return icon.c_str();
-  }
-  return wire::documentIcon;
+  return screen ? themedIcon(*gtk_icon_theme_get_for_screen(screen), icon) : icon.c_str();
+}
+
+const char* themedIcon(GtkIconTheme& theme, const std::string& icon) {
+  constexpr int sizeInMenus = 16;
+  const wire::ObjectPointer<GtkIconInfo> found(
+      gtk_icon_theme_lookup_icon(&theme, icon.c_str(), sizeInMenus, GtkIconLookupFlags(0)));
+  return found ? icon.c_str() : wire::documentIcon;
 }
 
 }  // namespace sprig::filemanagers
