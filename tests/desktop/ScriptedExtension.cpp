@@ -72,8 +72,8 @@ int run() {
                              platform.setClick(click);
                            },
                            [](const std::string& token) { tell("comes to the front", token); }};
-  ExtensionService service(parts, extension,
-                           std::chrono::milliseconds(idleTime != nullptr ? std::atoi(idleTime) : 60000));
+  const std::chrono::milliseconds idle(idleTime != nullptr ? std::atoi(idleTime) : 60000);
+  ExtensionService service(parts, extension, {.idle = idle, .look = std::chrono::milliseconds(500)});
   platform.whenConfigurationChanges([&] { service.announceMenus(); });
   platform.whenServedFoldersChange([&] { service.announceServedFolders(); });
   service.run();

@@ -3,6 +3,7 @@
 import ctypes
 import os
 import pathlib
+import shutil
 import signal
 import subprocess
 
@@ -410,6 +411,28 @@ def test_it_does_not_leave_before_what_the_user_is_asked_for_is_done(scripted):
     # The window that was clicked in has gone meanwhile, and no file manager runs.
     wait_until(lambda: notes.exists() and notes.read_text() == f" {desktop.home.demo}\n")
     wait_until(lambda: watcher.extension_process() is None)
+
+
+def test_an_upgraded_program_ends_between_two_picks_and_the_next_call_starts_the_new_one(home):
+    program = home.path / "sprig-extension"
+    shutil.copy(os.environ["SPRIG_SCRIPTED"], program)
+    desktop = Desktop(home, program)
+    home.configure(template("A"))
+    manager = desktop.manager()
+    manager.pick("template:a", home.demo)
+    desktop.user_sees("shows New A||")
+    process = manager.extension_process()
+    shutil.copy(program, home.path / "new")
+    (home.path / "new").replace(program)
+    over = []
+    GLib.timeout_add(1200, lambda: over.append(1))
+    wait_until(lambda: over)
+    assert manager.extension_process() == process
+    os.kill(process, signal.SIGUSR1)
+    wait_until(lambda: manager.shown)
+    wait_until(lambda: manager.extension_process() is None)
+    assert len(manager.menu()) == 4 and manager.extension_process() != process
+    desktop.ends()
 
 
 def test_every_call_is_answered_while_the_extension_comes_and_goes(scripted):

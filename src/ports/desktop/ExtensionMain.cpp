@@ -28,7 +28,7 @@ int ExtensionMain(int, char**, PrincipalClass principalClass) {
                              desktop.setClick(click);
                            },
                            [&](const std::string& token) { application.comeToFront(token); }};
-  ExtensionService service(parts, *extension);
+  ExtensionService service(parts, *extension, {});
   desktop.whenConfigurationChanges([&] { service.announceMenus(); });
   desktop.whenServedFoldersChange([&] { service.announceServedFolders(); });
   service.run();

@@ -6,7 +6,9 @@
 #include <exception>
 #include <utility>
 
+#include "diag/logSprig.h"
 #include "platform/Platform.h"
+#include "ports/desktop/ProgramFile.h"
 #include "ports/linux/SymbolIcons.h"
 #include "wire/FileUri.h"
 #include "wire/Interface.h"
@@ -47,12 +49,13 @@ void returnError(GDBusMethodInvocation* invocation, GDBusError code, const std::
 }  // namespace
 
 ExtensionService::ExtensionService(ServiceParts serviceParts, platform::FIFinderSync& finderSync,
-                                   std::chrono::milliseconds idleTime)
+                                   Times chosen)
     : parts(std::move(serviceParts)),
       extension(finderSync),
       menus(finderSync, parts.controller),
       clients(parts.connection, [this] { watchIdleness(); }),
-      idleTimer(idleTime, [this] { isOver = true; }) {}
+      idleTimer(chosen.idle, [this] { isOver = true; }),
+      times(chosen) {}
 
 ExtensionService::~ExtensionService() {
   if (object != 0) g_dbus_connection_unregister_object(&parts.connection, object);
@@ -64,11 +67,13 @@ void ExtensionService::run() {
   const guint name =
       g_bus_own_name_on_connection(&parts.connection, wire::busName, G_BUS_NAME_OWNER_FLAGS_DO_NOT_QUEUE,
                                    nullptr, nameLost, this, nullptr);
+  const guint looking = g_timeout_add(static_cast<guint>(times.look.count()), lookAtProgram, this);
   watchIdleness();
   while (!isOver) {
     g_main_context_iteration(nullptr, TRUE);
     performPicks();
   }
+  g_source_remove(looking);
   // When the name goes, the service manager asks the process to end, which it is about to.
   const guint termination = g_unix_signal_add(SIGTERM, ignored, nullptr);
   g_bus_unown_name(name);
@@ -119,7 +124,7 @@ void ExtensionService::performPicks() {
 }
 
 void ExtensionService::perform(const Pick& pick) {
-  isPerforming = true;
+  isPerforming = hasPerformed = true;
   watchIdleness();
   parts.setClick(pick.click);
   menus.perform(pick.action, pick.title, pick.context);
@@ -128,6 +133,16 @@ void ExtensionService::perform(const Pick& pick) {
   parts.setClick({});
   isPerforming = false;
   watchIdleness();
+}
+
+gboolean ExtensionService::lookAtProgram(void* self) noexcept {
+  auto& service = *static_cast<ExtensionService*>(self);
+  const bool isAtRest = !std::exchange(service.hasPerformed, service.isPerforming);
+  if (!isAtRest || service.isPerforming || !isProgramFileGone()) return G_SOURCE_CONTINUE;
+  platform::current().systemLog.log(std::string(systemLogPrefix) +
+                                    "The program has been upgraded or removed, so this process ends");
+  service.isOver = true;
+  return G_SOURCE_CONTINUE;
 }
 
 void ExtensionService::exportObject() {

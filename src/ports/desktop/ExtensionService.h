@@ -40,14 +40,21 @@ struct ServiceParts {
 /// Failure:   a call that makes no sense gets an error reply and changes nothing.
 class ExtensionService {
  public:
-  /// `idleTime` is how long it stays after the last client has gone.
-  ExtensionService(ServiceParts serviceParts, platform::FIFinderSync& finderSync,
-                   std::chrono::milliseconds idleTime = std::chrono::minutes(1));
+  struct Times {
+    /// How long it stays after the last client has gone.
+    std::chrono::milliseconds idle = std::chrono::minutes(1);
+    /// How often it looks whether its program has been upgraded or removed. It stays when there has been a
+    /// pick since the look before: that may still be about to show its file.
+    std::chrono::milliseconds look = std::chrono::minutes(1);
+  };
+
+  ExtensionService(ServiceParts serviceParts, platform::FIFinderSync& finderSync, Times chosen);
   ~ExtensionService();
   ExtensionService(const ExtensionService&) = delete;
   ExtensionService& operator=(const ExtensionService&) = delete;
 
-  /// Serves until nobody needs it any more, or somebody else has the name on the bus. Called once.
+  /// Serves until nobody needs it any more, somebody else has the name on the bus, or, between two picks, the
+  /// program's file has gone: the next call starts the one that has come instead. Called once.
   void run();
 
   /// Tells the clients that menus differ from those they have.
@@ -85,6 +92,7 @@ class ExtensionService {
   void perform(const Pick& pick);
   void leave();
   void watchIdleness();
+  static gboolean lookAtProgram(void* self) noexcept;
 
   ServiceParts parts;
   platform::FIFinderSync& extension;
@@ -95,7 +103,9 @@ class ExtensionService {
   /// Each such call is a line in the log. People open folders less often.
   CallRate observations{100, 10};
   std::uint64_t revision = 1;
+  const Times times;
   bool isPerforming = false;
+  bool hasPerformed = false;
   bool isOver = false;
   guint object = 0;
 };
