@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "config/BuiltinTemplates.h"
 #include "config/ConfigDecoder.h"
@@ -34,9 +35,16 @@ std::shared_ptr<ConfigManager> ConfigManager::make() {
 }
 
 ConfigSnapshot ConfigManager::getConfig() const {
-  const std::lock_guard guard(lock);
+  lookIfUnwatched();
+  std::unique_lock guard(lock);
+  loadFinished.wait_for(guard, readersPatience, [this] { return !isLoading; });
   if (cachedConfig) return cachedConfig;
   return std::make_shared<const AppConfigItem>(defaultFallbackConfig());
+}
+
+void ConfigManager::onChange(std::function<void()> handler) {
+  const std::lock_guard guard(lock);
+  changed = std::move(handler);
 }
 
 std::optional<std::string> ConfigManager::problem() const {
@@ -44,48 +52,79 @@ std::optional<std::string> ConfigManager::problem() const {
   return loadProblem;
 }
 
-FileURL ConfigManager::configURL() {
+std::vector<FileURL> ConfigManager::places() {
   const auto& platform = platform::current();
+  std::vector<FileURL> result;
   if (const auto container = platform.files.containerURL(applicationGroupIdentifier)) {
-    for (const auto* path : {relativeConfigPath, shortConfigName}) {
-      auto candidate = container->appendingPath(path);
-      if (platform.files.fileExists(candidate)) return candidate;
-    }
+    result.push_back(container->appendingPath(relativeConfigPath));
+    result.push_back(container->appendingPath(shortConfigName));
   }
   if (const auto home = platform.users.homeDirectory()) {
-    auto candidate = home->appendingPath(relativeConfigPath);
-    if (platform.files.fileExists(candidate)) return candidate;
+    result.push_back(home->appendingPath(relativeConfigPath));
   }
-  return platform.files.homeDirectoryForCurrentUser().appendingPath(relativeConfigPath);
+  result.push_back(platform.files.homeDirectoryForCurrentUser().appendingPath(relativeConfigPath));
+  return result;
+}
+
+FileURL ConfigManager::configURL() {
+  const auto candidates = places();
+  const auto& files = platform::current().files;
+  const auto found = std::find_if(candidates.begin(), candidates.end() - 1,
+                                  [&](const auto& candidate) { return files.fileExists(candidate); });
+  return *found;  // the last one without a look
+}
+
+ConfigManager::Target ConfigManager::target(FileURL url) {
+  const auto version = platform::current().files.fileVersion(url);
+  return {std::move(url), version};
 }
 
 void ConfigManager::loadConfig() {
-  ConfigSnapshot replaced;  // goes after the guard: readers need not wait for the end of a large one
-  const std::lock_guard guard(lock);
-  replaced = cachedConfig;
-  loadConfigLocked(configURL());
+  std::unique_lock guard(lock);
+  loadFinished.wait(guard, [this] { return !isLoading; });
+  isLoading = true;
+  guard.unlock();
+  // The version first: what is written while it is read is a later one.
+  auto document = target(configURL());
+  auto outcome = loadConfigLocked(document.url);
+  guard.lock();
+  // The old one goes without the lock: readers need not wait for the end of a large one.
+  cachedConfig.swap(outcome.config);
+  loadProblem = std::move(outcome.problem);
+  loaded = std::move(document);
+  isLoading = false;
+  const auto announce = changed;
+  guard.unlock();
+  loadFinished.notify_all();
+  if (announce) announce();
 }
 
-void ConfigManager::loadConfigLocked(const FileURL& url) {
-  loadProblem.reset();
+void ConfigManager::reloadIfChanged() {
+  std::unique_lock guard(lock);
+  loadFinished.wait(guard, [this] { return !isLoading; });
+  const auto last = loaded;
+  guard.unlock();
+  if (target(configURL()) != last) loadConfig();
+}
+
+ConfigManager::Outcome ConfigManager::loadConfigLocked(const FileURL& url) {
   if (!platform::current().files.fileExists(url)) {
     logSprig("Config not found at " + url.path() + ", using defaultFallbackConfig");
-    cachedConfig = std::make_shared<const AppConfigItem>(defaultFallbackConfig());
-    return;
+    return {std::make_shared<const AppConfigItem>(defaultFallbackConfig()), {}};
   }
   try {
-    cachedConfig = std::make_shared<const AppConfigItem>(readConfig(url));
-  } catch (const std::exception& error) {
-    loadProblem = error.what();
-    logSprig("Error decoding config.json: " + *loadProblem + ". Using fallback.");
-    cachedConfig = std::make_shared<const AppConfigItem>(defaultFallbackConfig());
-    return;
+    auto config = std::make_shared<const AppConfigItem>(readConfig(url));
+    const auto& templates = config->templates;
+    const auto active =
+        std::count_if(templates.begin(), templates.end(), [](const auto& item) { return item.enabled; });
+    logSprig("Loaded config with " + std::to_string(templates.size()) + " total templates (" +
+             std::to_string(active) + " active) from " + url.path());
+    return {std::move(config), {}};
+  } catch (const std::exception& error) {  // for want of memory, too
+    std::string problem = error.what();
+    logSprig("Error decoding config.json: " + problem + ". Using fallback.");
+    return {std::make_shared<const AppConfigItem>(defaultFallbackConfig()), std::move(problem)};
   }
-  const auto& templates = cachedConfig->templates;
-  const auto active =
-      std::count_if(templates.begin(), templates.end(), [](const auto& item) { return item.enabled; });
-  logSprig("Loaded config with " + std::to_string(templates.size()) + " total templates (" +
-           std::to_string(active) + " active) from " + url.path());
 }
 
 }  // namespace sprig

@@ -7,9 +7,10 @@
 
 namespace sprig::platform {
 
-/// What a source reports. Of a folder, `write` is: an entry was created, removed or renamed; where an entry
-/// can be seen before its writer is done, its completion counts as well.
-enum class FileEvents : unsigned { write = 1, deleted = 2, renamed = 4 };
+/// What a source reports. Of a folder, `write` is: an entry was created, removed or renamed; a rename within
+/// it is one event, and so is the making of a file, reported when its writer is done. `mounted` is of any
+/// location: file systems were mounted or unmounted, wherever.
+enum class FileEvents : unsigned { write = 1, deleted = 2, renamed = 4, mounted = 8 };
 
 constexpr FileEvents operator|(FileEvents left, FileEvents right) {
   return static_cast<FileEvents>(static_cast<unsigned>(left) | static_cast<unsigned>(right));
@@ -55,6 +56,9 @@ class FileChangeSources {
   /// half-alive source.
   virtual std::unique_ptr<FileChangeSource> makeFileSystemObjectSource(const FileURL& location,
                                                                        FileEvents events) = 0;
+
+  /// Has `task` called once on the handlers' thread, between two of their calls. Never waits.
+  virtual void async(std::function<void()> task) = 0;
 };
 
 }  // namespace sprig::platform

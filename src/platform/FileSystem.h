@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +15,17 @@ namespace sprig::platform {
 
 /// What stands at a location once links have been followed. A link without a target is `none`.
 enum class EntryKind { none, directory, other };
+
+/// Tells one state of a file from another without reading it: which file it is, and when it was written.
+struct FileVersion {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  std::int64_t bytes = 0;
+  std::int64_t modifiedNanoseconds = 0;  // since 1970
+  friend bool operator==(const FileVersion&, const FileVersion&) = default;
+
+  bool isSameFile(const FileVersion& other) const { return device == other.device && number == other.number; }
+};
 
 /// One folder, held open for many questions about its entries.
 class Folder {
@@ -89,6 +101,14 @@ class FileSystem {
 
   /// The location with every link in it followed; the location itself where that can't be found out.
   virtual FileURL resolvingSymlinks(const FileURL& location) const = 0;
+
+  /// The version of what is at the location, links followed; nothing where there is nothing.
+  virtual std::optional<FileVersion> fileVersion(const FileURL& location) const = 0;
+
+  /// The folders, links followed, whose entries decide what is found at the location: the one that holds it,
+  /// those above, and the same of every link on the way. Where the location can't be reached, as far as it
+  /// can.
+  virtual std::vector<FileURL> foldersLeadingTo(const FileURL& location) const = 0;
 
   /// The home folder of the person who uses the system.
   virtual FileURL homeDirectory() const = 0;

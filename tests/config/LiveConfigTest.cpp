@@ -5,8 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cstdlib>
 #include <filesystem>
+#include <future>
 #include <thread>
 
 #include "app/FinderSync.h"
@@ -35,9 +38,20 @@ std::string document(std::int64_t version) {
   return encodeConfig(config);
 }
 
+/// Sources of which no more can be had, as at the limit of watches.
+struct LimitedSources : platform::FileChangeSources {
+  ports::InotifyFileChangeSources inotify;
+  bool isAtLimit = false;
+  std::unique_ptr<platform::FileChangeSource> makeFileSystemObjectSource(
+      const FileURL& location, platform::FileEvents events) override {
+    return isAtLimit ? nullptr : inotify.makeFileSystemObjectSource(location, events);
+  }
+  void async(std::function<void()> task) override { inotify.async(std::move(task)); }
+};
+
 struct LiveStore : testing::Test {
   test::TestPlatform base;
-  ports::InotifyFileChangeSources sources;
+  LimitedSources sources;
   platform::Platform services{
       base.files,   base.users,     base.process,   base.clock,  base.systemLog,   base.mainQueue, sources,
       base.volumes, base.workspace, base.creations, base.images, base.application, base.controller};
@@ -96,20 +110,105 @@ TEST_F(LiveStore, FollowsTheFileHoweverItIsSaved) {
   EXPECT_TRUE(shows(version));
 }
 
-TEST_F(LiveStore, ReloadsOnceForOneWriteInPlace) {
-  base.takeLog();
-  for (std::int64_t version = 1; version <= 5; ++version) {
-    const auto text = document(version);
-    const int descriptor = open(file.path().c_str(), O_WRONLY | O_CLOEXEC);
-    ASSERT_EQ(write(descriptor, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-    close(descriptor);
-    ASSERT_TRUE(shows(version));
+/// Files are told apart by the number of their templates; the built-in ones are eleven.
+TEST(LivePlaces, TheNextMenuIsThatOfTheFileAndEachEventIsOneLoad) {
+  struct Row {
+    const char* before;   // as a shell does it in the test's folder
+    const char* happens;  // "C" is the configuration's folder, "L" the long path below it
+    std::size_t templates;
+    std::size_t loads;  // 0: not counted, as there is more than one event
+  };
+  for (const auto& row : {
+           Row{"", "cat two >$C/config.json", 2, 1},
+           Row{"cat two >$C/config.json", "cat one >$C/x; mv $C/x $C/config.json", 1, 3},
+           Row{"cat two >$C/config.json; cat one >$C/x", "mv $C/x $C/y; mv $C/y $C/config.json", 1, 3},
+           Row{"cat two >$C/config.json; cat one >$C/x", "mv $C/x $C/config.json", 1, 2},
+           Row{"cat one >$C/x; mv $C/x $C/config.json", "cat two 1<>$C/config.json", 2, 1},
+           Row{"cat two >$C/config.json", "rm $C/config.json", 11, 2},
+           Row{"rmdir $C", "mkdir $C; cat two >$C/config.json; rm $C/config.json", 11, 0},
+           Row{"rmdir $C", "mkdir $C; cat two >$C/config.json; mv $C/config.json x", 11, 0},
+           Row{"cat two >$C/config.json", "mkdir -p $L; cat one >$L/config.json; rm -r $C/Library", 2, 0},
+           Row{"cat two >$C/config.json", "mv $C away; mkdir $C; cat one >$C/config.json", 1, 0},
+           Row{"cat two >$C/config.json", "mv $C away; mv away $C; cat one >$C/config.json", 1, 0},
+           Row{"cat two >$C/config.json", "rm -r $C; mkdir $C; cat one >$C/config.json", 1, 0},
+           Row{"rmdir $C; mkdir a b; cat two >a/config.json; cat one >b/config.json; ln -s a $C",
+               "ln -s b l; mv -T l $C", 1, 0},
+           Row{"mkdir t; cat two >t/t; ln -s ../t/t $C/config.json", "cat one >t/x; mv t/x t/t", 1, 0},
+           Row{"mkdir t; cat two >t/t; ln -s ../t/t $C/config.json", "rm t/t; cat one >t/t", 1, 0},
+           Row{"mkdir t; ln -s ../t/t $C/config.json", "cat one >t/t", 1, 0},
+           Row{"mkdir t; cat two >t/t", "ln -s ../t/t $C/config.json; cat one >t/t", 1, 0},
+           Row{"mkdir t u; cat two >t/t; cat one >u/t; ln -s t m; ln -s ../m/t $C/config.json",
+               "ln -s u l; mv -T l m", 1, 0},
+       }) {
+    test::TestPlatform base;
+    ports::InotifyFileChangeSources sources;
+    platform::Platform services{
+        base.files,   base.users,     base.process,   base.clock,  base.systemLog,   base.mainQueue, sources,
+        base.volumes, base.workspace, base.creations, base.images, base.application, base.controller};
+    const platform::PlatformScope scope{services};
+    const auto root = base.files.container->deletingLastPathComponent();
+    AppConfigItem config;
+    for (const auto* name : {"one", "two"}) {
+      config.templates.emplace_back();
+      test::writeFile(root.appendingPath(name), encodeConfig(config));
+    }
+    const auto run = [&](const char* script) {
+      const auto longFolder =
+          FileURL(base.files.container->appendingPath(relativeConfigPath)).deletingLastPathComponent();
+      return std::system(
+          ("cd '" + root.path() + "'; C=container; L='" + longFolder.path() + "'; IFS=; " + script).c_str());
+    };
+    base.makeFolder("container");
+    ASSERT_EQ(run(row.before), 0) << row.before;
+    const auto manager = ConfigManager::make();
+    base.takeLog();
+    ASSERT_EQ(run(row.happens), 0) << row.happens;
+    const auto isRight = [&] { return manager->getConfig()->templates.size() == row.templates; };
+    EXPECT_TRUE(eventually(isRight)) << row.before << " | " << row.happens << ": "
+                                     << manager->getConfig()->templates.size();
+    if (row.loads == 0) continue;
+    std::size_t loads = 0;
+    EXPECT_TRUE(eventually([&] { return (loads += base.takeLog().size()) >= row.loads; })) << row.happens;
+    // What is handed over now comes after everything that had happened.
+    std::promise<void> settled;
+    sources.async([&] { settled.set_value(); });
+    settled.get_future().wait();
+    EXPECT_EQ(loads + base.takeLog().size(), row.loads) << row.happens;
   }
-  replace(6);
-  ASSERT_TRUE(shows(6));
-  replace(7);
-  ASSERT_TRUE(shows(7));
-  EXPECT_GE(base.takeLog().size(), 5U + 2U);
+}
+
+TEST_F(LiveStore, AnswersWithTheLastDocumentWhileALargeOneIsRead) {
+  std::promise<void> mayEnd;
+  std::atomic<int> changes = 0;
+  manager->onChange([&] { ++changes; });
+  base.files.beforeReading = [&] { mayEnd.get_future().wait(); };
+  std::thread loader([&] { manager->reload(); });
+  const auto start = std::chrono::steady_clock::now();
+  while (std::chrono::steady_clock::now() - start < ConfigManager::readersPatience) {
+    EXPECT_EQ(manager->getConfig()->version, 0);
+  }
+  EXPECT_EQ(changes, 0);
+  mayEnd.set_value();
+  loader.join();
+  EXPECT_EQ(changes, 1);
+}
+
+TEST_F(LiveStore, SaysOnceThatItCantWatchAndThenLooksInTheBackground) {
+  sources.isAtLimit = true;
+  for (std::int64_t version = 1; version <= 3; ++version) {
+    writeInPlace(version);
+    ASSERT_TRUE(shows(version)) << "the old source goes on";
+  }
+  base.takeLog();
+  replace(4);
+  ASSERT_TRUE(shows(4));
+  // The file that is in force now has no source.
+  writeInPlace(5);
+  EXPECT_TRUE(shows(5));
+  const auto log = base.takeLog();
+  EXPECT_EQ(
+      std::count_if(log.begin(), log.end(), [](const auto& line) { return line.starts_with("Can't watch"); }),
+      1);
 }
 
 TEST_F(LiveStore, KeepsItsNumberOfDescriptorsOverAThousandSaves) {

@@ -33,6 +33,14 @@ class TestFileSystem : public ports::LinuxFileSystem {
   /// Which entries every folder has, where a test would have to make too many.
   std::function<bool(std::string_view)> imaginedEntries;
 
+  /// Called before each read of a whole file.
+  std::function<void()> beforeReading;
+
+  tl::expected<std::string, platform::Error> contentsOfFile(
+      const platform::FileURL& location) const override {
+    if (beforeReading) beforeReading();
+    return LinuxFileSystem::contentsOfFile(location);
+  }
   std::unique_ptr<platform::Folder> openFolder(const platform::FileURL& location) const override;
   tl::expected<std::unique_ptr<platform::UnpublishedFile>, platform::Error> prepareFile(
       std::string_view data, const platform::FileURL& folder) override;
@@ -95,6 +103,7 @@ class ManualFileChanges : public platform::FileChangeSources {
   std::map<platform::FileURL, platform::FileChangeSource::Handler> handlers;
   std::unique_ptr<platform::FileChangeSource> makeFileSystemObjectSource(
       const platform::FileURL& location, platform::FileEvents events) override;
+  void async(std::function<void()> task) override { task(); }
 };
 
 class TestVolumes : public platform::Volumes {

@@ -10,11 +10,9 @@ DesktopPlatform::DesktopPlatform(GDBusConnection& connection, platform::SystemLo
                                  platform::Application& application)
     : workspace(connection),
       creations(connection, mainQueue, ports::CreationJournal::userFolder(files, process)),
-      fileChanges(inotify, [this] { mainQueue.async([this] { compareConfiguration(); }); }),
       services{files,   users,     process,   clock,  systemLog,   mainQueue, fileChanges,
                volumes, workspace, creations, images, application, controller} {
   scope.emplace(services);
-  follower.emplace();
 }
 
 void DesktopPlatform::setClick(const Click& click) {
@@ -31,31 +29,15 @@ void DesktopPlatform::followVolumes() {
 }
 
 void DesktopPlatform::whenConfigurationChanges(std::function<void()> handler) {
-  configuration = ConfigManager::shared().getConfig();
   configurationChanged = std::move(handler);
-  followFirstDocument();
-}
-
-// Without a document anywhere the store watches another folder than the one where users put their first.
-void DesktopPlatform::followFirstDocument() {
-  const auto folder = files.containerURL(applicationGroupIdentifier);
-  if (!folder) return;
-  // Refused: then it can't be watched either.
-  static_cast<void>(files.createDirectory(*folder));
-  configFolder = fileChanges.makeFileSystemObjectSource(*folder, platform::FileEvents::write);
-  if (!configFolder) return;
-  configFolder->resume([this, weak = ConfigManager::shared().weak_from_this()] {
-    if (const auto manager = weak.lock()) follower->follow();
+  ConfigManager::shared().onChange([this] {
+    // Loads that the main thread has not heard of yet are one change to it.
+    if (isChangeDue.exchange(true)) return;
+    mainQueue.async([this] {
+      isChangeDue = false;
+      configurationChanged();
+    });
   });
-}
-
-void DesktopPlatform::compareConfiguration() {
-  if (!configurationChanged) return;
-  // Every load makes a new snapshot, and this one keeps the old one from being mistaken for it.
-  auto inForce = ConfigManager::shared().getConfig();
-  if (inForce == configuration) return;
-  configuration = std::move(inForce);
-  configurationChanged();
 }
 
 }  // namespace sprig::desktop

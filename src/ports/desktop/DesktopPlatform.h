@@ -2,15 +2,13 @@
 
 #include <gio/gio.h>
 
+#include <atomic>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <utility>
 
-#include "config/ConfigFollower.h"
 #include "config/ConfigManager.h"
 #include "platform/Platform.h"
-#include "ports/desktop/AnnouncingFileChangeSources.h"
 #include "ports/desktop/DesktopCreations.h"
 #include "ports/desktop/DesktopFinderSyncController.h"
 #include "ports/desktop/DesktopSymbolImages.h"
@@ -41,9 +39,8 @@ class DesktopPlatform {
   /// What is created and shown from now on was asked for by this click.
   void setClick(const Click& click);
 
-  /// Has `handler` called, on the main thread, each time that another configuration is in force: from another
-  /// load of the document, or from one that has come to stand in the user's configuration folder. Called
-  /// once, when the product has been started.
+  /// Has `handler` called, on the main thread, each time that another configuration is in force. Called once,
+  /// when the product has been started.
   void whenConfigurationChanges(std::function<void()> handler);
 
   /// Keeps the served folders in step with what is mounted, and has `handler` called, on the main thread,
@@ -52,8 +49,6 @@ class DesktopPlatform {
 
  private:
   void followVolumes();
-  void followFirstDocument();
-  void compareConfiguration();
 
   GLibMainQueue mainQueue;
   ports::LinuxFileSystem files;
@@ -69,15 +64,12 @@ class DesktopPlatform {
   MountWatch mounts{[this] { followVolumes(); }};
   std::function<void()> servedFoldersChanged;
   std::function<void()> configurationChanged;
-  ConfigSnapshot configuration;
+  std::atomic<bool> isChangeDue = false;
   // The order below matters at the end: first the product's objects go, then the background thread that may
   // still be at work for them, and the platform stays in force until then.
   std::optional<platform::PlatformScope> scope;
-  std::optional<ConfigFollower> follower;
-  ports::InotifyFileChangeSources inotify;
-  AnnouncingFileChangeSources fileChanges;
+  ports::InotifyFileChangeSources fileChanges;
   platform::Platform services;
-  std::unique_ptr<platform::FileChangeSource> configFolder;  // null: it can't be watched
 };
 
 }  // namespace sprig::desktop

@@ -1,20 +1,39 @@
 #include "ports/linux/ChangeLoop.h"
 
+#include <fcntl.h>
 #include <pthread.h>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
+#include <sys/inotify.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
+#include "ports/linux/retrying.h"
+
 namespace sprig::ports {
+
+using platform::FileEvents;
+using platform::FileURL;
 
 namespace {
 
-constexpr std::uint64_t wakeId = 0;
+/// What desktops give to work in the background.
+constexpr int backgroundNiceness = 10;
+
+bool waitFor(const Descriptor& epoll, const Descriptor& descriptor, std::uint32_t events) {
+  epoll_event event = {};
+  event.events = events;
+  event.data.fd = descriptor.get();
+  return ::epoll_ctl(epoll.get(), EPOLL_CTL_ADD, descriptor.get(), &event) == 0;
+}
 
 Descriptor required(int descriptor, const char* call) {
   if (descriptor == -1) throw std::system_error(errno, std::generic_category(), call);
@@ -36,13 +55,13 @@ std::thread threadWithoutSignals(auto function) {
 
 ChangeLoop::ChangeLoop()
     : epoll(required(::epoll_create1(EPOLL_CLOEXEC), "epoll_create1")),
-      wake(required(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC), "eventfd")) {
-  epoll_event event = {};
-  event.events = EPOLLIN;
-  event.data.u64 = wakeId;
-  if (::epoll_ctl(epoll.get(), EPOLL_CTL_ADD, wake.get(), &event) == -1) {
+      wake(required(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC), "eventfd")),
+      mounts(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {
+  if (!waitFor(epoll, wake, EPOLLIN)) {
     throw std::system_error(errno, std::generic_category(), "epoll_ctl");
   }
+  if (mounts.isOpen()) waitFor(epoll, mounts, EPOLLPRI);
+  hasInotify();
   thread = threadWithoutSignals([this] { run(); });
 }
 
@@ -50,7 +69,8 @@ void ChangeLoop::end() {
   {
     const std::lock_guard guard(lock);
     isEnding = true;
-    ::eventfd_write(wake.get(), 1);
+    tasks.clear();
+    wakeUp();
   }
   thread.join();
   // Another thread may get the same identity now.
@@ -58,31 +78,45 @@ void ChangeLoop::end() {
   backgroundThread = {};
 }
 
-std::shared_ptr<ChangeLoop::Source> ChangeLoop::add(const platform::FileURL& location,
-                                                    platform::FileEvents events) {
-  auto watch = InotifyWatch::on(location, events);
+std::shared_ptr<ChangeLoop::Source> ChangeLoop::add(const FileURL& location, FileEvents events) {
+  auto source = std::make_shared<Source>();
+  {
+    const std::lock_guard guard(lock);
+    if (hasInotify()) {
+      // What has happened already is for those that share a mark with the new source, and not for it.
+      takeEvents();
+      source->watch = startWatch(location, events);
+    }
+    if (source->watch) sources.push_back(source);
+  }
   // The new source sees what happens from here on; those it may take over from have seen all before.
   if (isOnBackgroundThread()) settleCancelled();
-  if (!watch) return nullptr;
-  auto source = std::make_shared<Source>();
-  const std::lock_guard guard(lock);
-  epoll_event event = {};  // no events before resume
-  event.data.u64 = ++lastId;
-  if (::epoll_ctl(epoll.get(), EPOLL_CTL_ADD, watch->descriptor(), &event) == -1) return nullptr;
-  source->id = lastId;
-  source->watch = std::move(watch);
-  sources.emplace(lastId, source);
-  return source;
+  return source->watch ? source : nullptr;
+}
+
+bool ChangeLoop::hasInotify() {
+  if (inotify.isOpen()) return true;
+  Descriptor made(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  if (!made.isOpen() || !waitFor(epoll, made, EPOLLIN)) return false;
+  inotify = std::move(made);
+  return true;
+}
+
+std::unique_ptr<InotifyWatch> ChangeLoop::startWatch(const FileURL& location, FileEvents events) {
+  // What is at the location may be replaced between looking and watching: then once more.
+  for (int attempts = 0; attempts < 100; ++attempts) {
+    auto watch = InotifyWatch::start(inotify.get(), location, events);
+    if (!watch || watch->isAtLocation()) return watch;
+    release(watch->mark());
+  }
+  return nullptr;
 }
 
 void ChangeLoop::resume(const std::shared_ptr<Source>& source, Handler handler) {
   const std::lock_guard guard(lock);
   if (source->isCancelled) return;
   source->handler = std::make_shared<Handler>(std::move(handler));
-  epoll_event event = {};
-  event.events = EPOLLIN;
-  event.data.u64 = source->id;
-  ::epoll_ctl(epoll.get(), EPOLL_CTL_MOD, source->watch->descriptor(), &event);
+  wakeUp();
 }
 
 void ChangeLoop::cancel(const std::shared_ptr<Source>& source) {
@@ -96,49 +130,111 @@ void ChangeLoop::cancel(const std::shared_ptr<Source>& source) {
   }
 }
 
+void ChangeLoop::async(Handler task) {
+  const std::lock_guard guard(lock);
+  if (isEnding) return;
+  tasks.push_back(std::move(task));
+  wakeUp();
+}
+
 std::shared_ptr<ChangeLoop::Handler> ChangeLoop::settle(const std::shared_ptr<Source>& source) {
-  source->watch->stop();
-  while (const auto count = source->watch->takeEvents()) source->undelivered += *count;
+  takeEvents();
+  const int mark = source->watch->mark();
+  std::erase(sources, source);
   source->watch.reset();
-  sources.erase(source->id);
+  release(mark);
   const bool isLastCallDue = source->handler && source->undelivered > 0 && !isEnding;
   if (!isLastCallDue) return std::move(source->handler);
   lastCalls.push_back(source);
-  ::eventfd_write(wake.get(), 1);
+  wakeUp();
   return nullptr;
+}
+
+void ChangeLoop::release(int mark) {
+  const auto shares = [mark](const auto& source) { return source->watch->mark() == mark; };
+  if (std::none_of(sources.begin(), sources.end(), shares)) ::inotify_rm_watch(inotify.get(), mark);
+}
+
+void ChangeLoop::wakeUp() { ::eventfd_write(wake.get(), 1); }
+
+void ChangeLoop::takeEvents() {
+  alignas(inotify_event) std::array<char, 4096> buffer{};
+  for (;;) {
+    const ssize_t size = retrying([&] { return ::read(inotify.get(), buffer.data(), buffer.size()); });
+    if (size <= 0) return;
+    for (std::size_t position = 0; position < static_cast<std::size_t>(size);) {
+      const auto& event = *reinterpret_cast<const inotify_event*>(buffer.data() + position);
+      note(event);
+      position += sizeof event + event.len;
+    }
+    // Whoever takes them need not be the one who delivers them.
+    wakeUp();
+  }
+}
+
+void ChangeLoop::note(const inotify_event& event) {
+  // When events were lost, they may have been anybody's.
+  const bool isLoss = (event.mask & IN_Q_OVERFLOW) != 0;
+  for (const auto& source : sources) {
+    auto& watch = *source->watch;
+    if (isLoss || (watch.mark() == event.wd && watch.isWanted(event))) ++source->undelivered;
+  }
+}
+
+void ChangeLoop::noteMounts() {
+  for (const auto& source : sources) {
+    if (source->watch->wants(FileEvents::mounted)) ++source->undelivered;
+  }
 }
 
 void ChangeLoop::run() {
   ::pthread_setname_np(::pthread_self(), "sprig-changes");
+  // Of this thread alone: what the user does comes before what it does.
+  ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), backgroundNiceness);
   {
     const std::lock_guard guard(lock);
     backgroundThread = std::this_thread::get_id();
   }
-  std::array<epoll_event, 16> ready{};
+  std::array<epoll_event, 4> ready{};
   while (!isEndReached()) {
     const int count = ::epoll_wait(epoll.get(), ready.data(), static_cast<int>(ready.size()), -1);
+    eventfd_t wakes = 0;
+    ::eventfd_read(wake.get(), &wakes);
     for (int index = 0; index < count; ++index) {
-      deliverReady(ready[static_cast<std::size_t>(index)].data.u64);
+      const std::lock_guard guard(lock);
+      if (ready[static_cast<std::size_t>(index)].data.fd == mounts.get()) noteMounts();
     }
+    deliverReady();
     deliverLastCalls();
+    runTasks();
   }
 }
 
-void ChangeLoop::deliverReady(std::uint64_t id) {
-  std::shared_ptr<Source> source;
+void ChangeLoop::deliverReady() {
+  std::vector<std::shared_ptr<Source>> ready;
   {
     const std::lock_guard guard(lock);
-    const auto found = sources.find(id);
-    if (found == sources.end()) return;
-    source = found->second;
-    source->undelivered += source->watch->takeEvents().value_or(0);
+    if (isEnding) return;
+    takeEvents();
+    std::copy_if(sources.begin(), sources.end(), std::back_inserter(ready),
+                 [](const auto& source) { return source->handler && source->undelivered > 0; });
   }
-  deliver(source);
+  for (const auto& source : ready) deliver(source);
+}
+
+void ChangeLoop::runTasks() {
+  std::vector<Handler> due;
+  {
+    const std::lock_guard guard(lock);
+    due.swap(tasks);
+  }
+  for (const auto& task : due) {
+    task();
+    settleCancelled();
+  }
 }
 
 void ChangeLoop::deliverLastCalls() {
-  eventfd_t count = 0;
-  ::eventfd_read(wake.get(), &count);
   for (;;) {
     std::shared_ptr<Source> source;
     {

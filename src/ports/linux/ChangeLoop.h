@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -26,7 +24,6 @@ class ChangeLoop {
 
   /// One source. Guarded by the loop's lock.
   struct Source {
-    std::uint64_t id = 0;
     /// Null once the source is settled.
     std::unique_ptr<InotifyWatch> watch;
     /// Null before delivery begins and after it has ended.
@@ -45,10 +42,12 @@ class ChangeLoop {
   std::shared_ptr<Source> add(const platform::FileURL& location, platform::FileEvents events);
   void resume(const std::shared_ptr<Source>& source, Handler handler);
   void cancel(const std::shared_ptr<Source>& source);
+  void async(Handler task);
 
  private:
   void run();
-  void deliverReady(std::uint64_t id);
+  void runTasks();
+  void deliverReady();
   void deliverLastCalls();
   void deliver(const std::shared_ptr<Source>& source);
   void settleCancelled();
@@ -59,12 +58,27 @@ class ChangeLoop {
   /// handler that is no longer needed, to be dropped without the lock. Requires: the lock is held.
   [[nodiscard]] std::shared_ptr<Handler> settle(const std::shared_ptr<Source>& source);
 
+  // Those below require the lock.
+
+  /// The instance for all watches, made when it can be.
+  bool hasInotify();
+  std::unique_ptr<InotifyWatch> startWatch(const platform::FileURL& location, platform::FileEvents events);
+  /// Notes every event that has come for the sources it is for.
+  void takeEvents();
+  void note(const inotify_event& event);
+  void noteMounts();
+  /// Removes a mark that no source shares.
+  void release(int mark);
+  void wakeUp();
+
   const Descriptor epoll;
   const Descriptor wake;
+  const Descriptor mounts;  // closed where there is no such table
   std::mutex lock;
   // All that follows but the thread is guarded by lock.
-  std::uint64_t lastId = 0;
-  std::map<std::uint64_t, std::shared_ptr<Source>> sources;
+  Descriptor inotify;
+  std::vector<std::shared_ptr<Source>> sources;
+  std::vector<Handler> tasks;
   /// Cancelled by a handler, which may yet make their successors.
   std::vector<std::shared_ptr<Source>> unsettled;
   std::vector<std::shared_ptr<Source>> lastCalls;

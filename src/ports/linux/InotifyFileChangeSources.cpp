@@ -35,4 +35,6 @@ std::unique_ptr<platform::FileChangeSource> InotifyFileChangeSources::makeFileSy
   return std::make_unique<InotifySource>(loop, std::move(source));
 }
 
+void InotifyFileChangeSources::async(std::function<void()> task) { loop->async(std::move(task)); }
+
 }  // namespace sprig::ports

@@ -16,9 +16,10 @@ class ChangeLoop;
 /// cancelled in the same handler misses nothing: the cancelled one collects events until the new one does.
 ///
 /// What is reported: a file was written, lost its name (removed, or something else was renamed over it), or
-/// was moved; not changes of mode and times. An entry of a folder came, went, or is complete: the writer of
-/// an entry that came under watch has closed it. The kernel merges an event with an identical one before it
-/// that has not been read yet.
+/// was moved; not changes of mode and times. An entry of a folder came or went; a new file has come when its
+/// writer has closed it, or has put something into it. The kernel merges an event with an identical one
+/// before it that has not been read yet. One inotify instance serves all, since a user has few of them; where
+/// none can be had, each source that is made tries again.
 ///
 /// Threads:   destroyed on any thread but its own, and not while it is used. Last calls that are due are made
 ///            before the destructor returns.
@@ -33,6 +34,7 @@ class InotifyFileChangeSources final : public platform::FileChangeSources {
 
   std::unique_ptr<platform::FileChangeSource> makeFileSystemObjectSource(
       const platform::FileURL& location, platform::FileEvents events) override;
+  void async(std::function<void()> task) override;
 
  private:
   std::shared_ptr<ChangeLoop> loop;

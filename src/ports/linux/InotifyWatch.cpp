@@ -3,11 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdint>
-#include <string_view>
 #include <utility>
 
+#include "ports/linux/Descriptor.h"
 #include "ports/linux/retrying.h"
 
 namespace sprig::ports {
@@ -38,28 +37,16 @@ std::uint32_t maskForFolder(FileEvents events) {
 
 }  // namespace
 
-std::unique_ptr<InotifyWatch> InotifyWatch::on(const FileURL& location, FileEvents events) {
-  // What is at the location may be replaced between looking and watching: then once more.
-  for (int attempts = 0; attempts < 100; ++attempts) {
-    std::unique_ptr<InotifyWatch> watch(new InotifyWatch(location, events));
-    if (!watch->start()) return nullptr;
-    if (watch->isAtLocation()) return watch;
-  }
-  return nullptr;
-}
-
-InotifyWatch::InotifyWatch(FileURL target, FileEvents events)
-    : location(std::move(target)), wanted(events), inotify(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
-
-bool InotifyWatch::start() {
+std::unique_ptr<InotifyWatch> InotifyWatch::start(int inotify, const FileURL& location, FileEvents events) {
   const char* path = location.path().c_str();
   const Descriptor object(retrying([&] { return ::open(path, O_PATH | O_CLOEXEC); }));
-  if (!inotify.isOpen() || !object.isOpen() || ::fstat(object.get(), &identity) == -1) return false;
-  const auto mask = S_ISDIR(identity.st_mode) ? maskForFolder(wanted) : maskForFile(wanted);
+  std::unique_ptr<InotifyWatch> result(new InotifyWatch(location, events));
+  if (!object.isOpen() || ::fstat(object.get(), &result->identity) == -1) return nullptr;
+  const auto mask = S_ISDIR(result->identity.st_mode) ? maskForFolder(events) : maskForFile(events);
   // By way of the descriptor the watch is on the file that was identified.
   const std::string self = "/proc/self/fd/" + std::to_string(object.get());
-  watch = ::inotify_add_watch(inotify.get(), self.c_str(), mask);
-  return watch != -1;
+  result->watch = ::inotify_add_watch(inotify, self.c_str(), mask | IN_MASK_ADD);
+  return result->watch == -1 ? nullptr : std::move(result);
 }
 
 bool InotifyWatch::isAtLocation() const {
@@ -68,52 +55,78 @@ bool InotifyWatch::isAtLocation() const {
          now.st_ino == identity.st_ino;
 }
 
-std::optional<std::size_t> InotifyWatch::takeEvents() {
-  alignas(inotify_event) std::array<char, 4096> buffer{};
-  const ssize_t size = retrying([&] { return ::read(inotify.get(), buffer.data(), buffer.size()); });
-  if (size <= 0) return std::nullopt;
-  std::size_t count = 0;
-  for (std::size_t position = 0; position < static_cast<std::size_t>(size);) {
-    const auto& event = *reinterpret_cast<const inotify_event*>(buffer.data() + position);
-    if (isWanted(event)) ++count;
-    position += sizeof event + event.len;
-  }
-  return count;
-}
-
-void InotifyWatch::stop() { ::inotify_rm_watch(inotify.get(), watch); }
-
 bool InotifyWatch::isWanted(const inotify_event& event) {
-  // Events were lost, perhaps the ones that count.
-  if ((event.mask & IN_Q_OVERFLOW) != 0) return true;
   if ((event.mask & IN_UNMOUNT) != 0) return wants(FileEvents::deleted);
   return S_ISDIR(identity.st_mode) ? isWantedOfFolder(event) : isWantedOfFile(event);
 }
 
 bool InotifyWatch::isWantedOfFile(const inotify_event& event) {
-  if ((event.mask & IN_MODIFY) != 0) return true;
+  if ((event.mask & IN_MODIFY) != 0) return wants(FileEvents::write);
   if ((event.mask & IN_MOVE_SELF) != 0) {
-    isInPlace = isAtLocation();
-    return wants(FileEvents::renamed);
+    // The end of the rename that brought it here may come after the watch was made.
+    const bool wasInPlace = std::exchange(isInPlace, isAtLocation());
+    return wants(FileEvents::renamed) && !(wasInPlace && isInPlace);
   }
   const bool isFileGone = (event.mask & IN_DELETE_SELF) != 0;
   const bool isNameGone = (event.mask & IN_ATTRIB) != 0 && isInPlace && !isAtLocation();
-  if (!isFileGone && !isNameGone) return false;
+  if (!wants(FileEvents::deleted) || (!isFileGone && !isNameGone)) return false;
   isInPlace = false;
   return !std::exchange(isDeletionReported, true);
 }
 
 bool InotifyWatch::isWantedOfFolder(const inotify_event& event) {
-  if ((event.mask & (IN_DELETE_SELF | IN_MOVE_SELF)) != 0) return true;
-  const std::string_view name = event.len > 0 ? std::string_view(event.name) : std::string_view();
-  if ((event.mask & IN_CLOSE_WRITE) != 0) return newcomers.contains(name);
-  if ((event.mask & (IN_CREATE | IN_MOVED_TO)) != 0) {
-    if ((event.mask & IN_ISDIR) == 0) newcomers.emplace(name);
-    return true;
+  if ((event.mask & IN_DELETE_SELF) != 0) return wants(FileEvents::deleted);
+  if ((event.mask & IN_MOVE_SELF) != 0) return wants(FileEvents::renamed);
+  if (!wants(FileEvents::write) || event.len == 0) return false;
+  const std::string name = event.name;
+  if ((event.mask & IN_ISDIR) == 0) {
+    if ((event.mask & IN_CREATE) != 0) return isArrivalWanted(name);
+    if ((event.mask & IN_CLOSE_WRITE) != 0) return isCompletionWanted(name);
   }
-  if ((event.mask & (IN_DELETE | IN_MOVED_FROM)) == 0) return false;
-  if (const auto known = newcomers.find(name); known != newcomers.end()) newcomers.erase(known);
+  if ((event.mask & IN_MOVED_TO) != 0) return !isArrivalOfDeparted(event, name);
+  if ((event.mask & IN_MOVED_FROM) != 0) noteDeparture(event, name);
+  if ((event.mask & IN_DELETE) != 0) newcomers.erase(name);
+  return (event.mask & (IN_CREATE | IN_DELETE | IN_MOVED_FROM)) != 0;
+}
+
+/// A file appears before it has its content. One that has some may be complete, such as one that was linked.
+bool InotifyWatch::isArrivalWanted(const std::string& name) {
+  const auto found = entry(name);
+  if (found && (!S_ISREG(found->st_mode) || found->st_nlink > 1)) return true;
+  const bool isWritten = found && found->st_size > 0;
+  newcomers[name] = isWritten ? found : std::nullopt;
+  return isWritten;
+}
+
+bool InotifyWatch::isCompletionWanted(const std::string& name) {
+  const auto known = newcomers.find(name);
+  if (known == newcomers.end()) return false;
+  const auto reported = known->second;
+  newcomers.erase(known);
+  const auto now = entry(name);
+  if (!reported) return true;
+  return now && (now->st_ino != reported->st_ino || now->st_size != reported->st_size ||
+                 now->st_mtim.tv_sec != reported->st_mtim.tv_sec ||
+                 now->st_mtim.tv_nsec != reported->st_mtim.tv_nsec);
+}
+
+void InotifyWatch::noteDeparture(const inotify_event& event, const std::string& name) {
+  departure = event.cookie;
+  departed.reset();
+  if (auto known = newcomers.extract(name)) departed = std::move(known.mapped());
+}
+
+bool InotifyWatch::isArrivalOfDeparted(const inotify_event& event, const std::string& name) {
+  newcomers.erase(name);
+  if (event.cookie != departure) return false;
+  if (departed) newcomers[name] = *departed;
   return true;
+}
+
+std::optional<struct stat> InotifyWatch::entry(const std::string& name) const {
+  struct stat found = {};
+  if (::lstat((location.path() + "/" + name).c_str(), &found) == -1) return std::nullopt;
+  return found;
 }
 
 }  // namespace sprig::ports

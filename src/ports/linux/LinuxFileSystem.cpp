@@ -158,6 +158,40 @@ FileURL LinuxFileSystem::resolvingSymlinks(const FileURL& location) const {
   return resolved ? FileURL(resolved.get()) : location;
 }
 
+std::optional<platform::FileVersion> LinuxFileSystem::fileVersion(const FileURL& location) const {
+  struct stat found = {};
+  if (::stat(location.path().c_str(), &found) == -1) return std::nullopt;
+  constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+  return platform::FileVersion{found.st_dev, found.st_ino, found.st_size,
+                               found.st_mtim.tv_sec * nanosecondsPerSecond + found.st_mtim.tv_nsec};
+}
+
+std::vector<FileURL> LinuxFileSystem::foldersLeadingTo(const FileURL& location) const {
+  constexpr int maximumLinks = 40;  // as the kernel follows
+  std::vector<FileURL> folders{FileURL("/")};
+  auto rest = std::filesystem::path(location.path()).relative_path();
+  std::filesystem::path reached = "/";
+  for (int links = 0; !rest.empty();) {
+    const auto next = reached / *rest.begin();
+    rest = rest.lexically_relative(*rest.begin());
+    if (rest == ".") rest.clear();
+    std::error_code error;
+    const auto status = std::filesystem::symlink_status(next, error);
+    if (std::filesystem::is_symlink(status)) {
+      const auto target = std::filesystem::read_symlink(next, error);
+      if (error || ++links > maximumLinks) break;
+      if (target.is_absolute()) reached = "/";
+      rest = target.relative_path() / rest;
+    } else if (std::filesystem::is_directory(status)) {
+      reached = next.lexically_normal();
+      folders.emplace_back(reached.string());
+    } else {
+      break;
+    }
+  }
+  return folders;
+}
+
 FileURL LinuxFileSystem::homeDirectory() const {
   const auto home = process.environment("HOME");
   if (home && home->starts_with('/')) return FileURL(*home);

@@ -36,6 +36,8 @@ class LinuxFileSystem : public platform::FileSystem {
   std::optional<platform::Error> appendData(std::string_view data,
                                             const platform::FileURL& location) override;
   platform::FileURL resolvingSymlinks(const platform::FileURL& location) const override;
+  std::optional<platform::FileVersion> fileVersion(const platform::FileURL& location) const override;
+  std::vector<platform::FileURL> foldersLeadingTo(const platform::FileURL& location) const override;
   platform::FileURL homeDirectory() const override;
   platform::FileURL homeDirectoryForCurrentUser() const override;
   std::optional<platform::FileURL> containerURL(std::string_view applicationGroupIdentifier) const override;

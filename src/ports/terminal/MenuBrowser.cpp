@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "config/ConfigManager.h"
 #include "text/Text.h"
 
 namespace sprig::terminal {
@@ -32,7 +33,7 @@ MenuBrowser::MenuBrowser(platform::FIFinderSync& finderSync, platform::FIMenuKin
 MenuBrowser::End MenuBrowser::pick() {
   path.clear();
   for (;;) {
-    config.follow();
+    ConfigManager::shared().reloadIfChanged();
     menu = extension.menu(kind);
     if (!menu) return End::noMenu;
     const MenuRows rows(shownMenu());

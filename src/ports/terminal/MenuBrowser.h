@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "config/ConfigFollower.h"
 #include "platform/FIFinderSync.h"
 #include "ports/terminal/LineReader.h"
 #include "ports/terminal/MenuRows.h"
@@ -43,7 +42,6 @@ class MenuBrowser {
   const std::string title;
   LineReader& lines;
   const Screen& output;
-  const ConfigFollower config;
   std::unique_ptr<platform::Menu> menu;
   /// The titles of the submenus the user is in, the outermost first.
   std::vector<std::string> path;
