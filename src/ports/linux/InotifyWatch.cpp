@@ -113,7 +113,7 @@ bool InotifyWatch::isCompletionWanted(const std::string& name) {
 void InotifyWatch::noteDeparture(const inotify_event& event, const std::string& name) {
   departure = event.cookie;
   departed.reset();
-  if (auto known = newcomers.extract(name)) departed = std::move(known.mapped());
+  if (auto known = newcomers.extract(name)) departed = known.mapped();
 }
 
 bool InotifyWatch::isArrivalOfDeparted(const inotify_event& event, const std::string& name) {
