@@ -41,7 +41,7 @@ std::string document(std::int64_t version) {
 /// Sources of which no more can be had, as at the limit of watches.
 struct LimitedSources : platform::FileChangeSources {
   ports::InotifyFileChangeSources inotify;
-  bool isAtLimit = false;
+  std::atomic<bool> isAtLimit = false;
   std::unique_ptr<platform::FileChangeSource> makeFileSystemObjectSource(
       const FileURL& location, platform::FileEvents events) override {
     return isAtLimit ? nullptr : inotify.makeFileSystemObjectSource(location, events);

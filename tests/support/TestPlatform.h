@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <map>
@@ -82,7 +83,7 @@ class TestClock : public platform::Clock {
   platform::DateComponents components(platform::Instant instant) const override;
 
  private:
-  mutable std::chrono::milliseconds passed{0};
+  mutable std::atomic<int> looks = 0;
 };
 
 class RecordingSystemLog : public platform::SystemLog {
