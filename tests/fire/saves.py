@@ -8,6 +8,7 @@ import itertools
 import json
 import os
 import pathlib
+import shutil
 import sys
 
 
@@ -65,8 +66,31 @@ def save_by_halves(file, data):
     save(file, data[len(data) // 2:], flags=os.O_APPEND)
 
 
+def delete_target_and_create(file, data):
+    target = os.path.realpath(file)
+    os.unlink(target)
+    save(target, data)
+
+
+def replace_folder(file, data):
+    folder = pathlib.Path(file).parent
+    folder.rename(f"{folder}.old")
+    folder.mkdir()
+    save(file, data)
+    shutil.rmtree(f"{folder}.old")
+
+
+def move_folder_away_and_back(file, data):
+    folder = pathlib.Path(file).parent
+    away = folder.rename(f"{folder}.away")
+    for name in os.listdir(away):
+        os.unlink(away / name)
+    save(away / pathlib.Path(file).name, data)
+    away.rename(folder)
+
+
 METHODS = [save_in_place, save, save_beside_and_rename, move_away_and_create, delete_and_create, swap_link,
-           save_by_halves]
+           delete_target_and_create, save_by_halves, replace_folder, save_in_place, move_folder_away_and_back]
 
 
 def main():
