@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <future>
+#include <optional>
 #include <thread>
 
 #include "app/FinderSync.h"
@@ -49,13 +50,19 @@ struct LimitedSources : platform::FileChangeSources {
   void async(std::function<void()> task) override { inotify.async(std::move(task)); }
 };
 
-struct LiveStore : testing::Test {
+/// A platform with real sources. Their thread may be at work for a store that has gone, so it ends while the
+/// platform is still in force.
+struct LiveWorld {
   test::TestPlatform base;
+  std::optional<platform::PlatformScope> scope;
   LimitedSources sources;
   platform::Platform services{
       base.files,   base.users,     base.process,   base.clock,  base.systemLog,   base.mainQueue, sources,
       base.volumes, base.workspace, base.creations, base.images, base.application, base.controller};
-  platform::PlatformScope scope{services};
+  LiveWorld() { scope.emplace(services); }
+};
+
+struct LiveStore : testing::Test, LiveWorld {
   FileURL file = base.writeConfig(document(0));
   FileURL folder = file.deletingLastPathComponent();
   std::shared_ptr<ConfigManager> manager = ConfigManager::make();
@@ -140,12 +147,8 @@ TEST(LivePlaces, TheNextMenuIsThatOfTheFileAndEachEventIsOneLoad) {
            Row{"mkdir t u; cat two >t/t; cat one >u/t; ln -s t m; ln -s ../m/t $C/config.json",
                "ln -s u l; mv -T l m", 1, 0},
        }) {
-    test::TestPlatform base;
-    ports::InotifyFileChangeSources sources;
-    platform::Platform services{
-        base.files,   base.users,     base.process,   base.clock,  base.systemLog,   base.mainQueue, sources,
-        base.volumes, base.workspace, base.creations, base.images, base.application, base.controller};
-    const platform::PlatformScope scope{services};
+    LiveWorld world;
+    auto& base = world.base;
     const auto root = base.files.container->deletingLastPathComponent();
     AppConfigItem config;
     for (const auto* name : {"one", "two"}) {
@@ -171,7 +174,7 @@ TEST(LivePlaces, TheNextMenuIsThatOfTheFileAndEachEventIsOneLoad) {
     EXPECT_TRUE(eventually([&] { return (loads += base.takeLog().size()) >= row.loads; })) << row.happens;
     // What is handed over now comes after everything that had happened.
     std::promise<void> settled;
-    sources.async([&] { settled.set_value(); });
+    world.sources.async([&] { settled.set_value(); });
     settled.get_future().wait();
     EXPECT_EQ(loads + base.takeLog().size(), row.loads) << row.happens;
   }
