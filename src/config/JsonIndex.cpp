@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <boost/json/parse.hpp>
+#include <iterator>
+#include <utility>
 
 namespace sprig {
 
@@ -14,18 +16,13 @@ class Reader {
     skipSpace();
   }
 
-  JsonValue readValue() {
-    JsonValue result;
-    result.begin = position;
-    if (isAtContainer()) {
-      forEachEntry([&](std::size_t begin, std::string key) {
-        result.entries.push_back({begin, std::move(key), readValue()});
-      });
-    } else {
-      skipScalar();
-    }
-    result.end = position;
-    return result;
+  void readValue(JsonIndex::Value& value) {
+    value.begin = position;
+    if (!isAtContainer()) return skipScalar();
+    forEachEntry([&](std::string key) {
+      value.entries.push_back({std::move(key), 0, {}});
+      readValue(value.entries.back());
+    });
   }
 
   /// Goes to the value that a step leads to; whether there is one.
@@ -33,7 +30,7 @@ class Reader {
     if (!isAtContainer()) return false;
     std::size_t found = 0;
     std::size_t index = 0;
-    forEachEntry([&](std::size_t, const std::string& key) {
+    forEachEntry([&](const std::string& key) {
       const auto* wantedKey = std::get_if<std::string>(&step);
       if (wantedKey != nullptr ? key == *wantedKey : index == std::get<std::size_t>(step)) found = position;
       ++index;
@@ -48,14 +45,13 @@ class Reader {
  private:
   bool isAtContainer() const { return text[position] == '{' || text[position] == '['; }
 
-  /// Calls `visit` with the beginning and the key of each entry; it must go to the end of the entry's value.
+  /// Calls `visit` with the key of each entry, at its value, to the end of which it must go.
   template <typename Visit>
   void forEachEntry(Visit visit) {
     const bool hasKeys = text[position] == '{';
     ++position;
     for (skipSpace(); text[position] != '}' && text[position] != ']'; skipSpace()) {
-      const auto begin = position;
-      visit(begin, hasKeys ? readKey() : std::string());
+      visit(hasKeys ? readKey() : std::string());
       skipSpace();
       if (text[position] == ',') ++position;
     }
@@ -104,15 +100,27 @@ class Reader {
   std::size_t position;
 };
 
-}  // namespace
+constexpr std::size_t blockSize = 1024;
 
-const JsonEntry* JsonValue::find(std::string_view key) const {
-  const auto found = std::find_if(entries.rbegin(), entries.rend(),
-                                  [&](const JsonEntry& entry) { return entry.key == key; });
+/// Bytes that continue a UTF-8 character do not count.
+std::size_t charactersIn(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(
+      text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+/// Null when there is none.
+const JsonIndex::Value* entryOf(const JsonIndex::Value& value, const JsonStep& step) {
+  const auto& entries = value.entries;
+  if (const auto* index = std::get_if<std::size_t>(&step)) {
+    return *index < entries.size() ? &entries[*index] : nullptr;
+  }
+  const auto found = std::find_if(entries.rbegin(), entries.rend(), [&](const auto& entry) {
+    return entry.key == std::get<std::string>(step);
+  });
   return found == entries.rend() ? nullptr : &*found;
 }
 
-JsonValue indexJson(std::string_view text) { return Reader(text).readValue(); }
+}  // namespace
 
 std::size_t offsetInJson(std::string_view text, const std::vector<JsonStep>& path) {
   Reader reader(text);
@@ -128,10 +136,36 @@ TextPosition positionIn(std::string_view text, std::size_t offset) {
   const auto before = text.substr(0, offset);
   const auto lineBegin = before.rfind('\n') + 1;  // npos + 1 is 0
   const auto line = std::count(before.begin(), before.end(), '\n');
-  // Bytes that continue a UTF-8 character do not count as columns.
-  const auto column = std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineBegin), before.end(),
-                                    [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
-  return {static_cast<std::size_t>(line) + 1, static_cast<std::size_t>(column) + 1};
+  return {static_cast<std::size_t>(line) + 1, charactersIn(before.substr(lineBegin)) + 1};
+}
+
+JsonIndex::JsonIndex(std::string_view text) : document(text), lineBegins{0} {
+  Reader(text).readValue(root);
+  for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n', end + 1)) {
+    lineBegins.push_back(end + 1);
+  }
+  std::size_t characters = 0;
+  for (std::size_t begin = 0; begin <= text.size(); begin += blockSize) {
+    blocks.push_back(characters);
+    characters += charactersIn(text.substr(begin, blockSize));
+  }
+}
+
+TextPosition JsonIndex::position(const std::vector<JsonStep>& path) const {
+  const auto* value = &root;
+  for (const auto& step : path) {
+    const auto* next = entryOf(*value, step);
+    if (next == nullptr) break;
+    value = next;
+  }
+  const auto line = std::upper_bound(lineBegins.begin(), lineBegins.end(), value->begin);
+  const auto column = charactersBefore(value->begin) - charactersBefore(*std::prev(line)) + 1;
+  return {static_cast<std::size_t>(line - lineBegins.begin()), column};
+}
+
+std::size_t JsonIndex::charactersBefore(std::size_t offset) const {
+  const auto block = offset / blockSize;
+  return blocks[block] + charactersIn(document.substr(block * blockSize, offset % blockSize));
 }
 
 }  // namespace sprig

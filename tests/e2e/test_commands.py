@@ -214,6 +214,12 @@ def test_check_warns_of_what_works_but_hardly_as_meant(home):
         ((1, "id"), (1, "icon"), (1, "category"), (1, "contentBase64"), (2, "id"), (3, "contentBase64"), (4, "name"))]
 
 
+def test_check_is_not_lost_in_a_document_with_a_warning_for_each_template(home):
+    templates = [template(f"Ü {number}", icon="hammer") for number in range(10_000)]
+    result = home.run("config", "check", "-", stdin=json.dumps({"version": 1, "settings": {}, "templates": templates}))
+    assert result.stdout == "standard input: 10000 templates\n" and result.stderr.count(".icon: ") == 10_000
+
+
 def test_check_counts_templates(home):
     home.configure(template("A"), template("B", enabled=False), template("C"))
     assert home.run("config", "check", os.path.relpath(home.config, home.demo)).stdout == (

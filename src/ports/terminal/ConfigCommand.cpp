@@ -117,9 +117,12 @@ ExitStatus ConfigCommand::refuse(const std::string& reason) const {
 void ConfigCommand::warn(const std::string& shownName, const AppConfigItem& config,
                          std::string_view document) const {
   const auto& screen = terminal.screen();
+  const auto warnings = warningsOf(config);
+  if (warnings.empty()) return;
+  const JsonIndex index(document);
   std::string output;
-  for (const auto& warning : warningsOf(config)) {
-    const auto [line, column] = positionIn(document, offsetInJson(document, warning.place));
+  for (const auto& warning : warnings) {
+    const auto [line, column] = index.position(warning.place);
     output += screen.paragraphs(shownName + ": line " + std::to_string(line) + ", column " +
                                     std::to_string(column) + ": warning: " + warning.text,
                                 0);
