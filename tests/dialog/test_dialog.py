@@ -61,37 +61,37 @@ def test_typing_replaces_the_selected_part_of_any_name(open_dialog, text, select
 def test_a_screen_reader_finds_names_and_roles(open_dialog):
     dialog = open_dialog(PROMPT, BASE).shown()
     window = dialog.accessible()
-    found = {(node.get_role_name(), node.get_name()) for node in nodes(window)}
-    assert (window.get_role_name(), window.get_name()) == ("dialog", PROMPT["title"])
+    found = {(node.role, node.name) for node in nodes(window)}
+    assert (window.role, window.name) == ("dialog", PROMPT["title"])
     assert found >= {("image", "Meeting Notes"), ("label", PROMPT["title"]), ("label", PROMPT["text"]),
                      ("text", PROMPT["text"]), ("push button", "Create"), ("push button", "Cancel")}
-    described = [relation.get_target(0).get_name() for relation in window.get_relation_set()]
+    described = [target.name for target in window.related()]
     assert described == [PROMPT["text"]]
     field = field_of(dialog)
-    assert [relation.get_target(0).get_name() for relation in field.get_relation_set()] == [PROMPT["text"]]
+    assert [target.name for target in field.related()] == [PROMPT["text"]]
     # Its own extents are without its border.
-    assert area(field.get_parent(), WITHIN_WINDOW).width == 300
+    assert area(field.parent, WITHIN_WINDOW).width == 300
     wait_for(lambda: selection_in(field_of(dialog)) == (0, 24), "the selected base")
 
 
 @pytest.mark.parametrize("icon", [ALERT["icon"], {"names": ["nosuchsymbol"], "size": 36, "description": "Nothing"}])
 def test_a_screen_reader_finds_no_icon_that_says_nothing_or_that_no_theme_has(open_dialog, icon):
     window = open_dialog({**ALERT, "icon": icon}).shown().accessible()
-    assert "image" not in {node.get_role_name() for node in nodes(window)}
+    assert "image" not in {node.role for node in nodes(window)}
 
 
 def test_a_note_tells_what_is_wrong_with_a_name_and_the_name_is_taken_all_the_same(open_dialog):
     dialog = open_dialog(PROMPT).shown()
 
     def notes():
-        return [node.get_name() for node in nodes(dialog.accessible(), {"alert"})]
+        return [node.name for node in nodes(dialog.accessible(), {"alert"})]
     for name, note in [(" ..\u3000", "can’t be called “..”"), ("é" * 127 + "a", None), (".", "called “.”"), ("", None),
                        ("é" * 128, "may be too long: it has 256 bytes"), ("a.b", None), ("..a", "are hidden"),
                        ("a/b", "can’t contain “/”")]:
         dialog.tell({"command": "change", "text": name})
         wait_to_see(lambda: note in notes()[0] if note else not notes(), f"the note on “{name}”")
     field = field_of(dialog)
-    described = [relation.get_target(0).get_name() for relation in field.get_relation_set()]
+    described = [target.name for target in field.related()]
     assert described == [PROMPT["text"], "File names can’t contain “/”."]
     assert dialog.press("Return").event() == {"event": "field", "text": "a/b"}
 
@@ -114,8 +114,7 @@ def test_a_huge_text_stays_within_the_screen_and_scrolls(open_dialog, text):
     _, _, width, height = dialog.geometry()
     assert width < 700 and height < 450
     bars = nodes(dialog.accessible(), {"scroll bar"})
-    values = [node.get_value_iface() for bar in bars for node in nodes(bar) if node.get_value_iface()]
-    assert max(value.get_maximum_value() for value in values) > 500
+    assert max(node.get("MaximumValue", "Value") for bar in bars for node in nodes(bar) if node.can("Value")) > 500
 
 
 def test_a_dialog_opens_in_front_of_the_window_it_belongs_to_and_has_the_keyboard(open_dialog):

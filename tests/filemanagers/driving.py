@@ -14,8 +14,8 @@ import time
 from gi.repository import Gio, GLib
 from sprigtest.desktop import Desktop
 from sprigtest.home import SOURCE
-from sprigtest.screenreader import (WITHIN_WINDOW, area, area_in_gtk4, atspi, children, has, middle, nodes, selection_in,
-                                    wait_to_see, windows)
+from sprigtest.screenreader import (WITHIN_WINDOW, area, area_in_gtk4, children, has, middle, nodes, on_change,
+                                    selection_in, wait_to_see, windows)
 from sprigtest.waiting import output_of, settled, wait_for
 
 PROGRAMS = pathlib.Path(os.environ["SPRIG_PROGRAMS"])
@@ -127,9 +127,9 @@ class SprigDesktop(Desktop):
 
 def scroll_bars(accessible):
     """Those around views, without a look at what the views hold."""
-    if accessible.get_role_name() == "scroll bar":
+    if accessible.role == "scroll bar":
         yield accessible
-    elif accessible.get_role_name() not in {"table", "tree table", "layered pane", "list", "menu bar"}:
+    elif accessible.role not in {"table", "tree table", "layered pane", "list", "menu bar"}:
         for child in children(accessible):
             yield from scroll_bars(child)
 
@@ -176,7 +176,7 @@ class FileManager:
         return next(reversed(self.large_windows()), None)
 
     def frames(self):
-        return [window for window in windows(self.process.pid) if window.get_role_name() == "frame"]
+        return [window for window in windows(self.process.pid) if window.role == "frame"]
 
     def place(self, accessible):
         """Where it is on the screen."""
@@ -197,7 +197,7 @@ class FileManager:
 
     def selected_rows(self):
         """The names of the selected rows of all windows."""
-        return {row.get_name() for row in self.rows() if has(row, "SELECTED")}
+        return {row.name for row in self.rows() if has(row, "SELECTED")}
 
     def on(self, name):
         """Where a click is one on the item of that name."""
@@ -227,7 +227,7 @@ class FileManager:
     def is_scrolled_to_the_end(self):
         """Whether a view that has more than it can show shows the last of it."""
         bars = [bar for frame in self.frames() for bar in scroll_bars(frame) if has(bar, "SHOWING")]
-        limits = [(bar.get_current_value(), bar.get_maximum_value()) for bar in bars]
+        limits = [[bar.get(limit, "Value") for limit in ("CurrentValue", "MaximumValue")] for bar in bars]
         return any(0 < limit <= 1.05 * value for value, limit in limits)
 
     def leave_folder(self):
@@ -241,21 +241,21 @@ class FileManager:
 
     def entries(self):
         """What open menus list."""
-        menus = [window for window in windows(self.process.pid) if window.get_role_name() == "window"]
+        menus = [window for window in windows(self.process.pid) if window.role == "window"]
         return [entry for menu in menus for entry in nodes(menu, ENTRIES)
-                if has(entry, "SHOWING", "VISIBLE") and entry.get_name()]
+                if has(entry, "SHOWING", "VISIBLE") and entry.name]
 
     def listed(self):
-        return [entry.get_name() for entry in self.entries()]
+        return [entry.name for entry in self.entries()]
 
     def _entry(self, name):
-        return [entry for entry in self.entries() if entry.get_name() == name][-1]
+        return [entry for entry in self.entries() if entry.name == name][-1]
 
     def submenu(self, name):
         """What an open submenu lists."""
         def look():
-            return [entry.get_name() for entry in children(self._entry(name))
-                    if has(entry, "SHOWING", "VISIBLE") and entry.get_name()]
+            return [entry.name for entry in children(self._entry(name))
+                    if has(entry, "SHOWING", "VISIBLE") and entry.name]
         return wait_to_see(look, f"the submenu “{name}”")
 
     def open_menu(self, place, button=3):
@@ -316,7 +316,7 @@ class FileManager:
             self.desktop.click(self.point(name))
 
     def highlighted_entry(self):
-        return next((entry.get_name() for entry in reversed(self.entries()) if has(entry, self.highlighted)), None)
+        return next((entry.name for entry in reversed(self.entries()) if has(entry, self.highlighted)), None)
 
     def _highlight(self, name):
         wait_to_see(lambda: name in self.listed(), f"“{name}” in the menu")
@@ -395,7 +395,7 @@ class Nautilus(FileManager):
         # The menu of the folder that is shown belongs to a button in the tool bar.
         for place in (*self._parts("filler", "Content View"), *self._parts("push button", "GtkMenuButton")):
             for menu in children(place):
-                if menu.get_role_name() == "menu" and (window := sizes.get(area(menu, WITHIN_WINDOW)[2:])):
+                if menu.role == "menu" and (window := sizes.get(area(menu, WITHIN_WINDOW)[2:])):
                     return menu, window
         return None
 
@@ -408,7 +408,7 @@ class Nautilus(FileManager):
         return next(self._parts("push button", "GtkMenuButton"))
 
     def _rows(self):
-        return {next(nodes(row, {"label"}), row).get_name(): row
+        return {next(nodes(row, {"label"}), row).name: row
                 for table in self._parts("list", "GtkColumnListView") for row in children(table)}
 
     def rows(self, name=None):
@@ -418,7 +418,7 @@ class Nautilus(FileManager):
         return {name for name, row in self._rows().items() if has(row, "SELECTED")}
 
     def place(self, accessible):
-        if accessible.get_role_name() == "menu item":
+        if accessible.role == "menu item":
             if not (found := self._popover()):
                 raise LookupError("the menu has gone")
             popover, window = found
@@ -428,18 +428,19 @@ class Nautilus(FileManager):
     def entries(self):
         """The page in sight is the one with what has the keyboard."""
         found = self._popover()
-        pages = self._outermost(found[0], "panel", "GtkStackPage") if found else []
+        viewports = self._outermost(found[0], "panel") if found else []
+        pages = (page for viewport in viewports for stack in children(viewport) for page in children(stack))
         listed = (self._outermost(page, "menu item") for page in pages)
         return next((page for page in listed if any(has(entry, "FOCUSED") for entry in page)), [])
 
     def has_menu(self):
         return self._popover() is not None
 
-    def _outermost(self, accessible, role, name=None):
-        """Those of the kind, without a look at what they are made of."""
-        if accessible.get_role_name() == role and name in (None, accessible.get_name()):
+    def _outermost(self, accessible, role):
+        """Those of the role, without a look at what they are made of."""
+        if accessible.role == role:
             return [accessible]
-        return [found for child in children(accessible) for found in self._outermost(child, role, name)]
+        return [found for child in children(accessible) for found in self._outermost(child, role)]
 
     def submenu(self, name):
         wait_to_see(lambda: self.listed()[:1] == [name], f"the submenu “{name}”")
@@ -454,19 +455,15 @@ class Dolphin(FileManager):
     window_class = "dolphin"
     # Shows icons with their names below: what is not in the middle is the background.
     row_offset = 1000
-    NEWS = ("object:state-changed:showing", "object:state-changed:focused")
-
     def __init__(self, desktop, folder):
         self.menus = []
         self.focused = None
-        self.listener = atspi().EventListener.new(self._changed)
-        for news in self.NEWS:
-            self.listener.register(news)
+        self.listening = [on_change("showing", self._shown), on_change("focused", self._focused)]
         super().__init__(desktop, folder)
 
     def stop(self):
-        for news in self.NEWS:
-            self.listener.deregister(news)
+        for end in self.listening:
+            end()
         super().stop()
         output_of("pkill", "-x", "dolphin")
         wait_for(lambda: not self._pids(), "the other windows to go")
@@ -477,17 +474,15 @@ class Dolphin(FileManager):
         return output_of("pgrep", "-x", "dolphin").split()
 
     def frames(self):
-        return [window for pid in self._pids() for window in windows(int(pid)) if window.get_role_name() == "frame"]
+        return [window for pid in self._pids() for window in windows(int(pid)) if window.role == "frame"]
 
-    def _changed(self, event):
-        try:
-            role, name = event.source.get_role_name(), event.source.get_name()
-        except GLib.Error:
-            return  # It is gone.
-        if role == "popup menu" and event.detail1:
-            self.menus.append(event.source)
-        if role == "menu item" and event.detail1:
-            self.focused = name
+    def _shown(self, accessible, is_now):
+        if is_now and accessible.role == "popup menu":
+            self.menus.append(accessible)
+
+    def _focused(self, accessible, is_now):
+        if is_now and accessible.role == "menu item":
+            self.focused = accessible.name
 
     def load_module(self):
         """Dolphin does with its first menu."""
@@ -495,7 +490,7 @@ class Dolphin(FileManager):
         self.close_menus()
 
     def tabs(self):
-        return [tab.get_name() for frame in self.frames() for tab in nodes(frame, {"page tab"})]
+        return [tab.name for frame in self.frames() for tab in nodes(frame, {"page tab"})]
 
     def has_in_sight(self, name):
         """Whether most of the row is between the tool bar and the status bar."""
@@ -518,11 +513,11 @@ class Dolphin(FileManager):
             except GLib.Error:
                 return False  # It is gone.
         self.menus = [menu for menu in self.menus if is_open(menu)]
-        return [menu for menu in self.menus if menu.get_parent().get_role_name() != "menu item"]
+        return [menu for menu in self.menus if menu.parent.role != "menu item"]
 
     def entries(self):
         return [entry for menu in self._open_menus() for entry in nodes(menu, ENTRIES)
-                if has(entry, "SHOWING", "VISIBLE") and entry.get_name()]
+                if has(entry, "SHOWING", "VISIBLE") and entry.name]
 
     def has_menu(self):
         return bool(self._open_menus())
@@ -536,8 +531,8 @@ class Dolphin(FileManager):
     def submenu(self, name):
         def look():
             entry = self._entry(name)
-            return [below.get_name() for below in nodes(entry, ENTRIES)
-                    if below != entry and has(below, "SHOWING", "VISIBLE") and below.get_name()]
+            return [below.name for below in nodes(entry, ENTRIES)
+                    if below != entry and has(below, "SHOWING", "VISIBLE") and below.name]
         return wait_to_see(look, f"the submenu “{name}”")
 
     def highlighted_entry(self):

@@ -1,17 +1,23 @@
-"""What a screen reader gets of the windows on the screen."""
+"""What a screen reader gets of the windows on the screen.
+
+It is asked for over the bus, each time anew: the usual library keeps what it was told, and has crashed on windows that
+had gone. Of that library, only the names of roles and states are used."""
 
 import collections
+import contextlib
 import functools
-import time
 
 import gi
-from gi.repository import GLib
-
 from sprigtest.waiting import wait_for
 
 gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, Gio, GLib
 
 WITHIN_WINDOW = 1  # the other origin that can be asked for, the screen, is one that GTK 4 doesn't know
+PATIENCE = 5000  # milliseconds
+MOST_CHILDREN = 300
+NOTHING = "/org/a11y/atspi/null"
+REGISTRY, ROOT = "org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"
 
 Area = collections.namedtuple("Area", "x y width height")
 
@@ -19,56 +25,97 @@ Area = collections.namedtuple("Area", "x y width height")
 wait_to_see = functools.partial(wait_for, not_yet=GLib.Error)
 
 
-def atspi():
-    """To be asked for only when the screen is there."""
-    from gi.repository import Atspi
-    return Atspi
+@functools.cache
+def bus():
+    session = Gio.bus_get_sync(Gio.BusType.SESSION)
+    address, = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
+                                 Gio.DBusCallFlags.NONE, -1)
+    kind = Gio.DBusConnectionFlags
+    return Gio.DBusConnection.new_for_address_sync(address, kind.AUTHENTICATION_CLIENT | kind.MESSAGE_BUS_CONNECTION)
+
+
+class Accessible(collections.namedtuple("Accessible", "owner path")):
+    """Something in a window. What is asked of it raises GLib.Error once it has gone."""
+
+    def call(self, interface, method, signature="()", *arguments):
+        return bus().call_sync(self.owner, self.path, interface, method, GLib.Variant(signature, arguments), None,
+                               Gio.DBusCallFlags.NONE, PATIENCE).unpack()
+
+    def ask(self, interface, method, *arguments):
+        """The only value of the answer."""
+        return self.call(f"org.a11y.atspi.{interface}", method, *arguments)[0]
+
+    def get(self, name, interface="Accessible"):
+        return self.call("org.freedesktop.DBus.Properties", "Get", "(ss)", f"org.a11y.atspi.{interface}", name)[0]
+
+    def can(self, interface):
+        return f"org.a11y.atspi.{interface}" in self.ask("Accessible", "GetInterfaces")
+
+    @property
+    def role(self):
+        return Atspi.role_get_name(Atspi.Role(self.ask("Accessible", "GetRole")))
+
+    @property
+    def name(self):
+        return self.get("Name")
+
+    @property
+    def parent(self):
+        return Accessible(*self.get("Parent"))
+
+    def related(self):
+        """What it is related to, whatever the relations are."""
+        return [Accessible(*target) for _, targets in self.ask("Accessible", "GetRelationSet") for target in targets]
 
 
 def children(accessible):
-    found = (accessible.get_child_at_index(index) for index in range(min(accessible.get_child_count(), 300)))
-    return [child for child in found if child]
+    found = accessible.ask("Accessible", "GetChildren")[:MOST_CHILDREN]
+    return [Accessible(*child) for child in found if child[1] != NOTHING]
 
 
 def nodes(accessible, roles=None, name=None):
     """The accessible object and all below it, or those of the roles and the name."""
-    if roles is None or accessible.get_role_name() in roles and name in (None, accessible.get_name()):
+    if roles is None or accessible.role in roles and name in (None, accessible.name):
         yield accessible
     for child in children(accessible):
         yield from nodes(child, roles, name)
 
 
-class Memory:
-    """What was read is remembered, and news come in by themselves, but not all of them: so not for long."""
-
-    LIMIT = 1  # second
-    begin = 0
-
-    @classmethod
-    def refresh(cls, application):
-        while GLib.MainContext.default().iteration(False):
-            pass
-        if time.monotonic() - cls.begin > cls.LIMIT:
-            application.clear_cache()
-            cls.begin = time.monotonic()
-
-
 def windows(pid):
     """The windows of a process."""
-    applications = [found for found in children(atspi().get_desktop(0)) if found.get_process_id() == pid]
-    for application in applications:
-        Memory.refresh(application)
-    return [window for application in applications for window in children(application)]
+    daemon = Accessible("org.freedesktop.DBus", "/org/freedesktop/DBus")
+    return [window for application in children(Accessible(REGISTRY, ROOT))
+            if daemon.call(daemon.owner, "GetConnectionUnixProcessID", "(s)", application.owner) == (pid,)
+            for window in children(application)]
+
+
+def on_change(state, act):
+    """Has `act` called with what got the state, or lost it, and with whether it has it; while the main context runs.
+    Returns what ends that."""
+    event = "(s)", f"object:state-changed:{state}"
+    registry = Accessible(REGISTRY, "/org/a11y/atspi/registry")
+    registry.call(REGISTRY, "RegisterEvent", *event)
+
+    def changed(_bus, owner, path, _interface, _signal, news):
+        with contextlib.suppress(GLib.Error):  # It may have gone.
+            act(Accessible(owner, path), bool(news[1]))
+    subscription = bus().signal_subscribe(None, "org.a11y.atspi.Event.Object", "StateChanged", None, state,
+                                          Gio.DBusSignalFlags.NONE, changed)
+
+    def end():
+        bus().signal_unsubscribe(subscription)
+        registry.call(REGISTRY, "DeregisterEvent", *event)
+    return end
 
 
 def has(accessible, *states):
-    found = accessible.get_state_set()
-    return all(found.contains(getattr(atspi().StateType, state)) for state in states)
+    low, high = accessible.ask("Accessible", "GetState")
+    found = low | high << 32
+    return all(found >> getattr(Atspi.StateType, state) & 1 for state in states)
 
 
 def area(accessible, origin=0):
-    place = atspi().Component.get_extents(accessible, origin)
-    return Area(place.x, place.y, place.width, place.height)
+    return Area(*accessible.ask("Component", "GetExtents", "(u)", origin))
 
 
 def area_in_gtk4(accessible, window, frame):
@@ -86,7 +133,6 @@ def middle(place):
 def selection_in(field):
     """Where what is selected in a text field begins and ends, in characters; None while nothing is."""
     try:
-        selection = field.get_text_iface().get_selection(0)
+        return field.call("org.a11y.atspi.Text", "GetSelection", "(i)", 0)
     except GLib.Error:
         return None
-    return selection.start_offset, selection.end_offset
