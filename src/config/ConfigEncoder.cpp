@@ -9,10 +9,12 @@ namespace sprig {
 
 namespace {
 
-/// Writes values one after the other, two spaces deeper for each object and list around them.
+/// Writes values one after the other, deeper for each object and list around them.
 class Writer {
  public:
-  std::string finish() && { return std::move(document) + "\n"; }
+  explicit Writer(const JsonLayout& chosen) : layout(chosen), depth(chosen.depth) {}
+
+  std::string finish() && { return std::move(document); }
 
   void write(const std::string& value) {
     document += boost::json::serialize(boost::json::string_view(value.data(), value.size()));
@@ -63,7 +65,7 @@ class Writer {
   }
 
   void beginEntry() {
-    if (!isFirstEntry) document += ',';
+    if (!isFirstEntry) document += layout.lineEnd.empty() ? ", " : ",";
     isFirstEntry = false;
     beginLine();
   }
@@ -75,19 +77,34 @@ class Writer {
     document += bracket;
   }
 
-  void beginLine() { document.append("\n").append(2 * depth, ' '); }
+  void beginLine() {
+    if (layout.lineEnd.empty()) return;
+    document += layout.lineEnd;
+    for (std::size_t level = 0; level < depth; ++level) document += layout.indentation;
+  }
 
+  const JsonLayout& layout;
+  std::size_t depth;
   std::string document;
-  std::size_t depth = 0;
   bool isFirstEntry = true;
 };
 
 }  // namespace
 
-std::string encodeConfig(const AppConfigItem& config) {
-  Writer writer;
-  writer.write(config);
+template <typename Value>
+std::string encodeValue(const Value& value, const JsonLayout& layout) {
+  Writer writer(layout);
+  writer.write(value);
   return std::move(writer).finish();
 }
+
+template std::string encodeValue(const bool&, const JsonLayout&);
+template std::string encodeValue(const std::int64_t&, const JsonLayout&);
+template std::string encodeValue(const std::string&, const JsonLayout&);
+template std::string encodeValue(const std::vector<std::string>&, const JsonLayout&);
+template std::string encodeValue(const TemplateScope&, const JsonLayout&);
+template std::string encodeValue(const TemplateItem&, const JsonLayout&);
+
+std::string encodeConfig(const AppConfigItem& config) { return encodeValue(config, {}) + "\n"; }
 
 }  // namespace sprig

@@ -16,13 +16,18 @@ class Reader {
     skipSpace();
   }
 
-  void readValue(JsonIndex::Value& value) {
-    value.begin = position;
-    if (!isAtContainer()) return skipScalar();
-    forEachEntry([&](std::string key) {
-      value.entries.push_back({std::move(key), 0, {}});
-      readValue(value.entries.back());
-    });
+  JsonValue readValue() {
+    JsonValue result;
+    result.begin = position;
+    if (isAtContainer()) {
+      forEachEntry([&](std::size_t begin, std::string key) {
+        result.entries.push_back({begin, std::move(key), readValue()});
+      });
+    } else {
+      skipScalar();
+    }
+    result.end = position;
+    return result;
   }
 
   /// Goes to the value that a step leads to; whether there is one.
@@ -30,7 +35,7 @@ class Reader {
     if (!isAtContainer()) return false;
     std::size_t found = 0;
     std::size_t index = 0;
-    forEachEntry([&](const std::string& key) {
+    forEachEntry([&](std::size_t, const std::string& key) {
       const auto* wantedKey = std::get_if<std::string>(&step);
       if (wantedKey != nullptr ? key == *wantedKey : index == std::get<std::size_t>(step)) found = position;
       ++index;
@@ -45,13 +50,15 @@ class Reader {
  private:
   bool isAtContainer() const { return text[position] == '{' || text[position] == '['; }
 
-  /// Calls `visit` with the key of each entry, at its value, to the end of which it must go.
+  /// Calls `visit` with the beginning and the key of each entry, at its value, to the end of which it must
+  /// go.
   template <typename Visit>
   void forEachEntry(Visit visit) {
     const bool hasKeys = text[position] == '{';
     ++position;
     for (skipSpace(); text[position] != '}' && text[position] != ']'; skipSpace()) {
-      visit(hasKeys ? readKey() : std::string());
+      const auto begin = position;
+      visit(begin, hasKeys ? readKey() : std::string());
       skipSpace();
       if (text[position] == ',') ++position;
     }
@@ -109,18 +116,21 @@ std::size_t charactersIn(std::string_view text) {
 }
 
 /// Null when there is none.
-const JsonIndex::Value* entryOf(const JsonIndex::Value& value, const JsonStep& step) {
-  const auto& entries = value.entries;
-  if (const auto* index = std::get_if<std::size_t>(&step)) {
-    return *index < entries.size() ? &entries[*index] : nullptr;
-  }
-  const auto found = std::find_if(entries.rbegin(), entries.rend(), [&](const auto& entry) {
-    return entry.key == std::get<std::string>(step);
-  });
-  return found == entries.rend() ? nullptr : &*found;
+const JsonEntry* entryOf(const JsonValue& value, const JsonStep& step) {
+  if (const auto* key = std::get_if<std::string>(&step)) return value.find(*key);
+  const auto index = std::get<std::size_t>(step);
+  return index < value.entries.size() ? &value.entries[index] : nullptr;
 }
 
 }  // namespace
+
+const JsonEntry* JsonValue::find(std::string_view key) const {
+  const auto found = std::find_if(entries.rbegin(), entries.rend(),
+                                  [&](const JsonEntry& entry) { return entry.key == key; });
+  return found == entries.rend() ? nullptr : &*found;
+}
+
+JsonValue indexJson(std::string_view text) { return Reader(text).readValue(); }
 
 std::size_t offsetInJson(std::string_view text, const std::vector<JsonStep>& path) {
   Reader reader(text);
@@ -139,8 +149,7 @@ TextPosition positionIn(std::string_view text, std::size_t offset) {
   return {static_cast<std::size_t>(line) + 1, charactersIn(before.substr(lineBegin)) + 1};
 }
 
-JsonIndex::JsonIndex(std::string_view text) : document(text), lineBegins{0} {
-  Reader(text).readValue(root);
+JsonIndex::JsonIndex(std::string_view text) : document(text), root(indexJson(text)), lineBegins{0} {
   for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n', end + 1)) {
     lineBegins.push_back(end + 1);
   }
@@ -156,7 +165,7 @@ TextPosition JsonIndex::position(const std::vector<JsonStep>& path) const {
   for (const auto& step : path) {
     const auto* next = entryOf(*value, step);
     if (next == nullptr) break;
-    value = next;
+    value = &next->value;
   }
   const auto line = std::upper_bound(lineBegins.begin(), lineBegins.end(), value->begin);
   const auto column = charactersBefore(value->begin) - charactersBefore(*std::prev(line)) + 1;

@@ -8,6 +8,33 @@
 
 namespace sprig {
 
+struct JsonEntry;
+
+/// A value of a JSON text and where it stands there: the bytes from `begin` to before `end`.
+struct JsonValue {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  /// Of an object or a list, in the text's order; a key that occurs twice has two.
+  std::vector<JsonEntry> entries;
+
+  /// The entry that counts for a key: the last one. Null when there is none.
+  const JsonEntry* find(std::string_view key) const;
+};
+
+struct JsonEntry {
+  /// Where the key begins in an object, and the value in a list.
+  std::size_t begin = 0;
+  /// Without escapes; empty in a list.
+  std::string key;
+  JsonValue value;
+};
+
+/// Where the values of a text stand.
+///
+/// Requires: `text` is JSON in UTF-8, perhaps behind a byte-order mark, not nested deeper than recursion can
+/// go.
+JsonValue indexJson(std::string_view text);
+
 /// A step from a value to one in it: a key or an index.
 using JsonStep = std::variant<std::string, std::size_t>;
 
@@ -29,7 +56,7 @@ TextPosition positionIn(std::string_view text, std::size_t offset);
 /// The places of the values of a text, to look up as many as there are: each costs little.
 ///
 /// Threads:   any. Ownership: `text` outlives this.
-/// Requires:  as `offsetInJson`, not nested deeper than recursion can go.
+/// Requires:  as `indexJson`.
 class JsonIndex {
  public:
   explicit JsonIndex(std::string_view text);
@@ -37,18 +64,11 @@ class JsonIndex {
   /// As `offsetInJson` and `positionIn`.
   TextPosition position(const std::vector<JsonStep>& path) const;
 
-  /// An object's or a list's entry, or the whole; `key` is empty in a list.
-  struct Value {
-    std::string key;
-    std::size_t begin = 0;
-    std::vector<Value> entries;
-  };
-
  private:
   std::size_t charactersBefore(std::size_t offset) const;
 
   std::string_view document;
-  Value root;
+  JsonValue root;
   std::vector<std::size_t> lineBegins;
   /// The number of characters before each block of bytes.
   std::vector<std::size_t> blocks;

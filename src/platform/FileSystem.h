@@ -55,6 +55,12 @@ class UnpublishedFile {
   virtual std::optional<Error> publish(std::string_view name) = 0;
 };
 
+/// While it lives, no other program of this user holds the lock of the same file.
+class FileLock {
+ public:
+  virtual ~FileLock() = default;
+};
+
 /// The file system as the product needs it.
 ///
 /// Threads:   every operation may be called from any thread at any time.
@@ -95,6 +101,22 @@ class FileSystem {
   /// link without a target has it.
   virtual std::optional<Error> createFile(std::string_view data, const FileURL& location) = 0;
 
+  /// Puts a new file with `data` in the place of a regular one, at once and whole, once it is on the disk;
+  /// the mode stays, and so does the owner where that is allowed. No link is followed. `ESTALE` when another
+  /// version than `expected` is found there, which then stays.
+  virtual std::optional<Error> replaceFile(std::string_view data, const FileURL& location,
+                                           const FileVersion& expected) = 0;
+
+  /// Whether this user may write to what is there, links followed.
+  virtual bool isWritable(const FileURL& location) const = 0;
+
+  /// Removes a file, or a link itself. A missing one is a success.
+  virtual std::optional<Error> removeFile(const FileURL& location) = 0;
+
+  /// Waits for the lock of a file for no longer than half a second; null when it can't be had. The file is
+  /// made if it is missing, empty and private, and so is its folder.
+  virtual std::unique_ptr<FileLock> lockFile(const FileURL& location) = 0;
+
   /// Adds `data` to the end of a file in one write, links followed. A missing file is created, for its owner
   /// alone (mode 0600).
   virtual std::optional<Error> appendData(std::string_view data, const FileURL& location) = 0;
@@ -115,6 +137,9 @@ class FileSystem {
 
   /// This program's own home for that person, where it may make folders as it likes.
   virtual FileURL homeDirectoryForCurrentUser() const = 0;
+
+  /// Where this product's programs keep for that person what they have done.
+  virtual FileURL stateDirectory() const = 0;
 
   /// The folder shared by the programs of one application group; nothing when there is none.
   virtual std::optional<FileURL> containerURL(std::string_view applicationGroupIdentifier) const = 0;

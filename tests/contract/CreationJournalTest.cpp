@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "contract/Process.h"
+#include "ports/linux/Descriptor.h"
 #include "support/TemporaryFolder.h"
 
 namespace sprig::test {

@@ -47,7 +47,7 @@ TEST(LinuxFolders, AreTheOnesOfTheEnvironmentUnlessRelative) {
     EXPECT_EQ(files.homeDirectoryForCurrentUser().path(), row.ownHome);
     EXPECT_EQ(files.containerURL("sprig").value().path(), row.container);
     EXPECT_FALSE(files.containerURL("../sprig"));
-    EXPECT_EQ(ports::CreationJournal::userFolder(files, ports::LinuxProcessInfo()).path(), row.journal);
+    EXPECT_EQ(files.stateDirectory().path(), row.journal);
   }
 }
 

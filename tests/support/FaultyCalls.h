@@ -51,6 +51,9 @@ class FaultyCalls final : public ports::SystemCalls {
   int status(int descriptor, struct stat& result) override {
     return fails() ? -1 : SystemCalls::status(descriptor, result);
   }
+  int changeMode(int descriptor, mode_t mode) override {
+    return fails() ? -1 : SystemCalls::changeMode(descriptor, mode);
+  }
   int flush(int descriptor) override { return fails() ? -1 : SystemCalls::flush(descriptor); }
   int close(int descriptor) override {
     // A failing close closes.

@@ -24,10 +24,12 @@ class TestFileSystem : public ports::LinuxFileSystem {
   TestFileSystem(const platform::FileURL& root, std::shared_ptr<ports::SystemCalls> systemCalls)
       : LinuxFileSystem(std::move(systemCalls)),
         home(root.appendingPath("home")),
-        ownHome(root.appendingPath("own")) {}
+        ownHome(root.appendingPath("own")),
+        state(root.appendingPath("state")) {}
 
   platform::FileURL home;
   platform::FileURL ownHome;
+  platform::FileURL state;
   std::optional<platform::FileURL> container;
   /// The errors of the next attempts to write a new file, in order; further ones are carried out.
   std::deque<platform::Error> refusals;
@@ -49,6 +51,7 @@ class TestFileSystem : public ports::LinuxFileSystem {
                                             const platform::FileURL& location) override;
   platform::FileURL homeDirectory() const override { return home; }
   platform::FileURL homeDirectoryForCurrentUser() const override { return ownHome; }
+  platform::FileURL stateDirectory() const override { return state; }
   std::optional<platform::FileURL> containerURL(std::string_view identifier) const override {
     return identifier == "sprig" ? container : std::nullopt;
   }

@@ -9,7 +9,7 @@ namespace sprig::desktop {
 DesktopPlatform::DesktopPlatform(GDBusConnection& connection, platform::SystemLog& systemLog,
                                  platform::Application& application)
     : workspace(connection),
-      creations(connection, mainQueue, ports::CreationJournal::userFolder(files, process)),
+      creations(connection, mainQueue, files.stateDirectory()),
       services{files,   users,     process,   clock,  systemLog,   mainQueue, fileChanges,
                volumes, workspace, creations, images, application, controller} {
   scope.emplace(services);

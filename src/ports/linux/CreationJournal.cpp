@@ -1,18 +1,15 @@
 #include "ports/linux/CreationJournal.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <chrono>
-#include <filesystem>
-#include <system_error>
-#include <thread>
 
+#include "ports/linux/Descriptor.h"
+#include "ports/linux/LockFile.h"
 #include "ports/linux/retrying.h"
 
 namespace sprig::ports {
@@ -29,7 +26,6 @@ constexpr std::size_t maxSize = std::size_t{1} << 20U;
 /// A time beyond the year 2200 is nonsense, and more than a clock of nanoseconds can count.
 constexpr std::int64_t maxSeconds = 7'300'000'000;
 constexpr mode_t privateFile = 0600;
-constexpr mode_t privateFolder = 0700;
 
 /// A path without bytes that would end or break a line.
 std::string escaped(std::string_view path) {
@@ -107,37 +103,7 @@ std::string contentOf(const std::string& path) {
   return content;
 }
 
-/// Locks without waiting for longer than a user would notice.
-bool lock(int descriptor) {
-  constexpr auto pause = std::chrono::milliseconds(5);
-  constexpr int maxAttempts = 100;
-  for (int attempts = 1; ::flock(descriptor, LOCK_EX | LOCK_NB) == -1; ++attempts) {
-    if (attempts == maxAttempts) return false;
-    std::this_thread::sleep_for(pause);
-  }
-  return true;
-}
-
 }  // namespace
-
-FileURL CreationJournal::userFolder(const platform::FileSystem& files, const platform::ProcessInfo& process) {
-  const auto base = process.environment("XDG_STATE_HOME");
-  const bool isUsable = base && base->starts_with('/');
-  return (isUsable ? FileURL(*base) : files.homeDirectory().appendingPath(".local/state"))
-      .appendingPath("sprig");
-}
-
-Descriptor CreationJournal::openLock() const {
-  std::error_code ignored;
-  std::filesystem::create_directories(location.deletingLastPathComponent().path(), ignored);
-  ::mkdir(location.path().c_str(), privateFolder);
-  const auto path = location.appendingPath(lockName).path();
-  Descriptor file(retrying([&] {
-    return ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, privateFile);
-  }));
-  if (file.isOpen() && lock(file.get())) return file;
-  return {};
-}
 
 std::vector<Creation> CreationJournal::read() const {
   const auto content = contentOf(location.appendingPath(journalName).path());
@@ -169,8 +135,8 @@ void CreationJournal::write(const std::vector<Creation>& list) const {
 
 template <typename Change>
 void CreationJournal::change(Change apply) const {
-  const auto held = openLock();
-  if (!held.isOpen()) return;
+  const LockFile lock(location.appendingPath(lockName));
+  if (!lock.isHeld()) return;
   auto list = read();
   apply(list);
   if (list.size() > maxCreations) {

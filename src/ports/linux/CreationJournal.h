@@ -6,10 +6,8 @@
 #include <vector>
 
 #include "platform/Creations.h"
-#include "platform/FileSystem.h"
-#include "platform/ProcessInfo.h"
+#include "platform/FileURL.h"
 #include "ports/linux/Creation.h"
-#include "ports/linux/Descriptor.h"
 
 namespace sprig::ports {
 
@@ -27,10 +25,6 @@ class CreationJournal final : public platform::Creations {
   /// `folder` is made when it is first needed.
   explicit CreationJournal(platform::FileURL folder) : location(std::move(folder)) {}
 
-  /// Where programs keep the journal: "sprig" in the base folder for state.
-  static platform::FileURL userFolder(const platform::FileSystem& files,
-                                      const platform::ProcessInfo& process);
-
   void created(const platform::FileURL& file) override;
 
   /// The newest first.
@@ -40,7 +34,6 @@ class CreationJournal final : public platform::Creations {
   void forget(const Creation& creation);
 
  private:
-  Descriptor openLock() const;
   std::vector<Creation> read() const;
   void write(const std::vector<Creation>& list) const;
   template <typename Change>

@@ -17,6 +17,7 @@
 #include "ports/linux/Descriptor.h"
 #include "ports/linux/FileError.h"
 #include "ports/linux/FileWriter.h"
+#include "ports/linux/LockFile.h"
 #include "ports/linux/OpenFile.h"
 #include "ports/linux/TemporaryFile.h"
 #include "ports/linux/retrying.h"
@@ -148,6 +149,31 @@ std::optional<Error> LinuxFileSystem::createFile(std::string_view data, const Fi
   return FileWriter(calls, location).create(data);
 }
 
+std::optional<Error> LinuxFileSystem::replaceFile(std::string_view data, const FileURL& location,
+                                                  const platform::FileVersion& expected) {
+  TemporaryFile file(calls, location.deletingLastPathComponent());
+  const auto name = location.lastPathComponent();
+  if (auto error = file.create()) return error;
+  // Before there is anything that somebody else could read.
+  if (auto error = file.takeRightsOf(name)) return error;
+  if (auto error = file.write(data, TemporaryFile::Flush::toDisk)) return error;
+  return file.replace(name, expected);
+}
+
+bool LinuxFileSystem::isWritable(const FileURL& location) const {
+  return ::faccessat(AT_FDCWD, location.path().c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+std::optional<Error> LinuxFileSystem::removeFile(const FileURL& location) {
+  if (::unlink(location.path().c_str()) == 0 || errno == ENOENT) return std::nullopt;
+  return fileError(FileOperation::write, location, "removing the file", errno);
+}
+
+std::unique_ptr<platform::FileLock> LinuxFileSystem::lockFile(const FileURL& location) {
+  auto lock = std::make_unique<LockFile>(location);
+  return lock->isHeld() ? std::move(lock) : nullptr;
+}
+
 std::optional<Error> LinuxFileSystem::appendData(std::string_view data, const FileURL& location) {
   return FileWriter(calls, location).append(data);
 }
@@ -161,9 +187,7 @@ FileURL LinuxFileSystem::resolvingSymlinks(const FileURL& location) const {
 std::optional<platform::FileVersion> LinuxFileSystem::fileVersion(const FileURL& location) const {
   struct stat found = {};
   if (::stat(location.path().c_str(), &found) == -1) return std::nullopt;
-  constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
-  return platform::FileVersion{found.st_dev, found.st_ino, found.st_size,
-                               found.st_mtim.tv_sec * nanosecondsPerSecond + found.st_mtim.tv_nsec};
+  return versionOf(found);
 }
 
 std::vector<FileURL> LinuxFileSystem::foldersLeadingTo(const FileURL& location) const {
@@ -200,6 +224,10 @@ FileURL LinuxFileSystem::homeDirectory() const {
 
 FileURL LinuxFileSystem::homeDirectoryForCurrentUser() const {
   return baseDirectory("XDG_DATA_HOME", ".local/share").appendingPath("sprig");
+}
+
+FileURL LinuxFileSystem::stateDirectory() const {
+  return baseDirectory("XDG_STATE_HOME", ".local/state").appendingPath("sprig");
 }
 
 std::optional<FileURL> LinuxFileSystem::containerURL(std::string_view applicationGroupIdentifier) const {

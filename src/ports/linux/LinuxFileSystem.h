@@ -16,9 +16,9 @@ namespace sprig::ports {
 /// The files of a Linux system, and the user's folders as the XDG base directories lay them out.
 ///
 /// `homeDirectory` is `$HOME`, else the user database's home, else the top of the file system. This program's
-/// own home is `$XDG_DATA_HOME/sprig`, a container `$XDG_CONFIG_HOME/<identifier>`, whether or not they
-/// exist. Regular files of more than 1 GiB are not read (`EFBIG`): nothing the product reads is that large,
-/// and the memory would be the desktop's.
+/// own home is `$XDG_DATA_HOME/sprig`, its state `$XDG_STATE_HOME/sprig`, a container
+/// `$XDG_CONFIG_HOME/<identifier>`, whether or not they exist. Regular files of more than 1 GiB are not read
+/// (`EFBIG`): nothing the product reads is that large, and the memory would be the desktop's.
 class LinuxFileSystem : public platform::FileSystem {
  public:
   explicit LinuxFileSystem(std::shared_ptr<SystemCalls> systemCalls = std::make_shared<SystemCalls>());
@@ -33,6 +33,11 @@ class LinuxFileSystem : public platform::FileSystem {
       std::string_view data, const platform::FileURL& folder) override;
   std::optional<platform::Error> createFile(std::string_view data,
                                             const platform::FileURL& location) override;
+  std::optional<platform::Error> replaceFile(std::string_view data, const platform::FileURL& location,
+                                             const platform::FileVersion& expected) override;
+  bool isWritable(const platform::FileURL& location) const override;
+  std::optional<platform::Error> removeFile(const platform::FileURL& location) override;
+  std::unique_ptr<platform::FileLock> lockFile(const platform::FileURL& location) override;
   std::optional<platform::Error> appendData(std::string_view data,
                                             const platform::FileURL& location) override;
   platform::FileURL resolvingSymlinks(const platform::FileURL& location) const override;
@@ -40,6 +45,7 @@ class LinuxFileSystem : public platform::FileSystem {
   std::vector<platform::FileURL> foldersLeadingTo(const platform::FileURL& location) const override;
   platform::FileURL homeDirectory() const override;
   platform::FileURL homeDirectoryForCurrentUser() const override;
+  platform::FileURL stateDirectory() const override;
   std::optional<platform::FileURL> containerURL(std::string_view applicationGroupIdentifier) const override;
 
  private:

@@ -32,6 +32,12 @@ bool OpenFolder::isLinkWithoutTarget(const char* name) const {
          retrying([&] { return calls.statusAt(descriptor(), name, target, 0); }) == -1;
 }
 
+platform::FileVersion versionOf(const struct stat& found) {
+  constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+  return {found.st_dev, found.st_ino, found.st_size,
+          found.st_mtim.tv_sec * nanosecondsPerSecond + found.st_mtim.tv_nsec};
+}
+
 bool isSameFile(const struct stat& left, const struct stat& right) {
   return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
 }

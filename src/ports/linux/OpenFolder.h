@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "platform/FileSystem.h"
 #include "platform/FileURL.h"
 #include "ports/linux/OpenFile.h"
 #include "ports/linux/SystemCalls.h"
@@ -34,6 +35,8 @@ class OpenFolder {
   SystemCalls& calls;
   OpenFile folder;
 };
+
+platform::FileVersion versionOf(const struct stat& found);
 
 /// Whether both are of one file.
 bool isSameFile(const struct stat& left, const struct stat& right);

@@ -22,6 +22,12 @@ ssize_t SystemCalls::write(int descriptor, const void* data, std::size_t size) {
 
 int SystemCalls::status(int descriptor, struct stat& result) { return ::fstat(descriptor, &result); }
 
+int SystemCalls::changeOwner(int descriptor, uid_t owner, gid_t group) {
+  return ::fchown(descriptor, owner, group);
+}
+
+int SystemCalls::changeMode(int descriptor, mode_t mode) { return ::fchmod(descriptor, mode); }
+
 int SystemCalls::flush(int descriptor) { return ::fsync(descriptor); }
 
 int SystemCalls::close(int descriptor) { return ::close(descriptor); }

@@ -20,6 +20,8 @@ class SystemCalls {
   virtual ssize_t read(int descriptor, void* buffer, std::size_t size);
   virtual ssize_t write(int descriptor, const void* data, std::size_t size);
   virtual int status(int descriptor, struct stat& result);
+  virtual int changeOwner(int descriptor, uid_t owner, gid_t group);
+  virtual int changeMode(int descriptor, mode_t mode);
   virtual int flush(int descriptor);
   virtual int close(int descriptor);
   /// The attributes (`STATX_ATTR_…`) of what is open.

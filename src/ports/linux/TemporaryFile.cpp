@@ -18,6 +18,7 @@ namespace sprig::ports {
 
 using platform::Error;
 using platform::FileURL;
+using platform::FileVersion;
 
 namespace {
 
@@ -78,6 +79,48 @@ std::optional<Error> TemporaryFile::publish(std::string_view name) {
   if (code == 0) return std::nullopt;
   return fileError(FileOperation::write, location.appendingPath(target), "moving the new file into place",
                    code);
+}
+
+std::optional<Error> TemporaryFile::takeRightsOf(const std::string& name) {
+  const auto target = folder.entry(name.c_str());
+  if (!target) return failed("asking for the rights of the file");
+  constexpr mode_t permissions = 07777;
+  calls->changeOwner(file->descriptor(), target->st_uid, target->st_gid);
+  if (calls->changeMode(file->descriptor(), target->st_mode & permissions) == 0) return std::nullopt;
+  return failed("giving the new file the rights of the old one");
+}
+
+std::optional<Error> TemporaryFile::replace(const std::string& name, const FileVersion& expected) {
+  const int code = hidden.empty() ? EPERM : takePlace(name.c_str(), expected);
+  if (code == 0) return std::nullopt;
+  return fileError(FileOperation::write, location.appendingPath(name), "moving the new file into place",
+                   code);
+}
+
+/// 0, or the reason. The files change places, so that what comes out can be looked at in peace.
+int TemporaryFile::takePlace(const char* target, const FileVersion& expected) {
+  if (!isInVersion(target, expected)) return ESTALE;
+  const auto own = folder.entry(hidden.c_str());
+  if (!own) return errno;
+  if (exchange(target) == 0) {
+    if (!isInVersion(hidden.c_str(), expected)) {
+      putBack(target, *own);
+      return ESTALE;
+    }
+    removeHidden();
+    return 0;
+  }
+  if (!meansNoSuchRename(errno)) return errno == ENOENT ? ESTALE : errno;
+  if (retrying([&] { return calls->renameAt(folder.descriptor(), hidden.c_str(), target, 0); }) == -1) {
+    return errno;
+  }
+  hidden.clear();
+  return 0;
+}
+
+bool TemporaryFile::isInVersion(const char* name, const FileVersion& expected) const {
+  const auto found = folder.entry(name);
+  return found && S_ISREG(found->st_mode) && versionOf(*found) == expected;
 }
 
 /// 0, or the reason; `EEXIST` when another name is to be chosen.

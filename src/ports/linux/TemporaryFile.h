@@ -38,11 +38,19 @@ class TemporaryFile final : public platform::UnpublishedFile {
 
   std::optional<platform::Error> publish(std::string_view name) override;
 
+  /// Gives the still empty file the mode of an existing one, and its owner where that is allowed.
+  std::optional<platform::Error> takeRightsOf(const std::string& name);
+
+  /// Takes the place of a regular file, once only; `ESTALE` if that one is in another version.
+  std::optional<platform::Error> replace(const std::string& name, const platform::FileVersion& expected);
+
  private:
   /// By which means the name is given, the next one where the file system doesn't have the one before.
   enum class Way { rename, link, lock };
 
   OpenFile createHidden();
+  int takePlace(const char* target, const platform::FileVersion& expected);
+  bool isInVersion(const char* name, const platform::FileVersion& expected) const;
   int giveName(const char* target);
   int giveNameWhileLocked(const char* target);
   int linkUnnamed(const char* target);

@@ -53,7 +53,7 @@ class TerminalPlatform {
   TerminalSystemLog systemLog;
   ports::MountedVolumes volumes;
   TerminalWorkspace workspace;
-  ports::CreationJournal creations{ports::CreationJournal::userFolder(files, process)};
+  ports::CreationJournal creations{files.stateDirectory()};
   TerminalSymbolImages images;
   TerminalApplication alerts;
   TerminalFinderSyncController target;

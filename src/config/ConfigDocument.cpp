@@ -1,0 +1,217 @@
+#include "config/ConfigDocument.h"
+
+#include <algorithm>
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+#include "config/ConfigDecoder.h"
+#include "config/ConfigEncoder.h"
+#include "config/ConfigFields.h"
+
+namespace sprig {
+
+namespace {
+
+/// Entries of the lists and objects of a configuration stand so deep.
+constexpr std::size_t depthOfTemplates = 2;
+constexpr std::size_t depthOfSettings = 2;
+
+}  // namespace
+
+/// A text between two states that are configurations.
+class ConfigDocument::Editor {
+ public:
+  explicit Editor(const ConfigDocument& source) : text(source.document), root(source.root) {}
+
+  const std::string& result() const { return text; }
+  const JsonValue& list() const { return root.find("templates")->value; }
+  const JsonValue& settings() const { return root.find("settings")->value; }
+
+  /// `object` finds the record's object in the text as it is then.
+  template <typename Record, typename Find>
+  void setRecord(Find object, const Record& current, const Record& wanted, std::size_t depth) {
+    forEachField<Record>([&](const auto& field) {
+      if (current.*field.member == wanted.*field.member) return;
+      setMember(object, field.key, current.*field.member, wanted.*field.member, depth);
+    });
+  }
+
+  void insert(const JsonValue& container, std::size_t index, std::size_t depth, const std::string& bytes) {
+    const auto& entries = container.entries;
+    if (entries.empty()) {
+      replace(container.begin + 1, container.end - 1, lineBreak(depth) + bytes + lineBreak(depth - 1));
+    } else if (index < entries.size()) {
+      const auto begin = entries[index].begin;
+      replace(begin, begin, bytes + "," + spaceBefore(container, index));
+    } else {
+      const auto end = entries.back().value.end;
+      replace(end, end, "," + spaceBefore(container, entries.size() - 1) + bytes);
+    }
+  }
+
+  void remove(const JsonValue& container, std::size_t index) {
+    const auto& entries = container.entries;
+    if (entries.size() == 1) {
+      replace(container.begin + 1, container.end - 1, "");
+    } else if (index + 1 < entries.size()) {
+      replace(entries[index].begin, entries[index + 1].begin, "");
+    } else {
+      replace(entries[index - 1].value.end, entries[index].value.end, "");
+    }
+  }
+
+  void move(const JsonValue& container, std::size_t from, std::size_t to) {
+    std::vector<std::size_t> order(container.entries.size());
+    for (std::size_t index = 0; index < order.size(); ++index) order[index] = index;
+    const auto at = [&](std::size_t index) { return order.begin() + static_cast<std::ptrdiff_t>(index); };
+    from < to ? std::rotate(at(from), at(from + 1), at(to + 1)) : std::rotate(at(to), at(from), at(from + 1));
+    const auto [first, last] = std::minmax(from, to);
+    std::string bytes;
+    for (auto index = first; index <= last; ++index) {
+      const auto& entry = container.entries[order[index]];
+      bytes += text.substr(entry.begin, entry.value.end - entry.begin);
+      if (index == last) break;
+      const auto end = container.entries[index].value.end;
+      bytes += text.substr(end, container.entries[index + 1].begin - end);
+    }
+    replace(container.entries[first].begin, container.entries[last].value.end, bytes);
+  }
+
+  /// That of the document, for a new entry of a container; all on one line if the others are.
+  JsonLayout layoutIn(const JsonValue& container, std::size_t depth) const {
+    JsonLayout layout = layoutOfDocument();
+    layout.depth = depth;
+    const bool isOnOneLine =
+        !container.entries.empty() && spaceBefore(container, 0).find('\n') == std::string::npos;
+    if (isOnOneLine) layout.lineEnd.clear();
+    return layout;
+  }
+
+ private:
+  template <typename Find, typename Value>
+  void setMember(Find object, const char* key, const std::optional<Value>& current,
+                 const std::optional<Value>& wanted, std::size_t depth) {
+    if (!wanted) return removeMember(object, key);
+    if (current) return setMember(object, key, *current, *wanted, depth);
+    writeMember(object, key, *wanted, depth);
+  }
+
+  template <typename Find, typename Value>
+  void setMember(Find object, const char* key, const Value& current, const Value& wanted, std::size_t depth) {
+    if constexpr (std::is_same_v<Value, TemplateScope>) {
+      const auto inner = [=]() -> const JsonValue& { return object().find(key)->value; };
+      setRecord(inner, current, wanted, depth + 1);
+    } else {
+      writeMember(object, key, wanted, depth);
+    }
+  }
+
+  template <typename Find, typename Value>
+  void writeMember(Find object, const char* key, const Value& value, std::size_t depth) {
+    const JsonValue& container = object();
+    const auto bytes = encodeValue(value, layoutIn(container, depth));
+    if (const auto* entry = container.find(key)) return replace(entry->value.begin, entry->value.end, bytes);
+    insert(container, container.entries.size(), depth, "\"" + std::string(key) + "\": " + bytes);
+  }
+
+  template <typename Find>
+  void removeMember(Find object, const char* key) {
+    while (const auto* entry = object().find(key)) {
+      remove(object(), static_cast<std::size_t>(entry - object().entries.data()));
+    }
+  }
+
+  void replace(std::size_t begin, std::size_t end, const std::string& bytes) {
+    text.replace(begin, end - begin, bytes);
+    root = indexJson(text);
+  }
+
+  /// What stands between an entry and the comma or bracket before it.
+  std::string spaceBefore(const JsonValue& container, std::size_t index) const {
+    const auto begin = container.entries[index].begin;
+    const auto after = index == 0 ? container.begin : text.rfind(',', begin - 1);
+    return text.substr(after + 1, begin - after - 1);
+  }
+
+  JsonLayout layoutOfDocument() const {
+    const auto space = spaceBefore(root, 0);
+    const auto end = space.rfind('\n');
+    if (end == std::string::npos) return {"", "", 0};
+    return {space.find('\r') == std::string::npos ? "\n" : "\r\n", space.substr(end + 1), 0};
+  }
+
+  std::string lineBreak(std::size_t depth) const {
+    auto layout = layoutOfDocument();
+    for (std::size_t level = 0; level < depth; ++level) layout.lineEnd += layout.indentation;
+    return layout.lineEnd;
+  }
+
+  std::string text;
+  JsonValue root;
+};
+
+ConfigDocument::ConfigDocument(std::string text)
+    : document(std::move(text)), decoded(decodeConfig(document)), root(indexJson(document)) {}
+
+void ConfigDocument::setTemplate(std::size_t index, const TemplateItem& wanted) {
+  Editor editor(*this);
+  const auto object = [&]() -> const JsonValue& { return editor.list().entries[index].value; };
+  editor.setRecord(object, decoded.templates[index], wanted, depthOfTemplates + 1);
+  *this = ConfigDocument(editor.result());
+}
+
+void ConfigDocument::insertTemplate(std::size_t index, const TemplateItem& item) {
+  Editor editor(*this);
+  const auto& list = editor.list();
+  editor.insert(list, index, depthOfTemplates, encodeValue(item, editor.layoutIn(list, depthOfTemplates)));
+  *this = ConfigDocument(editor.result());
+}
+
+TemplateKey ConfigDocument::keyOf(std::size_t index) const {
+  const auto& templates = decoded.templates;
+  const auto at = templates.begin() + static_cast<std::ptrdiff_t>(index);
+  const auto before =
+      std::count_if(templates.begin(), at, [&](const auto& item) { return item.id == at->id; });
+  return {at->id, static_cast<std::size_t>(before)};
+}
+
+std::optional<std::size_t> ConfigDocument::find(const TemplateKey& key) const {
+  auto left = key.occurrence;
+  for (std::size_t index = 0; index < decoded.templates.size(); ++index) {
+    if (decoded.templates[index].id == key.id && left-- == 0) return index;
+  }
+  return std::nullopt;
+}
+
+std::string ConfigDocument::textOf(std::size_t index) const {
+  const auto& value = root.find("templates")->value.entries[index].value;
+  return document.substr(value.begin, value.end - value.begin);
+}
+
+void ConfigDocument::insertText(std::size_t index, const std::string& text) {
+  Editor editor(*this);
+  editor.insert(editor.list(), index, depthOfTemplates, text);
+  *this = ConfigDocument(editor.result());
+}
+
+void ConfigDocument::removeTemplate(std::size_t index) {
+  Editor editor(*this);
+  editor.remove(editor.list(), index);
+  *this = ConfigDocument(editor.result());
+}
+
+void ConfigDocument::moveTemplate(std::size_t from, std::size_t to) {
+  Editor editor(*this);
+  editor.move(editor.list(), from, to);
+  *this = ConfigDocument(editor.result());
+}
+
+void ConfigDocument::setSettings(const AppSettingsItem& wanted) {
+  Editor editor(*this);
+  const auto object = [&]() -> const JsonValue& { return editor.settings(); };
+  editor.setRecord(object, decoded.settings, wanted, depthOfSettings);
+  *this = ConfigDocument(editor.result());
+}
+
+}  // namespace sprig

@@ -1,0 +1,190 @@
+#include "config/ConfigDocument.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+
+#include "config/ConfigDecoder.h"
+
+namespace sprig {
+namespace {
+
+/// A template in one line, its keys in no usual order and with one that is unknown.
+std::string oneLine(const std::string& id) {
+  return R"({"name":"\u004e)" + id + R"(", "id":")" + id +
+         R"(","extension" : ".x","filenamePattern":"p","x":[1,{}],)" +
+         R"("content":"c","icon":"s","category":"k","enabled":true,"favorite":false,"requiresInput":true,"isBuiltin":false})";
+}
+
+/// The same in many lines, indented by tabs, with one key twice.
+std::string manyLines(const std::string& id) {
+  return "{\r\n\t\t\t\"id\": \"" + id +
+         "\",\r\n\t\t\t\"name\": \"first\", \"name\": \"last\",\r\n\t\t\t\"extension\": \".x\", "
+         "\"filenamePattern\": \"p\", "
+         "\"content\": \"c\",\r\n\t\t\t\"contentBase64\": \"eA==\", \"icon\": \"s\", \"category\": \"k\", "
+         "\"enabled\": "
+         "true, \"favorite\": false,\r\n\t\t\t\"requiresInput\": true, \"isBuiltin\": "
+         "false,\r\n\t\t\t\"scope\": "
+         "{\"projectTypes\": [\"web\"], \"y\": 1}\r\n\t\t}";
+}
+
+const std::string compact =
+    R"({"version":1,"settings":{},"templates":[)" + oneLine("a") + "," + oneLine("b") + "]}";
+const std::string spacious =
+    "\xEF\xBB\xBF{\r\n\t\"version\": 1,\r\n\t\"$schema\": \"s\",\r\n\t\"settings\": {\"showInFinder\": "
+    "null, \"z\": 7},\r\n\t\"templates\": [\r\n\t\t" +
+    manyLines("a") + ",\r\n\t\t" + manyLines("b") + "\r\n\t]\r\n}\r\n";
+const std::string empty = "{\n  \"version\": 1, \"settings\": { },\n  \"templates\": []\n}";
+
+std::string replaced(std::string text, const std::string& old, const std::string& wanted) {
+  const auto found = text.find(old);
+  EXPECT_NE(found, std::string::npos) << old;
+  return text.replace(found, old.size(), wanted);
+}
+
+TEST(ConfigDocument, ChangesOnlyTheBytesOfAnEdit) {
+  struct Row {
+    std::string before;
+    std::function<void(ConfigDocument&)> edit;
+    std::string after;
+  };
+  const auto change = [](std::size_t index, auto what) {
+    return [=](ConfigDocument& document) {
+      auto item = document.config().templates[index];
+      what(item);
+      document.setTemplate(index, item);
+    };
+  };
+  const auto settings = [](auto what) {
+    return [=](ConfigDocument& document) {
+      auto wanted = document.config().settings;
+      what(wanted);
+      document.setSettings(wanted);
+    };
+  };
+  const Row rows[] = {
+      {compact, [](ConfigDocument& it) { it.setTemplate(1, it.config().templates[1]); }, compact},
+      {compact, change(0, [](TemplateItem& it) { it.name = "ü\"\n"; }),
+       replaced(compact, R"("\u004ea")", R"("ü\"\n")")},
+      {compact, change(1, [](TemplateItem& it) { it.contentBase64 = "eA=="; }),
+       replaced(compact, "false}]", R"(false,"contentBase64": "eA=="}])")},
+      {spacious, change(0, [](TemplateItem& it) { it.name = "new"; }),
+       replaced(spacious, R"("last")", R"("new")")},
+      {spacious, change(0, [](TemplateItem& it) { it.contentBase64.reset(); }),
+       replaced(spacious, R"("contentBase64": "eA==", )", "")},
+      {spacious, change(0, [](TemplateItem& it) { it.scope->projectTypes.reset(); }),
+       replaced(spacious, R"("projectTypes": ["web"], )", "")},
+      {spacious, change(1, [](TemplateItem& it) { it.scope.reset(); }),
+       spacious.substr(0, spacious.rfind(",\r\n\t\t\t\"scope\"")) + "\r\n\t\t}\r\n\t]\r\n}\r\n"},
+      {spacious, settings([](AppSettingsItem& it) { it.showInFinder = false; }),
+       replaced(spacious, "null", "false")},
+      {empty, settings([](AppSettingsItem& it) { it.maxVisibleTemplates = -1; }),
+       replaced(empty, "{ }", "{\n    \"maxVisibleTemplates\": -1\n  }")},
+      {compact, [](ConfigDocument& it) { it.removeTemplate(0); }, replaced(compact, oneLine("a") + ",", "")},
+      {spacious, [](ConfigDocument& it) { it.removeTemplate(1); },
+       replaced(spacious, ",\r\n\t\t" + manyLines("b"), "")},
+      {spacious, [](ConfigDocument& it) { it.moveTemplate(0, 1); },
+       replaced(spacious, manyLines("a") + ",\r\n\t\t" + manyLines("b"),
+                manyLines("b") + ",\r\n\t\t" + manyLines("a"))},
+      {compact, [](ConfigDocument& it) { it.insertTemplate(0, decodeConfig(compact).templates[1]); },
+       replaced(compact, "[{",
+                R"([{"id": "b", "name": "Nb", "extension": ".x", "filenamePattern": "p", "content": "c", )"
+                R"("icon": "s", "category": "k", "enabled": true, "favorite": false, )"
+                R"("requiresInput": true, "isBuiltin": false},{)")},
+      {empty, [](ConfigDocument& it) { it.insertTemplate(0, decodeConfig(compact).templates[0]); },
+       replaced(empty, "[]",
+                "[\n    {\n      \"id\": \"a\",\n      \"name\": \"Na\",\n      \"extension\": \".x\",\n"
+                "      \"filenamePattern\": \"p\",\n      \"content\": \"c\",\n      \"icon\": \"s\",\n"
+                "      \"category\": \"k\",\n      \"enabled\": true,\n      \"favorite\": false,\n"
+                "      \"requiresInput\": true,\n      \"isBuiltin\": false\n    }\n  ]")},
+  };
+  for (const auto& row : rows) {
+    ConfigDocument document(row.before);
+    row.edit(document);
+    EXPECT_EQ(document.text(), row.after);
+  }
+}
+
+/// Edits a document and the records side by side, at random.
+class RandomEdits {
+ public:
+  explicit RandomEdits(const std::string& text) : document(text), records(document.config()) {}
+
+  void edit() {
+    auto& templates = records.templates;
+    const auto at = templates.empty() ? 0 : below(templates.size());
+    const auto position = [&](std::size_t index) {
+      return templates.begin() + static_cast<std::ptrdiff_t>(index);
+    };
+    switch (templates.size() < 2 ? 0 : below(4)) {
+      case 0:
+        document.insertTemplate(at, randomTemplate());
+        templates.insert(position(at), last);
+        break;
+      case 1:
+        document.removeTemplate(at);
+        templates.erase(position(at));
+        break;
+      case 2: {
+        const auto to = below(templates.size());
+        document.moveTemplate(at, to);
+        const auto moved = templates[at];
+        templates.erase(position(at));
+        templates.insert(position(to), moved);
+        break;
+      }
+      default:
+        document.setTemplate(at, templates[at] = randomTemplate());
+        document.setSettings(
+            records.settings = {.showInFinder = coin() ? std::optional(coin()) : std::nullopt,
+                                .defaultBehavior = last.contentBase64});
+    }
+  }
+
+  ConfigDocument document;
+  AppConfigItem records;
+
+ private:
+  std::size_t below(std::size_t end) {
+    return std::uniform_int_distribution<std::size_t>(0, end - 1)(random);
+  }
+  bool coin() { return below(2) == 0; }
+  const TemplateItem& randomTemplate() {
+    for (auto* text : {&last.id, &last.name, &last.content})
+      *text = std::string(below(4), "\"\\ n"[below(4)]);
+    last.enabled = coin();
+    last.contentBase64 = coin() ? std::optional(last.name) : std::nullopt;
+    last.scope = coin()   ? std::optional<TemplateScope>({{{last.id}}})
+                 : coin() ? std::optional<TemplateScope>({})
+                          : std::nullopt;
+    return last;
+  }
+
+  std::mt19937 random{7};
+  TemplateItem last;
+};
+
+TEST(ConfigDocument, HoldsAfterAnyEditsWhatTheRecordsHold) {
+  for (const auto& text : {compact, spacious, empty}) {
+    RandomEdits pair(text);
+    for (int round = 0; round < 300; ++round) {
+      pair.edit();
+      ASSERT_EQ(pair.document.config(), pair.records) << pair.document.text();
+    }
+    EXPECT_EQ(pair.document.text().find("$schema") == std::string::npos,
+              text.find("$schema") == std::string::npos);
+  }
+}
+
+TEST(ConfigDocument, RefusesWhatIsNoConfigurationAndStaysAsItWas) {
+  EXPECT_THROW(ConfigDocument("{}"), DecodingError);
+  ConfigDocument document(compact);
+  auto item = document.config().templates[0];
+  item.name = "\xFF";
+  EXPECT_THROW(document.setTemplate(0, item), DecodingError);
+  EXPECT_EQ(document.text(), compact);
+}
+
+}  // namespace
+}  // namespace sprig
