@@ -53,7 +53,7 @@ _sprig() {
     if [[ $previous == --in ]]; then
       _sprig_offer_paths -d
     elif [[ $cur == -* ]]; then
-      _sprig_offer_words "--in $common"
+      _sprig_offer_words "--in --dry-run $common"
     elif ((operands == 0)); then
       _sprig_offer_titles < <("${words[0]}" list --titles 2>/dev/null)
     fi
@@ -61,6 +61,16 @@ _sprig() {
     if [[ $cur == -* ]]; then _sprig_offer_words "--json --titles $common"; else _sprig_offer_paths -d; fi
   elif [[ $last -gt 1 && $command == detect ]]; then
     if [[ $cur == -* ]]; then _sprig_offer_words "$common"; else _sprig_offer_paths -d; fi
+  elif [[ $last -gt 1 && $command == template ]]; then
+    if ((operands == 0)) && [[ $cur != -* ]]; then
+      _sprig_offer_words 'list show add edit enable disable move remove'
+    elif [[ ${words[2]} == add && $cur == -* ]]; then
+      _sprig_offer_words "--name $common"
+    elif [[ ${words[2]} == add ]]; then
+      _sprig_offer_paths -f
+    elif [[ ${words[2]} != list ]]; then
+      _sprig_offer_titles < <("${words[0]}" template list --titles 2>/dev/null)
+    fi
   elif [[ $last -gt 1 && $command == undo ]]; then
     _sprig_offer_words "--list $common"
   elif [[ $last -gt 1 && $command == config ]]; then
@@ -76,7 +86,7 @@ _sprig() {
   else
     _sprig_offer_paths -f
     local word
-    ((last == 1)) && for word in list new detect config undo; do
+    ((last == 1)) && for word in list new detect config template undo; do
       [[ $word == "$cur"* ]] && COMPREPLY+=("$word")
     done
   fi

@@ -34,6 +34,7 @@ complete -c sprig -n $first -a list -d 'Show what the menu holds'
 complete -c sprig -n $first -a new -d 'Create a file without questions'
 complete -c sprig -n $first -a detect -d 'Show the project types of a folder'
 complete -c sprig -n $first -a config -d 'Find, write or check the configuration file'
+complete -c sprig -n $first -a template -d 'Show and change the templates'
 complete -c sprig -n $first -a undo -d 'Take the newest file back'
 complete -c sprig -n $first -l version -d 'Show the version'
 complete -c sprig -s v -l verbose -d 'Show log lines on standard error as well'
@@ -45,9 +46,16 @@ complete -c sprig -n '__sprig_command list; or __sprig_command detect' -f -a '(_
 
 complete -c sprig -n '__sprig_command new' -f
 complete -c sprig -n '__sprig_command new' -x -l in -d 'Where the file goes' -a '(__fish_complete_directories)'
+complete -c sprig -n '__sprig_command new' -l dry-run -d 'Only print the path'
 complete -c sprig -n '__sprig_command new; and __sprig_operands 0' -f -a '(sprig list --titles 2>/dev/null)'
 
 complete -c sprig -n '__sprig_command config; and __sprig_operands 0' -f -a 'path init check'
 complete -c sprig -n '__sprig_command config; and not __sprig_operands 0; and not __fish_seen_subcommand_from check' -f
+
+set -l tasks list show add edit enable disable move remove
+complete -c sprig -n '__sprig_command template; and __sprig_operands 0' -f -a "$tasks"
+complete -c sprig -n '__sprig_command template; and not __sprig_operands 0; and not __fish_seen_subcommand_from add' \
+    -f -a '(sprig template list --titles 2>/dev/null)'
+complete -c sprig -n '__sprig_command template; and __fish_seen_subcommand_from add' -x -l name -d 'What it is called'
 
 complete -c sprig -n '__sprig_command undo' -f -l list -d 'Show what can be undone'

@@ -170,7 +170,10 @@ DecodingError::DecodingError(TextPosition position, const std::string& problem)
                          std::to_string(position.column) + ": " + problem),
       place(position) {}
 
-AppConfigItem decodeConfig(std::string_view document) {
+namespace {
+
+template <typename Record>
+Record decodeDocument(std::string_view document) {
   document = withoutByteOrderMark(document);
   // The values are dropped as a whole once the records hold what they need.
   json::monotonic_resource memory(std::max<std::size_t>(document.size(), 4096));
@@ -190,13 +193,19 @@ AppConfigItem decodeConfig(std::string_view document) {
   }
 
   const json::value root = parser.release();
-  AppConfigItem config;
+  Record record;
   try {
-    decode(root, Path{}, config);
+    decode(root, Path{}, record);
   } catch (const ValueError& fault) {
     throw DecodingError(positionIn(document, offsetInJson(document, fault.place)), fault.problem);
   }
-  return config;
+  return record;
 }
+
+}  // namespace
+
+AppConfigItem decodeConfig(std::string_view document) { return decodeDocument<AppConfigItem>(document); }
+
+TemplateItem decodeTemplate(std::string_view document) { return decodeDocument<TemplateItem>(document); }
 
 }  // namespace sprig

@@ -29,6 +29,9 @@ class DecodingError : public std::runtime_error {
 /// Threads: any. Failure: throws `DecodingError`.
 AppConfigItem decodeConfig(std::string_view document);
 
+/// Reads a document that is one template, by the same rules.
+TemplateItem decodeTemplate(std::string_view document);
+
 /// How deep a document may nest; its known keys need five levels.
 inline constexpr std::size_t maximumNesting = 128;
 

@@ -195,6 +195,12 @@ void ConfigDocument::insertText(std::size_t index, const std::string& text) {
   *this = ConfigDocument(editor.result());
 }
 
+void ConfigDocument::setText(std::size_t index, const std::string& text) {
+  const auto& value = root.find("templates")->value.entries[index].value;
+  auto edited = document;
+  *this = ConfigDocument(edited.replace(value.begin, value.end - value.begin, text));
+}
+
 void ConfigDocument::removeTemplate(std::size_t index) {
   Editor editor(*this);
   editor.remove(editor.list(), index);

@@ -40,6 +40,7 @@ class ConfigDocument {
   /// With its unknown keys and its layout, to bring back what was removed or to have it twice.
   std::string textOf(std::size_t index) const;
   void insertText(std::size_t index, const std::string& text);
+  void setText(std::size_t index, const std::string& text);
   void removeTemplate(std::size_t index);
   /// Afterwards the template is at `to`; those between have moved by one.
   void moveTemplate(std::size_t from, std::size_t to);

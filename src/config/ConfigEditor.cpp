@@ -91,6 +91,10 @@ tl::expected<ConfigDocument, ConfigEditError> ConfigEditor::changed(const std::o
   return std::move(*document);
 }
 
+tl::expected<ConfigDocument, ConfigEditError> ConfigEditor::document() {
+  return read().and_then([](const Found& found) { return changed(found.text, [](ConfigDocument&) {}); });
+}
+
 tl::expected<ConfigDocument, ConfigEditError> ConfigEditor::update(const Change& change) {
   // Without the lock it goes, too: what comes in between is noticed, only on some file systems not always.
   const auto lock = files().lockFile(stateFile(lockName));

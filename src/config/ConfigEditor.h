@@ -54,6 +54,9 @@ class ConfigEditor {
   /// The document as it has been written; or as it is now, if nothing was to be changed.
   tl::expected<ConfigDocument, ConfigEditError> update(const Change& change);
 
+  /// The document in force as it is now; with the built-in templates where there is none.
+  static tl::expected<ConfigDocument, ConfigEditError> document();
+
   /// The text of the document in force, whether or not it is a configuration; absent where there is none.
   static tl::expected<std::optional<std::string>, ConfigEditError> text();
 

@@ -49,4 +49,20 @@ std::optional<std::string> decodeBase64(std::string_view text) {
   return bytes;
 }
 
+std::string encodeBase64(std::string_view bytes) {
+  std::string text;
+  text.reserve((bytes.size() + 2) / 3 * 4);
+  for (std::size_t begin = 0; begin < bytes.size(); begin += 3) {
+    const auto group = bytes.substr(begin, 3);
+    std::uint32_t bits = 0;
+    for (std::size_t index = 0; index < 3; ++index) {
+      bits = bits << 8 | (index < group.size() ? static_cast<unsigned char>(group[index]) : 0U);
+    }
+    for (std::size_t digit = 0; digit < 4; ++digit) {
+      text += digit <= group.size() ? alphabet[bits >> (18 - 6 * digit) & 0x3F] : '=';
+    }
+  }
+  return text;
+}
+
 }  // namespace sprig

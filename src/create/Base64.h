@@ -12,4 +12,9 @@ namespace sprig {
 /// Threads: any.
 std::optional<std::string> decodeBase64(std::string_view text);
 
+/// Encodes as standard Base64 with padding, on one line.
+///
+/// Threads: any.
+std::string encodeBase64(std::string_view bytes);
+
 }  // namespace sprig

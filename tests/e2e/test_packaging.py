@@ -34,6 +34,10 @@ COMPLETED = {
     "sprig undo --l": ["undo", "--list"],
     "sprig config check conf": ["config", "check", "config file.json"],
     "sprig list --js": ["list", "--json"],
+    "sprig templ": ["template"],
+    "sprig template mo": ["template", "move"],
+    "sprig template disable Report Meet": ["template", "disable", "Report", "Meeting Notes"],
+    "sprig template add conf": ["template", "add", "config file.json"],
     "sprig detect fold": ["detect", "folder of mine"],
     "sprig conte": ["contents.txt"],
 }
@@ -43,7 +47,7 @@ def install_spy(home):
     """A stand-in for the program that answers the completions, and else prints its arguments."""
     (home.path / "bin").mkdir()
     spy = home.path / "bin/sprig"
-    spy.write_text(f'#!/bin/sh\n[ "$*" = "list --titles" ] && exec "{home.program}" list --titles\n'
+    spy.write_text(f'#!/bin/sh\ncase $* in *--titles) exec "{home.program}" "$@";; esac\n'
                    'for argument; do echo "<$argument>"; done; echo done.\n')
     spy.chmod(0o755)
     return f"{spy.parent}:{home.environment['PATH']}"
@@ -76,7 +80,7 @@ def test_the_manual_page_is_well_formed_and_names_every_option_of_the_help(home)
     assert (lint.returncode, lint.stdout) == (0, "")
     manual = subprocess.run(["mandoc", "-T", "utf8", MANUAL], text=True, capture_output=True).stdout
     manual = re.sub(".\b", "", manual)
-    for command in ([], ["list"], ["new"], ["detect"], ["config"], ["undo"]):
+    for command in ([], ["list"], ["new"], ["detect"], ["config"], ["template"], ["undo"]):
         help_text = home.run(*command, "--help").stdout
         for option in set(re.findall(r"--[a-z]+", help_text)):
             assert option in manual, option

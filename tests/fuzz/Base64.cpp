@@ -12,19 +12,6 @@ namespace {
 
 constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-/// The digits of whole bytes, without padding.
-std::string encoded(std::string_view bytes) {
-  std::string text;
-  unsigned bits = 0;
-  int count = 0;
-  for (const char byte : bytes) {
-    bits = (bits << 8 | static_cast<unsigned char>(byte)) & 0xFFFFU;
-    for (count += 8; count >= 6; count -= 6) text += alphabet[bits >> (count - 6) & 63U];
-  }
-  if (count > 0) text += alphabet[bits << (6 - count) & 63U];
-  return text;
-}
-
 }  // namespace
 
 void tryBase64(std::string_view input) {
@@ -36,7 +23,9 @@ void tryBase64(std::string_view input) {
   if (!bytes) return;
   check(bytes->size() == digits.size() * 6 / 8, "every digit counts");
   // The last digit of a padded group has bits that stand for nothing.
-  auto again = encoded(*bytes);
+  auto again = encodeBase64(*bytes);
+  check(again.size() % 4 == 0, "groups are whole");
+  std::erase(again, '=');
   if (digits.size() % 4 != 0) {
     again.pop_back();
     digits.pop_back();

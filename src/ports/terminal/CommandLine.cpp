@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <iterator>
 #include <limits>
 
 #include "ports/terminal/CommandArguments.h"
@@ -42,13 +44,16 @@ Request readList(CommandArguments& arguments, Arguments list) {
 
 Request readNew(CommandArguments& arguments, Arguments list) {
   NewRequest request;
+  bool isDryRun = false;
   arguments.addOption("--in", request.folder);
+  arguments.addFlag("--dry-run", isDryRun);
   arguments.parse(std::move(list));
   if (arguments.wantsHelp()) return request;
   if (!arguments.operand(0)) throw UsageError("which template? “sprig list” shows them");
   request.templateName = arguments.operands(1, 2).front();
   request.name = arguments.operand(1);
   if (request.folder == "") throw UsageError("--in needs a folder");
+  if (isDryRun) request.mode = CreationMode::dryRun;
   return request;
 }
 
@@ -71,6 +76,60 @@ Request readConfig(CommandArguments& arguments, Arguments list) {
   return ConfigRequest{task == "path" ? ConfigTask::path : ConfigTask::init, std::nullopt};
 }
 
+struct TemplateTaskName {
+  std::string_view name;
+  TemplateTask task;
+  std::size_t fewestOperands;
+  std::size_t mostOperands;
+};
+
+constexpr TemplateTaskName templateTasks[] = {
+    {"list", TemplateTask::list, 0, 0},
+    {"show", TemplateTask::show, 1, 1},
+    {"add", TemplateTask::add, 1, 1},
+    {"edit", TemplateTask::edit, 1, 1},
+    {"enable", TemplateTask::enable, 1, anyNumber - 1},
+    {"disable", TemplateTask::disable, 1, anyNumber - 1},
+    {"move", TemplateTask::move, 2, 2},
+    {"remove", TemplateTask::remove, 1, anyNumber - 1},
+};
+
+std::size_t positionIn(const std::string& text) {
+  std::size_t position = 0;
+  const auto* end = text.data() + text.size();
+  const auto [rest, failure] = std::from_chars(text.data(), end, position);
+  if (failure != std::errc() || rest != end || position == 0) {
+    throw UsageError("“" + text + "” is no position; 1 is the first");
+  }
+  return position;
+}
+
+Request readTemplate(CommandArguments& arguments, Arguments list) {
+  TemplateRequest request;
+  bool titles = false;
+  arguments.addOption("--name", request.name);
+  arguments.addFlag("--titles", titles);
+  arguments.parse(std::move(list));
+  if (arguments.wantsHelp()) return request;
+  const auto word = arguments.operand(0).value_or("list");
+  const auto* found = std::find_if(std::begin(templateTasks), std::end(templateTasks),
+                                   [&](const auto& task) { return task.name == word; });
+  if (found == std::end(templateTasks)) {
+    throw UsageError("template needs one of: list, show, add, edit, enable, disable, move, remove");
+  }
+  request.task = found->task;
+  if (request.name && request.task != TemplateTask::add) throw UsageError("--name is for “template add”");
+  if (titles && request.task != TemplateTask::list) throw UsageError("--titles is for “template list”");
+  if (titles) request.format = ListFormat::titles;
+  if (!arguments.operand(0)) return request;
+  request.operands = arguments.operands(1 + found->fewestOperands, 1 + found->mostOperands);
+  request.operands.erase(request.operands.begin());
+  if (request.task != TemplateTask::move) return request;
+  request.position = positionIn(request.operands.back());
+  request.operands.pop_back();
+  return request;
+}
+
 Request readUndo(CommandArguments& arguments, Arguments list) {
   bool isListing = false;
   arguments.addFlag("--list", isListing);
@@ -80,11 +139,12 @@ Request readUndo(CommandArguments& arguments, Arguments list) {
 }
 
 constexpr Command browse{"", browseHelp, readBrowse};
-constexpr std::array<Command, 5> commands{{
+constexpr std::array<Command, 6> commands{{
     {"list", listHelp, readList},
     {"new", newHelp, readNew},
     {"detect", detectHelp, readDetect},
     {"config", configHelp, readConfig},
+    {"template", templateHelp, readTemplate},
     {"undo", undoHelp, readUndo},
 }};
 

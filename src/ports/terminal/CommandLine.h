@@ -23,11 +23,14 @@ struct ListRequest {
   std::optional<std::string> folder;
 };
 
+enum class CreationMode { create, dryRun };
+
 /// `sprig new`
 struct NewRequest {
   std::string templateName;
   std::optional<std::string> name;
   std::optional<std::string> folder;
+  CreationMode mode = CreationMode::create;
 };
 
 /// `sprig detect`
@@ -41,6 +44,20 @@ enum class ConfigTask { path, init, check };
 struct ConfigRequest {
   ConfigTask task = ConfigTask::path;
   std::optional<std::string> file;
+};
+
+enum class TemplateTask { list, show, add, edit, enable, disable, move, remove };
+
+/// `sprig template`
+struct TemplateRequest {
+  TemplateTask task = TemplateTask::list;
+  /// The names or ids of templates, or the file to add.
+  std::vector<std::string> operands;
+  ListFormat format = ListFormat::people;
+  /// What an added template is to be called.
+  std::optional<std::string> name;
+  /// Where a template is moved to, counted from 1.
+  std::size_t position = 1;
 };
 
 enum class UndoTask { undo, list };
@@ -58,7 +75,8 @@ struct TextRequest {
 /// What the user wants.
 struct CommandLine {
   Logging logging = Logging::quiet;
-  std::variant<BrowseRequest, ListRequest, NewRequest, DetectRequest, ConfigRequest, UndoRequest, TextRequest>
+  std::variant<BrowseRequest, ListRequest, NewRequest, DetectRequest, ConfigRequest, TemplateRequest,
+               UndoRequest, TextRequest>
       request;
 };
 

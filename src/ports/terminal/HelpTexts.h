@@ -13,6 +13,7 @@ Usage:
   sprig new TEMPLATE [NAME] [--in FOLDER]  create a file without questions
   sprig detect [FOLDER]                    the project types of a folder
   sprig config path | init | check [FILE]  the configuration file
+  sprig template list | show | add | ...   the templates in it
   sprig undo [--list]                      take the newest file back
 
 Options:
@@ -49,7 +50,7 @@ Examples:
   sprig list --json | jq -r '.items[].title'
 )help";
 
-inline constexpr const char* newHelp = R"help(Usage: sprig new TEMPLATE [NAME] [--in FOLDER]
+inline constexpr const char* newHelp = R"help(Usage: sprig new TEMPLATE [NAME] [--in FOLDER] [--dry-run]
 
 Creates a file from TEMPLATE (an id or a name) without asking. The file is
 called NAME, completed with the template's extension; without NAME, as the
@@ -57,6 +58,7 @@ template suggests. A taken name gets a number. Prints the file's path.
 
 Options:
       --in FOLDER  where the file goes (default: the current folder)
+      --dry-run    only print the path that the file would have
       --           what follows are names, even if they begin with "-"
   -v, --verbose    show log lines on standard error as well
   -h, --help       this text
@@ -99,6 +101,39 @@ Options:
 Examples:
   $EDITOR "$(sprig config init)"
   sprig config check && sprig list
+)help";
+
+inline constexpr const char* templateHelp = R"help(Usage: sprig template [list] [--titles]
+       sprig template show | edit TEMPLATE
+       sprig template add FILE [--name NAME]
+       sprig template enable | disable | remove TEMPLATE...
+       sprig template move TEMPLATE POSITION
+
+Shows and changes the templates in the configuration file, disabled ones
+included. TEMPLATE is an id or a name. Everything else in the file stays as it
+is written there; the menus of file managers follow at once.
+
+  list     the names of all templates with their ids, in the menu's order
+  show     TEMPLATE as it stands in the file
+  add      a new template, at the end, whose files are copies of FILE; prints
+           its id
+  edit     TEMPLATE as text, in $VISUAL or $EDITOR; checked before it is saved
+  enable   puts templates into the menu
+  disable  keeps them out of it
+  move     TEMPLATE to POSITION among all templates, 1 being the first
+  remove   takes templates out of the file
+
+Options:
+      --name NAME  what the new template is called (default: as FILE is)
+      --titles     list only the names, one a line
+  -v, --verbose    show log lines on standard error as well
+  -h, --help       this text
+
+The five last documents that were changed are kept in ~/.local/state/sprig.
+
+Examples:
+  sprig template add ~/Letterhead.odt --name Letter
+  sprig template disable 'Excel Spreadsheet' 'Word Document'
 )help";
 
 inline constexpr const char* undoHelp = R"help(Usage: sprig undo

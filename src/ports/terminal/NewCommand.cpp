@@ -1,10 +1,12 @@
 #include "ports/terminal/NewCommand.h"
 
 #include "config/ConfigManager.h"
+#include "engine/TemplateEngine.h"
 #include "finder/ContextMenu.h"
 #include "finder/TemplateAction.h"
 #include "finder/TemplateCategories.h"
 #include "ports/terminal/BrokenConfig.h"
+#include "ports/terminal/DataOutput.h"
 #include "ports/terminal/FolderArgument.h"
 #include "ports/terminal/NearestNames.h"
 #include "text/Text.h"
@@ -41,9 +43,21 @@ ExitStatus NewCommand::run() {
     complainAboutTemplate();
     return ExitStatus::wrongUse;
   }
+  if (request.mode == CreationMode::dryRun) {
+    return plan(*findTemplate(*item, state, ConfigManager::shared().getConfig()), *folder);
+  }
   terminal.application().setQuestions(Questions::confirm);
   static_cast<void>(performTemplateAction(*item, state, request.name));
   return terminal.outcomeOfPick();
+}
+
+ExitStatus NewCommand::plan(const TemplateItem& item, const platform::FileURL& folder) const {
+  const auto folderName = folder.lastPathComponent();
+  const auto name = TemplateEngine::render(item, request.name, folderName, folderName).filename;
+  const auto file = folder.appendingPathComponent(TemplateEngine::resolveCollision(folder, name));
+  if (file) return printData(file->path() + "\n", terminal.screen());
+  terminal.screen().complain("a file can’t be called “" + name + "”");
+  return ExitStatus::failed;
 }
 
 /// An entry as if it had been picked; nothing when no template is called so. Spaces around a name don't

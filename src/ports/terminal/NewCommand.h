@@ -2,7 +2,9 @@
 
 #include <optional>
 
+#include "config/AppConfigItem.h"
 #include "finder/MenuState.h"
+#include "platform/FileURL.h"
 #include "platform/Menu.h"
 #include "ports/terminal/CommandLine.h"
 #include "ports/terminal/ExitStatus.h"
@@ -18,6 +20,8 @@ class NewCommand {
   ExitStatus run();
 
  private:
+  /// Tells what would be created.
+  ExitStatus plan(const TemplateItem& item, const platform::FileURL& folder) const;
   std::optional<platform::MenuItem> picked(const MenuState& state) const;
   void complainAboutTemplate() const;
 

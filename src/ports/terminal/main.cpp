@@ -14,6 +14,7 @@
 #include "ports/terminal/NewCommand.h"
 #include "ports/terminal/Screen.h"
 #include "ports/terminal/StandardStreams.h"
+#include "ports/terminal/TemplateCommand.h"
 #include "ports/terminal/TerminalPlatform.h"
 #include "ports/terminal/UndoCommand.h"
 
@@ -31,6 +32,7 @@ class Runner {
   ExitStatus operator()(const NewRequest& request) { return NewCommand(platform, request).run(); }
   ExitStatus operator()(const DetectRequest& request) { return DetectCommand(platform, request).run(); }
   ExitStatus operator()(const ConfigRequest& request) { return ConfigCommand(platform, request).run(); }
+  ExitStatus operator()(const TemplateRequest& request) { return TemplateCommand(platform, request).run(); }
   ExitStatus operator()(const UndoRequest& request) { return UndoCommand(platform, request).run(); }
   ExitStatus operator()(const TextRequest& request) { return printData(request.text, platform.screen()); }
 

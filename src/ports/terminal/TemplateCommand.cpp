@@ -1,0 +1,227 @@
+#include "ports/terminal/TemplateCommand.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "config/ConfigDecoder.h"
+#include "import/templateFromFile.h"
+#include "ports/terminal/DataOutput.h"
+#include "ports/terminal/FolderArgument.h"
+#include "ports/terminal/TemplateTextEdit.h"
+#include "text/Text.h"
+
+namespace sprig::terminal {
+
+namespace {
+
+constexpr std::size_t widestName = 40;
+constexpr std::size_t gap = 2;
+
+/// No template, or more than one, is called as the user said.
+class NamingError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The template with that id, or else with that name.
+std::size_t indexOf(const AppConfigItem& config, const std::string& called) {
+  const auto wanted = text::trimHorizontalWhitespace(called);
+  std::vector<std::size_t> found;
+  for (const auto field : {&TemplateItem::id, &TemplateItem::name}) {
+    for (std::size_t index = 0; index < config.templates.size() && found.size() < 2; ++index) {
+      const auto& value = config.templates[index].*field;
+      if (text::isEqual(text::trimHorizontalWhitespace(value), wanted)) found.push_back(index);
+    }
+    if (!found.empty()) break;
+  }
+  if (found.empty()) {
+    throw NamingError("no template is called “" + called + "”; “sprig template list” shows them all");
+  }
+  if (found.size() > 1) {
+    throw NamingError("several templates are called “" + called + "”; “sprig template list” shows their ids");
+  }
+  return found.front();
+}
+
+/// One a line, those of several lines left out.
+std::string titlesIn(const AppConfigItem& config) {
+  std::string result;
+  for (const auto& item : config.templates) {
+    if (item.name.find('\n') == std::string::npos) result += item.name + "\n";
+  }
+  return result;
+}
+
+/// The white space before the last line, if that stands before all lines but the first.
+std::string indentationOf(const std::string& text) {
+  const auto last = text.rfind('\n');
+  if (last == std::string::npos) return {};
+  const auto end = std::min(text.find_first_not_of(" \t", last + 1), text.size());
+  auto indentation = text.substr(last + 1, end - last - 1);
+  for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
+    if (text.compare(at + 1, indentation.size(), indentation) != 0) return {};
+  }
+  return indentation;
+}
+
+/// With `now` instead of `before` at the beginning of each line but the first. In a template's text all line
+/// breaks are layout.
+std::string reindented(const std::string& text, std::string_view before, std::string_view now) {
+  std::string result;
+  std::size_t begin = 0;
+  for (auto end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin)) {
+    result.append(text, begin, end + 1 - begin).append(now);
+    begin = end + 1 + before.size();
+  }
+  return result.append(text, begin);
+}
+
+/// What is wrong with the text of a template; empty if nothing is.
+std::string problemOf(const std::string& text) {
+  try {
+    static_cast<void>(decodeTemplate(text));
+    return "";
+  } catch (const DecodingError& error) {
+    return error.what();
+  }
+}
+
+}  // namespace
+
+ExitStatus TemplateCommand::run() {
+  try {
+    switch (request.task) {
+      case TemplateTask::list:
+        return list();
+      case TemplateTask::show:
+        return show();
+      case TemplateTask::add:
+        return add();
+      case TemplateTask::edit:
+        return edit();
+      default:
+        return change();
+    }
+  } catch (const NamingError& error) {
+    return refuse(error.what(), ExitStatus::wrongUse);
+  }
+}
+
+ExitStatus TemplateCommand::list() const {
+  const auto document = ConfigEditor::document();
+  if (!document) return outcomeOf(document);
+  const auto& config = document->config();
+  const auto text = request.format == ListFormat::titles ? titlesIn(config) : listing(config);
+  return printData(text, terminal.screen());
+}
+
+ExitStatus TemplateCommand::show() const {
+  const auto document = ConfigEditor::document();
+  if (!document) return outcomeOf(document);
+  const auto index = indexOf(document->config(), request.operands.front());
+  const auto text = document->textOf(index);
+  return printData(reindented(text, indentationOf(text), "") + "\n", terminal.screen());
+}
+
+ExitStatus TemplateCommand::add() const {
+  const auto file = existingItem(request.operands.front(), terminal.screen());
+  if (!file) return file.error();
+  auto item = templateFromFile(*file);
+  if (!item) return refuse(item.error().description);
+  if (request.name) item->name = *request.name;
+  const auto result = ConfigEditor().update([&](ConfigDocument& document) {
+    item->id = newTemplateId(document.config(), item->name);
+    document.insertTemplate(document.config().templates.size(), *item);
+  });
+  const auto status = outcomeOf(result);
+  return status == ExitStatus::success ? printData(item->id + "\n", terminal.screen()) : status;
+}
+
+ExitStatus TemplateCommand::edit() const {
+  const auto document = ConfigEditor::document();
+  if (!document) return outcomeOf(document);
+  const auto index = indexOf(document->config(), request.operands.front());
+  const auto old = document->textOf(index);
+  const auto indentation = indentationOf(old);
+  auto text = reindented(old, indentation, "");
+  for (;;) {
+    std::string problem;
+    const auto edited = editedText(text, problem);
+    if (!edited) return refuse(problem);
+    text = *edited;
+    problem = problemOf(text);
+    if (problem.empty()) return save(document->keyOf(index), old, reindented(text, "", indentation));
+    terminal.screen().complain(problem);
+    const auto answer = terminal.lines().read({"Edit it again? [Y/n] ", "", 0, {}});
+    if (!answer || *answer == "n" || *answer == "N")
+      return refuse("nothing was changed", ExitStatus::cancelled);
+  }
+}
+
+ExitStatus TemplateCommand::save(const TemplateKey& key, const std::string& old,
+                                 const std::string& edited) const {
+  bool isClash = false;
+  const auto result = ConfigEditor().update([&](ConfigDocument& document) {
+    const auto index = document.find(key);
+    isClash = !index || document.textOf(*index) != old;
+    if (!isClash) document.setText(*index, edited);
+  });
+  if (result && isClash) {
+    return refuse("the template was changed elsewhere meanwhile, so nothing was changed here");
+  }
+  return outcomeOf(result);
+}
+
+ExitStatus TemplateCommand::change() const {
+  return outcomeOf(ConfigEditor().update([this](ConfigDocument& document) {
+    for (const auto& name : request.operands) changeOne(document, indexOf(document.config(), name));
+  }));
+}
+
+void TemplateCommand::changeOne(ConfigDocument& document, std::size_t index) const {
+  auto item = document.config().templates[index];
+  switch (request.task) {
+    case TemplateTask::remove:
+      return document.removeTemplate(index);
+    case TemplateTask::move:
+      return document.moveTemplate(index, std::min(request.position, document.config().templates.size()) - 1);
+    default:
+      item.enabled = request.task == TemplateTask::enable;
+      return document.setTemplate(index, item);
+  }
+}
+
+ExitStatus TemplateCommand::outcomeOf(const tl::expected<ConfigDocument, ConfigEditError>& result) const {
+  if (result) return ExitStatus::success;
+  const auto& [reason, description] = result.error();
+  if (reason != ConfigEditError::Reason::broken) return refuse(description);
+  return refuse("the configuration file is broken (" + description + "); “sprig config check” tells more");
+}
+
+ExitStatus TemplateCommand::refuse(const std::string& reason, ExitStatus status) const {
+  terminal.screen().complain(reason);
+  return status;
+}
+
+std::string TemplateCommand::listing(const AppConfigItem& config) const {
+  const Screen screen(STDOUT_FILENO);
+  std::vector<std::string> names;
+  std::size_t idColumn = 0;
+  for (const auto& item : config.templates) {
+    names.push_back(screen.fittedText(item.name, widestName));
+    idColumn = std::max(idColumn, columnsOf(names.back(), screen.charset()) + gap);
+  }
+  std::string result;
+  for (std::size_t index = 0; index < names.size(); ++index) {
+    const auto& item = config.templates[index];
+    result.append(names[index]).append(idColumn - columnsOf(names[index], screen.charset()), ' ');
+    result += screen.styled(screen.text(item.id + (item.enabled ? "" : "  (disabled)")), Style::dim) + '\n';
+  }
+  return result;
+}
+
+}  // namespace sprig::terminal
