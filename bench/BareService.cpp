@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A program on the bus that does nothing: it owns a name and answers empty calls. What any service costs.
 
 #include <gio/gio.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A window that does nothing, of the size of the prompt and with a field for text. What any GTK 4 window
 // costs.
 //

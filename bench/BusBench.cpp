@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What file managers wait for: a menu over the bus, from an extension that runs and from one that the bus has
 // to start, against a service that does nothing. Each call is a repetition of its own, so calls of all kinds
 // alternate.

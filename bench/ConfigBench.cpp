@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Reading the configuration, against the JSON library reading the same document and doing nothing with it;
 // and taking in a change of the file, against that reading.
 

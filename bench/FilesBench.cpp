@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What the product does with files, against the bare system calls that it can't do without.
 
 #include <benchmark/benchmark.h>

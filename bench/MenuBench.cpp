@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Building a menu, against copying the titles that it shows.
 
 #include <benchmark/benchmark.h>

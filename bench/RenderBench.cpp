@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Filling in placeholders, against copying the text and against a templating library that does the same.
 
 #include <benchmark/benchmark.h>

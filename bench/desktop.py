@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Measures what needs a screen: the prompt, a pick in Thunar, and the extension's memory. Prints the samples as JSON,
 nanoseconds and bytes.
 

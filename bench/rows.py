@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The lines of the table: what is compared with what, and the limits."""
 
 import dataclasses

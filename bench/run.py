@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Runs all benchmarks, and prints what came out as one table: each operation of Sprig beside the least that it could
 cost, measured in the same run and alternating with it. Medians of all repetitions.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # What the desktop's packages hold.
 sprig_package(sprig-desktop "new files from templates, in file managers"
 "This package has what all file managers need: the process that they ask for

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Completion of sprig's command line for bash.
 
 # The current word as the command would get it, as far as quotes and backslashes go.

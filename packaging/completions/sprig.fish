@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Completion of sprig's command line for fish.
 
 # The words before the cursor, the program's name and the options that may stand before a command left out.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The part of ConfigManager that follows the document: one source on its folder, which sees entries come and
 // go; one on the file itself, which is armed again after every event so that it follows the file across saves
 // that replace it; and one on each other folder that decides which file that is.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <glib-unix.h>
 #include <gtk/gtk.h>
 #include <unistd.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A runner that makes the principal object, prints what it saw, and fails: the entry point must not pass its
 // status on.
 

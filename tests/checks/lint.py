@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Runs clang-tidy over every source of the project, on all cores, and prints each finding once.
 
 Nearly all of its time goes into the headers of libraries. So sources that are compiled alike are looked at together,

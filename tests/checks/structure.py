@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Checks what no compiler does: that every source is built, nothing is left unfinished, and the documents are true
 where they name files.
 
@@ -14,6 +15,7 @@ LINK = re.compile(r"\]\(([^)\s]+)\)")
 NAMED_FILE = re.compile(r"`((?:src|tests|docs|scripts|packaging)/[\w./-]+)`")
 HEADING = re.compile(r"^#+ +(.+)$", re.MULTILINE)
 CODE_BLOCK = re.compile(r"^```.*?^```", re.MULTILINE | re.DOTALL)
+LICENCE = re.compile(r"SPDX-License-" r"Identifier: (\S+)")
 UNFINISHED = re.compile(r"\b(?:TO" r"DO|FIX" r"ME|XX" r"X)\b")
 TEXT_FILES = {".h", ".cpp", ".py", ".sh", ".md", ".json", ".txt", ".cmake", ".1", ".bash", ".fish", ""}
 
@@ -68,9 +70,20 @@ def broken_references(root):
                 yield f"{document.relative_to(root)}: there is no {path}"
 
 
+def without_licence(root):
+    """Sources that don't say under which licence they are; that of what can't say so is in .reuse/dep5."""
+    for file in files_below(root):
+        is_source = file.suffix in {".h", ".cpp", ".py", ".sh", ".cmake", ".bash", ".fish"} or os.access(file, os.X_OK)
+        first = file.read_text(encoding="utf-8").splitlines()[:3] if is_source else []
+        said = LICENCE.search("\n".join(first))
+        if is_source and not (said and (root / "LICENSES" / f"{said[1]}.txt").exists()):
+            yield f"{file.relative_to(root)} has no line “SPDX-License-Identifier” with a licence in LICENSES"
+
+
 def main():
     root, build = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
-    problems = [*sources_not_built(root, build, sys.argv[3:]), *unfinished(root), *broken_references(root)]
+    problems = [*sources_not_built(root, build, sys.argv[3:]), *unfinished(root), *broken_references(root),
+                *without_licence(root)]
     print("\n".join(problems) or "nothing amiss")
     sys.exit(1 if problems else 0)
 

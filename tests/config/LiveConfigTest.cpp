@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The store with the kernel's own events: every way in which editors save, seen from other threads.
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // sprig-scripted-extension: the extension with a user who answers by signals (SIGUSR1 confirms, SIGUSR2
 // cancels), and that stays for as many milliseconds after its last client as SPRIG_IDLE_TIME says. Standard
 // output tells what the user sees.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The extension on a bus and in a home folder of its own."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The running extension, as file managers see it."""
 
 import ctypes

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The notification of a creation and its button, with a service played by the test, and with a real one."""
 
 import functools

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Sprig's dialogs on a desktop without a screen, as the extension and their users see them."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The dialogs as their users see them: windows on a real X server with a window manager, keys, mouse, screen reader."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The dialog under a Wayland compositor, where only the token of a click lets a window take the focus."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Sprig at a terminal, in a throw-away home for every test."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The commands for scripts and for the configuration."""
 
 import json

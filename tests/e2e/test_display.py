@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What reaches the terminal: characters it can show, colours it knows, nothing that commands it."""
 
 import os

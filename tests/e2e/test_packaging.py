@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What comes with the program: completions for shells, the manual page."""
 
 import re

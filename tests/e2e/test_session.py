@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A user at a terminal, from the menu to the file."""
 
 import datetime

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """One desktop for all tests of a file manager, as a process can get to the screen reader's side of one only. Each test
 has a folder, a configuration, an extension and a run of the file manager of its own; one that fails leaves what was on
 the screen and what was said."""

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A desktop with Sprig on it and the file managers, used as people use them: seen through what a screen reader gets,
 acted upon with keys and mouse.
 

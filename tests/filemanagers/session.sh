@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: GPL-3.0-or-later
 # session.sh MODULES SYSTEM-FOLDER COMMAND…: runs a command where file managers find the modules that were built in
 # place of those that are installed. The command gets a user's rights, as file managers warn root, and whatever it
 # starts ends with it.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Shows Sprig in a file manager on the display that is there, with a home folder that is thrown away afterwards.
 
 Usage: session.sh MODULES SYSTEM-FOLDER show.py MANAGER

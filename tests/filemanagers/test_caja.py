@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What only Caja has."""
 
 from sprigtest.screenreader import middle, nodes, wait_to_see

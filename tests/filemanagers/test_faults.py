@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A file manager goes on, whatever becomes of Sprig's extension."""
 
 import signal

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Sprig in a real file manager: open a folder, open the menu, pick, find the file."""
 
 from sprigtest.home import template

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What only GNOME Files has."""
 
 from sprigtest.home import template

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The new file is selected in the window that was clicked in, in each kind of view of the file manager."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What only Thunar has."""
 
 from sprigtest.screenreader import wait_to_see

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """How much fire there is, and what it is at."""
 
 import os

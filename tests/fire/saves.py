@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Saves a configuration again and again, by every method that editors use, as a process of its own.
 
 Usage: saves.py FILE. Each line on standard input, "FIRST LAST", has the documents of these numbers saved, and is

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """`sprig new` where a file can't be created, where others create files, too, or where Sprig is killed meanwhile."""
 
 import contextlib

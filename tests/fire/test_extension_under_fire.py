@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The running extension while its configuration changes all the time, and when much is asked of it."""
 
 import os

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Has libFuzzer make inputs for one target, SPRIG_FUZZ_TARGET.
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Tries every seed, and every input that was once at fault, without a fuzzer: sprig-replay SEEDS.
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The Debian packages: what they hold, what they need, and that they go as they came."""
 
 import json

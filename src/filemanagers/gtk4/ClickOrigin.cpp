@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "filemanagers/gtk4/ClickOrigin.h"
 
 #include <gtk/gtk.h>

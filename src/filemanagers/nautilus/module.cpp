@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <glib-object.h>
 // This one does not say by itself that its functions are C's.
 extern "C" {

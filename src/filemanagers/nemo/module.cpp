@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <gtk/gtk.h>
 // Not all of these say by themselves that their functions are C's.
 extern "C" {

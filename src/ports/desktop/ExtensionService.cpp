@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ports/desktop/ExtensionService.h"
 
 #include <glib-unix.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ports/linux/InotifyFileChangeSources.h"
 
 #include "ports/linux/ChangeLoop.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 /// What `--help` prints, in at most 80 columns. The manual page says the same at length.

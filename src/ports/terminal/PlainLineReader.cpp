@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ports/terminal/PlainLineReader.h"
 
 #include <unistd.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A session bus of its own, on which the extension is started as it is on a desktop, and file managers around it."""
 
 import collections

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A desktop without a screen: its windows, keys and mouse."""
 
 import os

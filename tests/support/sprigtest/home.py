@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A throw-away home, and Sprig run in it."""
 
 import contextlib

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What a screen reader gets of the windows on the screen.
 
 It is asked for over the bus, each time anew: the usual library keeps what it was told, and has crashed on windows that
