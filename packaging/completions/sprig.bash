@@ -64,11 +64,13 @@ _sprig() {
     if [[ $cur == -* ]]; then _sprig_offer_words "$common"; else _sprig_offer_paths -d; fi
   elif [[ $last -gt 1 && $command == template ]]; then
     if ((operands == 0)) && [[ $cur != -* ]]; then
-      _sprig_offer_words 'list show add edit enable disable move remove'
+      _sprig_offer_words 'list show export add import edit enable disable move remove'
     elif [[ ${words[2]} == add && $cur == -* ]]; then
       _sprig_offer_words "--name $common"
     elif [[ ${words[2]} == add ]]; then
       _sprig_offer_paths -f
+    elif [[ ${words[2]} == import ]]; then
+      _sprig_offer_paths -d
     elif [[ ${words[2]} != list ]]; then
       _sprig_offer_titles < <("${words[0]}" template list --titles 2>/dev/null)
     fi

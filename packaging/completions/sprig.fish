@@ -53,9 +53,9 @@ complete -c sprig -n '__sprig_command new; and __sprig_operands 0' -f -a '(sprig
 complete -c sprig -n '__sprig_command config; and __sprig_operands 0' -f -a 'path init check'
 complete -c sprig -n '__sprig_command config; and not __sprig_operands 0; and not __fish_seen_subcommand_from check' -f
 
-set -l tasks list show add edit enable disable move remove
+set -l tasks list show export add import edit enable disable move remove
 complete -c sprig -n '__sprig_command template; and __sprig_operands 0' -f -a "$tasks"
-complete -c sprig -n '__sprig_command template; and not __sprig_operands 0; and not __fish_seen_subcommand_from add' \
+complete -c sprig -n '__sprig_command template; and not __sprig_operands 0; and not __fish_seen_subcommand_from add import' \
     -f -a '(sprig template list --titles 2>/dev/null)'
 complete -c sprig -n '__sprig_command template; and __fish_seen_subcommand_from add' -x -l name -d 'What it is called'
 

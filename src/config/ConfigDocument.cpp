@@ -3,6 +3,8 @@
 #include "config/ConfigDocument.h"
 
 #include <algorithm>
+#include <boost/json/parse.hpp>
+#include <boost/json/value_to.hpp>
 #include <optional>
 #include <type_traits>
 #include <utility>
@@ -37,6 +39,14 @@ class ConfigDocument::Editor {
       if (current.*field.member == wanted.*field.member) return;
       setMember(object, field.key, current.*field.member, wanted.*field.member, depth);
     });
+  }
+
+  template <typename Find, typename Value>
+  void writeMember(Find object, const char* key, const Value& value, std::size_t depth) {
+    const JsonValue& container = object();
+    const auto bytes = encodeValue(value, layoutIn(container, depth));
+    if (const auto* entry = container.find(key)) return replace(entry->value.begin, entry->value.end, bytes);
+    insert(container, container.entries.size(), depth, "\"" + std::string(key) + "\": " + bytes);
   }
 
   void insert(const JsonValue& container, std::size_t index, std::size_t depth, const std::string& bytes) {
@@ -107,14 +117,6 @@ class ConfigDocument::Editor {
     } else {
       writeMember(object, key, wanted, depth);
     }
-  }
-
-  template <typename Find, typename Value>
-  void writeMember(Find object, const char* key, const Value& value, std::size_t depth) {
-    const JsonValue& container = object();
-    const auto bytes = encodeValue(value, layoutIn(container, depth));
-    if (const auto* entry = container.find(key)) return replace(entry->value.begin, entry->value.end, bytes);
-    insert(container, container.entries.size(), depth, "\"" + std::string(key) + "\": " + bytes);
   }
 
   template <typename Find>
@@ -212,6 +214,21 @@ void ConfigDocument::removeTemplate(std::size_t index) {
 void ConfigDocument::moveTemplate(std::size_t from, std::size_t to) {
   Editor editor(*this);
   editor.move(editor.list(), from, to);
+  *this = ConfigDocument(editor.result());
+}
+
+std::optional<std::string> ConfigDocument::otherText(std::size_t index, const std::string& key) const {
+  const auto* entry = root.find("templates")->value.entries[index].value.find(key);
+  if (entry == nullptr || document[entry->value.begin] != '"') return std::nullopt;
+  const auto& value = entry->value;
+  return boost::json::value_to<std::string>(
+      boost::json::parse(document.substr(value.begin, value.end - value.begin)));
+}
+
+void ConfigDocument::setOtherText(std::size_t index, const std::string& key, const std::string& text) {
+  Editor editor(*this);
+  const auto object = [&]() -> const JsonValue& { return editor.list().entries[index].value; };
+  editor.writeMember(object, key.c_str(), text, depthOfTemplates + 1);
   *this = ConfigDocument(editor.result());
 }
 

@@ -47,6 +47,10 @@ class ConfigDocument {
   /// Afterwards the template is at `to`; those between have moved by one.
   void moveTemplate(std::size_t from, std::size_t to);
 
+  /// The text that a template has under a key which is none of ours; nothing where there is none.
+  std::optional<std::string> otherText(std::size_t index, const std::string& key) const;
+  void setOtherText(std::size_t index, const std::string& key, const std::string& text);
+
   void setSettings(const AppSettingsItem& wanted);
 
  private:

@@ -143,6 +143,9 @@ class FileSystem {
   /// Where this product's programs keep for that person what they have done.
   virtual FileURL stateDirectory() const = 0;
 
+  /// Where that person keeps templates for every file manager; nothing where no such folder was chosen.
+  virtual std::optional<FileURL> templatesDirectory() const = 0;
+
   /// The folder shared by the programs of one application group; nothing when there is none.
   virtual std::optional<FileURL> containerURL(std::string_view applicationGroupIdentifier) const = 0;
 };

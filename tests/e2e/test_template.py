@@ -76,3 +76,54 @@ def test_what_cant_be_done_is_said_and_changes_nothing(home, arguments, document
     answer = home.run("template", *arguments)
     assert answer.returncode == status and said.lower() in answer.stderr.lower(), answer
     assert home.config.read_bytes() == before
+
+
+def test_a_folder_of_templates_is_imported_and_imported_again(home):
+    folder = home.path / "Vorlagen"
+    files = {"Letter.txt": LETTER, ".hidden.txt": "", "kept~": "", "Code/deep/er/Tool.py": "1", "real/é/Spec.md": "old",
+             "1/2/3/4/5/6/far.txt": "", "note.desktop": "[Desktop Entry]\nType=Link\nName=Notes…\nName[de]=Notizen…\n"
+             "URL=file:///{}/real/%C3%A9/Spec.md\n".format(folder), "web.desktop": "[Desktop Entry]\nType=Link\nURL=http://x"}
+    for name, text in files.items():
+        (folder / name).parent.mkdir(parents=True, exist_ok=True)
+        (folder / name).write_bytes(text.encode())
+    (folder / "loop").symlink_to(folder)
+    (folder / "dangling").symlink_to("nowhere")
+    home.write(".config/user-dirs.dirs", '# a comment\nXDG_TEMPLATES_DIR="$HOME/Vor\\lagen"\n')
+    home.configure(template("Letter"))
+    answer = home.run("template", "import", LANG="de_DE.UTF-8")
+    assert (answer.returncode, answer.stdout) == (0, "tool\nletter-2\nnotizen\n")
+    said = answer.stderr
+    assert f"{folder}/loop was read already" in said
+    assert f"{folder}/1/2/3/4/5/6 is too deep in folders" in said and f"{folder}/dangling is a link to nothing" in said
+    assert f"{folder}/web.desktop is no link to a file of this computer" in said
+    items = {item["importedFrom"]: item for item in json.loads(home.config.read_text())["templates"][1:]}
+    assert items[f"{folder}/Code/deep/er/Tool.py"]["category"] == "Code"
+    assert items[f"{folder}/real/é/Spec.md"]["name"] == "Notizen"
+    assert not [source for source in items if "hidden" in source or "~" in source]
+    before = home.config.read_bytes()
+    assert home.run("template", "import").stdout == "" and home.config.read_bytes() == before
+    (folder / "Letter.txt").write_text("{{date}}")
+    home.run("template", "disable", "letter-2")
+    assert home.run("template", "import", folder).stdout == ""
+    again = json.loads(home.run("template", "show", "letter-2").stdout)
+    assert (again["content"], again["contentBase64"], again["enabled"]) == ("", "e3tkYXRlfX0=", False)
+
+
+@pytest.mark.parametrize("directory", ['"$HOME"', '"$HOME/"', '"/"', "nonsense", '"relative"'])
+def test_no_folder_is_imported_that_was_not_chosen_for_templates(home, directory):
+    home.write(".config/user-dirs.dirs", f"XDG_TEMPLATES_DIR={directory}\n")
+    answer = home.run("template", "import")
+    assert answer.returncode == 2 and "you have no folder for templates" in answer.stderr
+
+
+def test_templates_are_shared_as_they_stand(home):
+    home.configure(template("A", note="\u0078"), template("B"))
+    shared = home.run("template", "export", "a", "B").stdout
+    (home.demo / "two.sprig-template").write_text(shared)
+    assert home.run("template", "add", "two.sprig-template").stdout == "a-2\nb-2\n"
+    assert json.loads(home.run("template", "show", "a-2").stdout)["note"] == "x"
+    home.config.unlink()
+    assert home.run("template", "add", "two.sprig-template").stdout == "a\nb\n"
+    (home.demo / "two.sprig-template").write_text("{")
+    answer = home.run("template", "add", "two.sprig-template")
+    assert (answer.returncode, answer.stdout) == (3, "") and answer.stderr.startswith("sprig: line 1")

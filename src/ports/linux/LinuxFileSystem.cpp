@@ -232,6 +232,26 @@ FileURL LinuxFileSystem::stateDirectory() const {
   return baseDirectory("XDG_STATE_HOME", ".local/state").appendingPath("sprig");
 }
 
+/// A line of the file is `XDG_TEMPLATES_DIR="$HOME/Templates"`, with backslashes as in a shell. To have the
+/// home itself there means to have none.
+std::optional<FileURL> LinuxFileSystem::templatesDirectory() const {
+  constexpr std::string_view key = "\nXDG_TEMPLATES_DIR=\"";
+  constexpr std::string_view home = "$HOME";
+  const auto list = baseDirectory("XDG_CONFIG_HOME", ".config").appendingPath("user-dirs.dirs");
+  const auto lines = "\n" + contentsOfFile(list).value_or("");
+  const auto found = lines.rfind(key);
+  if (found == std::string::npos) return std::nullopt;
+  std::string path;
+  for (auto at = found + key.size(); at < lines.size() && lines[at] != '"' && lines[at] != '\n'; ++at) {
+    if (lines[at] == '\\' && at + 1 < lines.size()) ++at;
+    path += lines[at];
+  }
+  if (path.starts_with(home)) path.replace(0, home.size(), homeDirectory().path());
+  const auto folder = FileURL(path.starts_with('/') ? path : "/").standardized();
+  if (folder.path() == "/" || folder == homeDirectory()) return std::nullopt;
+  return folder;
+}
+
 std::optional<FileURL> LinuxFileSystem::containerURL(std::string_view applicationGroupIdentifier) const {
   return baseDirectory("XDG_CONFIG_HOME", ".config").appendingPathComponent(applicationGroupIdentifier);
 }

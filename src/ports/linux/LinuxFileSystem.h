@@ -19,7 +19,8 @@ namespace sprig::ports {
 ///
 /// `homeDirectory` is `$HOME`, else the user database's home, else the top of the file system. This program's
 /// own home is `$XDG_DATA_HOME/sprig`, its state `$XDG_STATE_HOME/sprig`, a container
-/// `$XDG_CONFIG_HOME/<identifier>`, whether or not they exist. Regular files of more than 1 GiB are not read
+/// `$XDG_CONFIG_HOME/<identifier>`, whether or not they exist. The folder for templates is that of
+/// xdg-user-dirs. Regular files of more than 1 GiB are not read
 /// (`EFBIG`): nothing the product reads is that large, and the memory would be the desktop's.
 class LinuxFileSystem : public platform::FileSystem {
  public:
@@ -48,6 +49,7 @@ class LinuxFileSystem : public platform::FileSystem {
   platform::FileURL homeDirectory() const override;
   platform::FileURL homeDirectoryForCurrentUser() const override;
   platform::FileURL stateDirectory() const override;
+  std::optional<platform::FileURL> templatesDirectory() const override;
   std::optional<platform::FileURL> containerURL(std::string_view applicationGroupIdentifier) const override;
 
  private:

@@ -88,7 +88,9 @@ struct TemplateTaskName {
 constexpr TemplateTaskName templateTasks[] = {
     {"list", TemplateTask::list, 0, 0},
     {"show", TemplateTask::show, 1, 1},
+    {"export", TemplateTask::exportAll, 1, anyNumber - 1},
     {"add", TemplateTask::add, 1, 1},
+    {"import", TemplateTask::importFolder, 0, 1},
     {"edit", TemplateTask::edit, 1, 1},
     {"enable", TemplateTask::enable, 1, anyNumber - 1},
     {"disable", TemplateTask::disable, 1, anyNumber - 1},
@@ -117,7 +119,8 @@ Request readTemplate(CommandArguments& arguments, Arguments list) {
   const auto* found = std::find_if(std::begin(templateTasks), std::end(templateTasks),
                                    [&](const auto& task) { return task.name == word; });
   if (found == std::end(templateTasks)) {
-    throw UsageError("template needs one of: list, show, add, edit, enable, disable, move, remove");
+    throw UsageError(
+        "template needs one of: list, show, export, add, import, edit, enable, disable, move, remove");
   }
   request.task = found->task;
   if (request.name && request.task != TemplateTask::add) throw UsageError("--name is for “template add”");

@@ -48,12 +48,12 @@ struct ConfigRequest {
   std::optional<std::string> file;
 };
 
-enum class TemplateTask { list, show, add, edit, enable, disable, move, remove };
+enum class TemplateTask { list, show, exportAll, add, importFolder, edit, enable, disable, move, remove };
 
 /// `sprig template`
 struct TemplateRequest {
   TemplateTask task = TemplateTask::list;
-  /// The names or ids of templates, or the file to add.
+  /// The names or ids of templates, or the file to add, or the folder to import, if one is named.
   std::vector<std::string> operands;
   ListFormat format = ListFormat::people;
   /// What an added template is to be called.

@@ -108,6 +108,8 @@ Examples:
 inline constexpr const char* templateHelp = R"help(Usage: sprig template [list] [--titles]
        sprig template show | edit TEMPLATE
        sprig template add FILE [--name NAME]
+       sprig template import [FOLDER]
+       sprig template export TEMPLATE... > FILE.sprig-template
        sprig template enable | disable | remove TEMPLATE...
        sprig template move TEMPLATE POSITION
 
@@ -117,8 +119,11 @@ is written there; the menus of file managers follow at once.
 
   list     the names of all templates with their ids, in the menu's order
   show     TEMPLATE as it stands in the file
-  add      a new template, at the end, whose files are copies of FILE; prints
-           its id
+  add      a new template, at the end, whose files are copies of FILE, or the
+           templates in a FILE.sprig-template; prints their ids
+  import   the files in FOLDER (default: where other file managers look for
+           templates), again: what has changed in them since
+  export   prints templates to share
   edit     TEMPLATE as text, in $VISUAL or $EDITOR; checked before it is saved
   enable   puts templates into the menu
   disable  keeps them out of it

@@ -10,9 +10,12 @@
 #include <vector>
 
 #include "config/ConfigDecoder.h"
+#include "import/importFolder.h"
 #include "import/templateFromFile.h"
 #include "ports/terminal/DataOutput.h"
 #include "ports/terminal/FolderArgument.h"
+#include "ports/terminal/TemplateExchange.h"
+#include "ports/terminal/TemplateLayout.h"
 #include "ports/terminal/TemplateTextEdit.h"
 #include "text/Text.h"
 
@@ -58,30 +61,6 @@ std::string titlesIn(const AppConfigItem& config) {
   return result;
 }
 
-/// The white space before the last line, if that stands before all lines but the first.
-std::string indentationOf(const std::string& text) {
-  const auto last = text.rfind('\n');
-  if (last == std::string::npos) return {};
-  const auto end = std::min(text.find_first_not_of(" \t", last + 1), text.size());
-  auto indentation = text.substr(last + 1, end - last - 1);
-  for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
-    if (text.compare(at + 1, indentation.size(), indentation) != 0) return {};
-  }
-  return indentation;
-}
-
-/// With `now` instead of `before` at the beginning of each line but the first. In a template's text all line
-/// breaks are layout.
-std::string reindented(const std::string& text, std::string_view before, std::string_view now) {
-  std::string result;
-  std::size_t begin = 0;
-  for (auto end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin)) {
-    result.append(text, begin, end + 1 - begin).append(now);
-    begin = end + 1 + before.size();
-  }
-  return result.append(text, begin);
-}
-
 /// What is wrong with the text of a template; empty if nothing is.
 std::string problemOf(const std::string& text) {
   try {
@@ -101,8 +80,12 @@ ExitStatus TemplateCommand::run() {
         return list();
       case TemplateTask::show:
         return show();
+      case TemplateTask::exportAll:
+        return exportTemplates();
       case TemplateTask::add:
         return add();
+      case TemplateTask::importFolder:
+        return importFolder();
       case TemplateTask::edit:
         return edit();
       default:
@@ -129,18 +112,63 @@ ExitStatus TemplateCommand::show() const {
   return printData(reindented(text, indentationOf(text), "") + "\n", terminal.screen());
 }
 
+ExitStatus TemplateCommand::exportTemplates() const {
+  const auto document = ConfigEditor::document();
+  if (!document) return outcomeOf(document);
+  std::vector<std::size_t> indices;
+  for (const auto& name : request.operands) indices.push_back(indexOf(document->config(), name));
+  return printData(sharedTemplates(*document, indices), terminal.screen());
+}
+
 ExitStatus TemplateCommand::add() const {
   const auto file = existingItem(request.operands.front(), terminal.screen());
   if (!file) return file.error();
+  if (file->path().ends_with(sharedTemplatesSuffix)) return addSharedIn(*file);
   auto item = templateFromFile(*file);
   if (!item) return refuse(item.error().description);
   if (request.name) item->name = *request.name;
-  const auto result = ConfigEditor().update([&](ConfigDocument& document) {
+  return addWith([&](ConfigDocument& document) {
     item->id = newTemplateId(document.config(), item->name);
     document.insertTemplate(document.config().templates.size(), *item);
   });
-  const auto status = outcomeOf(result);
-  return status == ExitStatus::success ? printData(item->id + "\n", terminal.screen()) : status;
+}
+
+ExitStatus TemplateCommand::addSharedIn(const platform::FileURL& file) const {
+  const auto text = platform::current().files.contentsOfFile(file);
+  if (!text) return refuse(text.error().description);
+  if (request.name) return refuse("--name is for one file, not for templates to share", ExitStatus::wrongUse);
+  return addWith([&](ConfigDocument& document) { addShared(document, *text); });
+}
+
+ExitStatus TemplateCommand::importFolder() const {
+  const auto chosen = platform::current().files.templatesDirectory();
+  if (request.operands.empty() && !chosen) {
+    return refuse("you have no folder for templates; “sprig template import FOLDER” takes any",
+                  ExitStatus::wrongUse);
+  }
+  const auto folder =
+      request.operands.empty() ? *chosen : existingFolder(request.operands.front(), terminal.screen());
+  if (!folder) return folder.error();
+  const auto survey = surveyFolder(*folder);
+  for (const auto& [file, reason] : survey.skipped) terminal.screen().complain(file.path() + " " + reason);
+  return addWith([&](ConfigDocument& document) {
+    for (const auto& candidate : survey.candidates) importTemplate(document, candidate);
+  });
+}
+
+/// Prints the ids of what the change has added.
+ExitStatus TemplateCommand::addWith(const ConfigEditor::Change& change) const {
+  std::size_t before = 0;
+  const auto result = ConfigEditor().update([&](ConfigDocument& document) {
+    before = document.config().templates.size();
+    change(document);
+  });
+  if (!result) return outcomeOf(result);
+  std::string ids;
+  for (auto index = before; index < result->config().templates.size(); ++index) {
+    ids += result->config().templates[index].id + "\n";
+  }
+  return printData(ids, terminal.screen());
 }
 
 ExitStatus TemplateCommand::edit() const {

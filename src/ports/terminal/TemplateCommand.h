@@ -24,7 +24,11 @@ class TemplateCommand {
  private:
   ExitStatus list() const;
   ExitStatus show() const;
+  ExitStatus exportTemplates() const;
   ExitStatus add() const;
+  ExitStatus addSharedIn(const platform::FileURL& file) const;
+  ExitStatus importFolder() const;
+  ExitStatus addWith(const ConfigEditor::Change& change) const;
   ExitStatus edit() const;
   ExitStatus save(const TemplateKey& key, const std::string& old, const std::string& edited) const;
   ExitStatus change() const;

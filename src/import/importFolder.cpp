@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "import/importFolder.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "import/DesktopEntry.h"
+#include "import/templateFromFile.h"
+#include "platform/Platform.h"
+#include "text/Text.h"
+
+namespace sprig {
+
+using platform::EntryKind;
+using platform::FileURL;
+
+namespace {
+
+constexpr int deepest = 5;
+constexpr std::size_t mostFiles = 500;
+constexpr std::size_t mostBytes = std::size_t{64} << 20;
+constexpr const char* sourceKey = "importedFrom";
+
+class Surveyor {
+ public:
+  ImportSurvey survey(const FileURL& folder) && {
+    visitFolder(folder, "", 0);
+    return std::move(result);
+  }
+
+ private:
+  void visitFolder(const FileURL& folder, const std::string& category, int depth) {
+    const auto& files = platform::current().files;
+    if (!visited.insert(files.resolvingSymlinks(folder)).second) return skip(folder, "was read already");
+    auto names = files.contentsOfDirectory(folder);
+    if (!names) return skip(folder, "can't be read");
+    std::sort(names->begin(), names->end());
+    for (const auto& name : *names) {
+      if (!name.starts_with('.') && !name.ends_with('~')) visit(folder.appendingPath(name), category, depth);
+    }
+  }
+
+  void visit(const FileURL& entry, const std::string& category, int depth) {
+    const auto kind = platform::current().files.entryKind(entry);
+    if (kind == EntryKind::none) return skip(entry, "is a link to nothing");
+    if (kind == EntryKind::other) return visitFile(entry, category);
+    if (depth == deepest) return skip(entry, "is too deep in folders");
+    const auto name = text::toValidUTF8(entry.lastPathComponent());
+    visitFolder(entry, category.empty() ? name : category, depth + 1);
+  }
+
+  void visitFile(const FileURL& file, const std::string& category) {
+    if (result.candidates.size() == mostFiles) return skip(file, "is more than the 500 files that are read");
+    if (bytes > mostBytes) return skip(file, "is more than the 64 MiB that are read");
+    const auto entry = desktopEntryIn(file);
+    if (entry && !entry->target) return skip(file, "is no link to a file of this computer");
+    const auto& source = entry ? *entry->target : file;
+    auto item = templateFromFile(source);
+    if (!item) return skip(file, "can't be read, or has more than 16 MiB");
+    bytes += item->content.size() + item->contentBase64.value_or("").size();
+    if (entry && !entry->name.empty()) item->name = entry->name;
+    if (!category.empty()) item->category = category;
+    result.candidates.push_back({std::move(*item), source});
+  }
+
+  void skip(const FileURL& file, std::string reason) { result.skipped.push_back({file, std::move(reason)}); }
+
+  ImportSurvey result;
+  std::set<FileURL> visited;
+  std::size_t bytes = 0;
+};
+
+}  // namespace
+
+ImportSurvey surveyFolder(const FileURL& folder) { return Surveyor().survey(folder); }
+
+ImportOutcome importTemplate(ConfigDocument& document, const ImportCandidate& candidate) {
+  const auto source = text::toValidUTF8(candidate.source.path());
+  const auto end = document.config().templates.size();
+  for (std::size_t index = 0; index < end; ++index) {
+    if (document.otherText(index, sourceKey) != source) continue;
+    auto item = document.config().templates[index];
+    item.content = candidate.item.content;
+    item.contentBase64 = candidate.item.contentBase64;
+    if (item == document.config().templates[index]) return ImportOutcome::unchanged;
+    document.setTemplate(index, item);
+    return ImportOutcome::updated;
+  }
+  auto item = candidate.item;
+  item.id = newTemplateId(document.config(), item.name);
+  document.insertTemplate(end, item);
+  document.setOtherText(end, sourceKey, source);
+  return ImportOutcome::added;
+}
+
+}  // namespace sprig
