@@ -70,7 +70,7 @@ tl::expected<FileURL, Error> createUnderFreeName(const std::string& bytes, const
   const auto begin = platform.clock.now();
   for (int choices = 1;; ++choices) {
     const auto name = TemplateEngine::resolveCollision(folder, filename);
-    const auto file = folder.appendingPath(name);
+    auto file = folder.appendingPath(name);
     auto error = whole ? whole->publish(name) : std::nullopt;
     if (!whole || (error && !isTaken(*error))) {
       whole.reset();  // and the room it takes

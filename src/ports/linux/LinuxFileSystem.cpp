@@ -247,7 +247,7 @@ std::optional<FileURL> LinuxFileSystem::templatesDirectory() const {
     path += lines[at];
   }
   if (path.starts_with(home)) path.replace(0, home.size(), homeDirectory().path());
-  const auto folder = FileURL(path.starts_with('/') ? path : "/").standardized();
+  auto folder = FileURL(path.starts_with('/') ? path : "/").standardized();
   if (folder.path() == "/" || folder == homeDirectory()) return std::nullopt;
   return folder;
 }

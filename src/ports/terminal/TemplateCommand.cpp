@@ -116,6 +116,7 @@ ExitStatus TemplateCommand::exportTemplates() const {
   const auto document = ConfigEditor::document();
   if (!document) return outcomeOf(document);
   std::vector<std::size_t> indices;
+  indices.reserve(request.operands.size());
   for (const auto& name : request.operands) indices.push_back(indexOf(document->config(), name));
   return printData(sharedTemplates(*document, indices), terminal.screen());
 }
