@@ -2,11 +2,10 @@
 
 #include "finder/ContextMenu.h"
 
-#include <cstdint>
-
 #include "diag/logSprig.h"
 #include "finder/TargetFolder.h"
 #include "finder/TemplateCategories.h"
+#include "finder/visibleCount.h"
 #include "platform/Platform.h"
 
 namespace sprig {
@@ -20,7 +19,6 @@ using platform::MenuItem;
 namespace {
 
 constexpr double imageSize = 13;
-constexpr std::int64_t defaultVisibleTemplates = 10;
 
 std::optional<Image> menuImage(const std::string& symbolName, const std::string& description) {
   const auto& images = platform::current().images;
@@ -55,13 +53,6 @@ std::vector<TemplateReference> enabledTemplates(const ConfigSnapshot& config) {
     if (item.enabled) enabled.push_back(referTo(config, item));
   }
   return enabled;
-}
-
-/// How many of `count` templates stand in the menu itself.
-std::size_t visibleCount(const AppSettingsItem& settings, std::size_t count) {
-  const auto configured = settings.maxVisibleTemplates.value_or(defaultVisibleTemplates);
-  const auto limit = configured < 0 ? defaultVisibleTemplates : configured;
-  return static_cast<std::uint64_t>(limit) < count ? static_cast<std::size_t>(limit) : count;
 }
 
 MenuItem withSubmenu(const std::string& title, std::unique_ptr<Menu> submenu, std::optional<Image> image) {

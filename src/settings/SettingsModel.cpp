@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "settings/SettingsModel.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <tuple>
+#include <utility>
+
+#include "config/BuiltinTemplates.h"
+#include "config/ConfigDecoder.h"
+#include "config/ConfigEncoder.h"
+#include "engine/TemplateEngine.h"
+#include "finder/TemplateCategories.h"
+#include "platform/Platform.h"
+#include "text/Text.h"
+
+namespace sprig::settings {
+
+using platform::FileURL;
+
+namespace {
+
+constexpr std::size_t maxSteps = 100;
+
+std::string builtinText() { return encodeConfig(defaultFallbackConfig()); }
+
+std::string quoted(const std::string& name) { return "“" + name + "”"; }
+
+/// As a sentence: begins with a capital letter, and ends in a full stop.
+std::string sentence(std::string text) {
+  if (!text.empty() && text.front() >= 'a' && text.front() <= 'z')
+    text.front() = static_cast<char>(text.front() - ('a' - 'A'));
+  if (!text.empty() && text.back() != '.') text += '.';
+  return text;
+}
+
+TemplateItem newTemplate(std::string id) {
+  TemplateItem item;
+  item.id = std::move(id);
+  item.name = "New Template";
+  item.extensionName = ".txt";
+  item.filenamePattern = "Untitled";
+  item.icon = "doc.text";
+  item.category = "general";
+  item.enabled = true;
+  return item;
+}
+
+}  // namespace
+
+SettingsModel::SettingsModel() : document(builtinText()) { read(); }
+
+void SettingsModel::reload() {
+  const auto before = std::tuple(fileText, canWrite, problem.has_value());
+  read();
+  if (before != std::tuple(fileText, canWrite, problem.has_value())) announce();
+}
+
+void SettingsModel::read() {
+  canWrite = ConfigEditor::isWritable();
+  problem.reset();
+  auto found = ConfigEditor::text();
+  if (!found) {
+    problem = TextFault{sentence(found.error().description), {}};
+    fileText.reset();
+  } else {
+    fileText = std::move(*found);
+  }
+  source = fileText.value_or("");
+  if (fileText) problem = faultIn(*fileText);
+  const bool isUsable = fileText && !problem;
+  document = ConfigDocument(isUsable ? *fileText : builtinText());
+  list = problem ? std::vector<TemplateRow>() : templateRows(document);
+}
+
+void SettingsModel::take(ConfigDocument newDocument) {
+  document = std::move(newDocument);
+  fileText = source = document.text();
+  list = templateRows(document);
+}
+
+const TemplateItem* SettingsModel::find(const TemplateKey& key) const {
+  const auto index = document.find(key);
+  return index && !problem ? &document.config().templates[*index] : nullptr;
+}
+
+std::vector<std::string> SettingsModel::categories() const {
+  constexpr std::array<const char*, 6> usual = {"developer", "writing", "office",
+                                                "product",   "design",  "finance"};
+  std::vector<std::string> result(usual.begin(), usual.end());
+  std::set<std::string> sections(standardCategoryOrder.begin(), standardCategoryOrder.end());
+  for (const auto& item : document.config().templates) {
+    if (sections.insert(categoryDisplayName(item.category)).second) result.push_back(item.category);
+  }
+  return result;
+}
+
+std::optional<DocumentEdit> SettingsModel::apply(const DocumentEdit& edit) {
+  DocumentEdit back;
+  auto result = editor.update([&](ConfigDocument& current) { back = edit.apply(current); });
+  if (!result) {
+    fail(result.error());
+    return std::nullopt;
+  }
+  if (result->text() != document.text() || back.apply) take(std::move(*result));
+  if (!back.apply) return std::nullopt;
+  return back;
+}
+
+bool SettingsModel::perform(const std::string& title, const DocumentEdit& edit) {
+  auto back = apply(edit);
+  if (back) {
+    undoSteps.push_back({title, std::move(*back)});
+    if (undoSteps.size() > maxSteps) undoSteps.erase(undoSteps.begin());
+    redoSteps.clear();
+  }
+  announce();
+  return back.has_value();
+}
+
+bool SettingsModel::performStep(std::vector<Step>& from, std::vector<Step>& to) {
+  if (from.empty()) return false;
+  auto step = std::move(from.back());
+  from.pop_back();
+  auto back = apply(step.edit);
+  if (back) to.push_back({step.title, std::move(*back)});
+  announce();
+  return back.has_value();
+}
+
+bool SettingsModel::changeField(const TemplateKey& key, const std::string& title,
+                                const std::function<void(TemplateItem&)>& edit) {
+  const auto* item = find(key);
+  if (item == nullptr) return false;
+  auto wanted = *item;
+  edit(wanted);
+  return perform(title, changeTemplate(key, *item, wanted));
+}
+
+std::string SettingsModel::titleFor(std::string_view verb, const TemplateKey& key) const {
+  const auto* item = find(key);
+  return std::string(verb) + " " + quoted(item == nullptr ? key.id : item->name);
+}
+
+bool SettingsModel::setEnabled(const TemplateKey& key, bool isEnabled) {
+  return changeField(key, titleFor(isEnabled ? "Show" : "Hide", key),
+                     [&](TemplateItem& item) { item.enabled = isEnabled; });
+}
+
+bool SettingsModel::setFavorite(const TemplateKey& key, bool isFavorite) {
+  return changeField(key, titleFor("Change", key), [&](TemplateItem& item) { item.favorite = isFavorite; });
+}
+
+bool SettingsModel::move(const TemplateKey& key, std::size_t position) {
+  return perform(titleFor("Move", key), moveTemplate(key, position));
+}
+
+bool SettingsModel::remove(const TemplateKey& key) {
+  return perform(titleFor("Remove", key), removeTemplate(key));
+}
+
+std::string SettingsModel::newId() const {
+  for (std::size_t number = 1;; ++number) {
+    auto id = "custom-" + std::to_string(number);
+    if (!document.find({id, 0})) return id;
+  }
+}
+
+std::optional<TemplateKey> SettingsModel::addNew() {
+  const auto id = newId();
+  if (!perform("Add “New Template”", insertTemplate(0, newTemplate(id)))) return std::nullopt;
+  return TemplateKey{id, 0};
+}
+
+std::optional<TemplateKey> SettingsModel::duplicate(const TemplateKey& key) {
+  const auto id = newId();
+  const auto edit = duplicateTemplate(key, [id](TemplateItem& item) {
+    item.id = id;
+    item.name += " Copy";
+    item.isBuiltin = false;
+  });
+  if (!perform(titleFor("Duplicate", key), edit)) return std::nullopt;
+  return TemplateKey{id, 0};
+}
+
+bool SettingsModel::setSettings(const AppSettingsItem& wanted) {
+  if (problem) return false;
+  return perform("Change Settings", changeSettings(settings(), wanted));
+}
+
+bool SettingsModel::change(const TemplateKey& key, const TemplateItem& before, const TemplateItem& after,
+                           int session) {
+  if (!perform(titleFor("Change", key), changeTemplate(key, before, after))) return false;
+  undoSteps.back().session = session;
+  if (undoSteps.size() < 2 || undoSteps[undoSteps.size() - 2].session != session) return true;
+  const auto last = undoSteps.back().edit;
+  undoSteps.pop_back();
+  auto& step = undoSteps.back();
+  step.edit = both(last, step.edit);
+  return true;
+}
+
+std::optional<std::string> SettingsModel::undoable() const {
+  if (undoSteps.empty() || problem) return std::nullopt;
+  return undoSteps.back().title;
+}
+
+bool SettingsModel::undo() { return performStep(undoSteps, redoSteps); }
+bool SettingsModel::redo() { return performStep(redoSteps, undoSteps); }
+
+std::optional<TextFault> SettingsModel::faultIn(const std::string& text) {
+  try {
+    static_cast<void>(decodeConfig(text));
+  } catch (const DecodingError& error) {
+    return TextFault{sentence(error.what()), error.position()};
+  }
+  return std::nullopt;
+}
+
+bool SettingsModel::replaceText(const std::string& wanted) {
+  if (const auto error = editor.replaceText(fileText, wanted)) return fail(*error);
+  read();
+  announce();
+  return true;
+}
+
+bool SettingsModel::saveText(const std::string& wanted) { return replaceText(wanted); }
+
+std::optional<FileURL> SettingsModel::backup() const {
+  for (const auto& file : ConfigEditor::backups()) {
+    const auto text = platform::current().files.contentsOfFile(file);
+    if (text && *text != source && !faultIn(*text)) return file;
+  }
+  return std::nullopt;
+}
+
+bool SettingsModel::restoreBackup() {
+  const auto file = backup();
+  if (!file) return false;
+  const auto text = platform::current().files.contentsOfFile(*file);
+  return text && replaceText(*text);
+}
+
+std::optional<FileURL> SettingsModel::startAfresh() {
+  auto& files = platform::current().files;
+  const auto folder = files.stateDirectory();
+  const auto copy = folder.appendingPath(TemplateEngine::resolveCollision(folder, "broken-config.json"));
+  if (const auto error = files.appendData(source, copy)) {
+    fail({ConfigEditError::Reason::inaccessible, error->description});
+    return std::nullopt;
+  }
+  if (!replaceText(builtinText())) return std::nullopt;
+  return copy;
+}
+
+bool SettingsModel::fail(const ConfigEditError& error) {
+  // It may not be what it was.
+  reload();
+  if (failed) failed(sentence(error.description));
+  return false;
+}
+
+void SettingsModel::announce() const {
+  if (changed) changed();
+}
+
+}  // namespace sprig::settings

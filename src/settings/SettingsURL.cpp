@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "settings/SettingsURL.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "text/Text.h"
+
+namespace sprig::settings {
+
+namespace {
+
+constexpr std::size_t longestURL = 2000;  // bytes
+
+char lowered(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
+}
+
+bool isEqualInAnyCase(std::string_view left, std::string_view right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char one, char other) { return lowered(one) == lowered(other); });
+}
+
+/// What stands between the slashes, empty segments left out.
+std::vector<std::string_view> segmentsOf(std::string_view path) {
+  std::vector<std::string_view> segments;
+  while (!path.empty()) {
+    const auto end = std::min(path.find('/'), path.size());
+    if (end != 0) segments.push_back(path.substr(0, end));
+    path.remove_prefix(std::min(end + 1, path.size()));
+  }
+  return segments;
+}
+
+std::optional<unsigned> hexDigit(char character) {
+  const char digit = lowered(character);
+  if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
+  if (digit >= 'a' && digit <= 'f') return static_cast<unsigned>(digit - 'a' + 10);
+  return std::nullopt;
+}
+
+std::optional<std::string> decoded(std::string_view segment) {
+  std::string result;
+  for (std::size_t index = 0; index < segment.size(); ++index) {
+    if (segment[index] != '%') {
+      result += segment[index];
+      continue;
+    }
+    const auto high = index + 2 < segment.size() ? hexDigit(segment[index + 1]) : std::nullopt;
+    const auto low = high ? hexDigit(segment[index + 2]) : std::nullopt;
+    if (!low) return std::nullopt;
+    result += static_cast<char>(*high * 16 + *low);
+    index += 2;
+  }
+  return text::isValidUTF8(result) ? std::optional(result) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<SettingsTarget> parseSettingsURL(std::string_view url) {
+  constexpr std::string_view scheme = "sprig:";
+  if (url.size() > longestURL || !isEqualInAnyCase(url.substr(0, scheme.size()), scheme)) return std::nullopt;
+  if (url.find_first_of("?#") != std::string_view::npos) return std::nullopt;
+  const auto segments = segmentsOf(url.substr(scheme.size()));
+  if (segments.empty() || !isEqualInAnyCase(segments[0], "settings")) return std::nullopt;
+  if (segments.size() == 1) return SettingsTarget{};
+  if (segments.size() != 3 || segments[1] != "templates") return std::nullopt;
+  auto id = decoded(segments[2]);
+  if (!id) return std::nullopt;
+  return SettingsTarget{std::move(id)};
+}
+
+}  // namespace sprig::settings

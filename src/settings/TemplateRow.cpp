@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "settings/TemplateRow.h"
+
+#include <algorithm>
+#include <map>
+#include <sstream>
+
+#include "finder/TemplateCategories.h"
+#include "finder/visibleCount.h"
+#include "text/Text.h"
+
+namespace sprig::settings {
+
+namespace {
+
+std::string folded(std::string_view text) { return text::lowercased(text::canonicalForm(text)); }
+
+}  // namespace
+
+std::vector<TemplateRow> templateRows(const ConfigDocument& document) {
+  const auto& templates = document.config().templates;
+  const auto enabled = static_cast<std::size_t>(
+      std::count_if(templates.begin(), templates.end(), [](const auto& item) { return item.enabled; }));
+  const auto visible = visibleCount(document.config().settings, enabled);
+  std::vector<TemplateRow> rows;
+  rows.reserve(templates.size());
+  std::map<std::string_view, std::size_t> occurrences;
+  std::size_t offered = 0;
+  for (const auto& item : templates) {
+    auto placement = Placement::nowhere;
+    if (item.enabled) placement = offered++ < visible ? Placement::inMenu : Placement::underMoreTemplates;
+    rows.push_back({{item.id, occurrences[item.id]++},
+                    item.name,
+                    item.extensionName,
+                    item.icon,
+                    item.enabled,
+                    item.favorite,
+                    placement,
+                    folded(item.name + "\n" + item.extensionName + "\n" + item.filenamePattern + "\n" +
+                           categoryDisplayName(item.category))});
+  }
+  return rows;
+}
+
+bool isFound(const TemplateRow& row, std::string_view search) {
+  std::istringstream words(folded(search));
+  std::string word;
+  while (words >> word) {
+    if (row.searchText.find(word) == std::string::npos) return false;
+  }
+  return true;
+}
+
+}  // namespace sprig::settings
