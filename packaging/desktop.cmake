@@ -2,7 +2,8 @@
 # What the desktop's packages hold.
 sprig_package(sprig-desktop "new files from templates, in file managers"
 "This package has what all file managers need: the process that they ask for
-the menu, and its dialogs. Each file manager has a package of its own."
+the menu, its dialogs, and the window for templates and settings. Each file
+manager has a package of its own."
   "sprig ${same_version}" "default-dbus-session-bus | dbus-session-bus" hicolor-icon-theme)
 # What loads the icons, and what tells whether the desktop is dark.
 set(CPACK_DEBIAN_SPRIG-DESKTOP_PACKAGE_RECOMMENDS "librsvg2-common, gsettings-desktop-schemas")
@@ -10,10 +11,18 @@ install(TARGETS sprig-extension sprig-dialog DESTINATION ${CMAKE_INSTALL_LIBEXEC
 set(service com.kestrel.Sprig.Extension.service)
 configure_file(dbus/${service}.in dbus/${service} @ONLY)
 install(FILES ${made}/dbus/${service} DESTINATION ${data}/dbus-1/services COMPONENT sprig-desktop)
+set(settings_service com.kestrel.Sprig.service)
+configure_file(dbus/${settings_service}.in dbus/${settings_service} @ONLY)
+install(FILES ${made}/dbus/${settings_service} DESTINATION ${data}/dbus-1/services COMPONENT sprig-desktop)
 configure_file(systemd/${service}.in systemd/${service} @ONLY)
 install(FILES ${made}/systemd/${service} DESTINATION lib/systemd/user COMPONENT sprig-desktop)
+install(TARGETS sprig-settings COMPONENT sprig-desktop)
+install(FILES com.kestrel.Sprig.desktop DESTINATION ${data}/applications COMPONENT sprig-desktop)
+install(FILES metainfo/com.kestrel.Sprig.metainfo.xml DESTINATION ${data}/metainfo COMPONENT sprig-desktop)
+install(FILES icons/scalable/com.kestrel.Sprig.svg DESTINATION ${data}/icons/hicolor/scalable/apps COMPONENT sprig-desktop)
 sprig_compressed(man/sprig-extension.1 sprig-extension.1.gz)
-install(FILES ${made}/sprig-extension.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT sprig-desktop)
+sprig_compressed(man/sprig-settings.1 sprig-settings.1.gz)
+install(FILES ${made}/sprig-extension.1.gz ${made}/sprig-settings.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT sprig-desktop)
 install(DIRECTORY icons/symbolic/ DESTINATION ${data}/icons/hicolor/symbolic/apps COMPONENT sprig-desktop)
 
 # sprig_manager_package(MANAGER TITLE EXTENDS FOLDER): the package with a file manager's module. EXTENDS is what

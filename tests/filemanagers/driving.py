@@ -8,13 +8,11 @@ Everything here runs inside session.sh, so it has this process group, mounts and
 import os
 import pathlib
 import re
-import shutil
 import signal
 import time
 
 from gi.repository import Gio, GLib
-from sprigtest.desktop import Desktop
-from sprigtest.home import SOURCE
+from sprigtest.desktop import Desktop, install_settings
 from sprigtest.screenreader import (WITHIN_WINDOW, area, area_in_gtk4, children, has, middle, nodes, on_change,
                                     selection_in, wait_to_see, windows)
 from sprigtest.waiting import output_of, settled, wait_for
@@ -51,8 +49,7 @@ class SprigDesktop(Desktop):
         for name, text in SETTINGS.items():
             home.write(f".config/{name}", text)
         home.write(".config/gtk-3.0/bookmarks", f"file://{home.demo}/inner Marked\n")
-        for kind in ("scalable", "symbolic"):
-            shutil.copytree(SOURCE / "packaging/icons" / kind, home.path / f".local/share/icons/hicolor/{kind}/apps")
+        install_settings(home, PROGRAMS / "sprig-settings")
         self.install(PROGRAMS / "sprig-extension")
         # Notifications of a service that is installed here would lie over what is to be clicked.
         home.write(".local/share/dbus-1/services/notifications.service",

@@ -2,8 +2,8 @@
 """Sprig in a real file manager: open a folder, open the menu, pick, find the file."""
 
 from sprigtest.home import template
-from sprigtest.screenreader import wait_to_see
-from sprigtest.waiting import wait_for
+from sprigtest.screenreader import nodes, wait_to_see
+from sprigtest.waiting import output_of, wait_for
 
 BUILTINS = ["Markdown Note", "Plain Text", "Meeting Notes", "Daily To-Do List", "React Component", "TypeScript Module",
             "Python Script", "JSON File", ".env Config", "Word Document"]
@@ -97,6 +97,15 @@ def test_a_changed_configuration_changes_the_next_menu(desktop, folder, manager)
     manager.pick("More Templates")
     assert manager.submenu("More Templates") == ["Deep"]
     desktop.picture("more-templates")
+
+
+def test_the_settings_open_in_front(desktop, manager):
+    manager.open_menu(manager.background())
+    manager.pick("Sprig", SETTINGS)
+    window = desktop.dialog("Sprig Settings")
+    assert [row.name for row in nodes(window, {"list item"})] == ["R&D_notes", "Plain Text", "More 1", "Hidden"]
+    desktop.press("alt+F4")
+    wait_for(lambda: not output_of("pgrep", "-f", "sprig-settings"), "the settings to end")
 
 
 def test_there_is_no_menu_where_sprig_does_not_serve(desktop, open_manager):

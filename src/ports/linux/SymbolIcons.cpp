@@ -83,4 +83,10 @@ std::optional<std::string> iconName(std::string_view symbolName) {
   return name;
 }
 
+std::vector<std::string_view> knownSymbols() {
+  std::vector<std::string_view> symbols(drawnSymbols.begin(), drawnSymbols.end());
+  for (const auto& row : themeNames) symbols.push_back(row.symbol);
+  return symbols;
+}
+
 }  // namespace sprig::ports

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sprig::ports {
 
@@ -17,5 +18,8 @@ std::optional<std::string> iconName(std::string_view symbolName);
 
 /// Whether every icon theme has the symbol, or we do.
 bool isKnownSymbol(std::string_view symbolName);
+
+/// All of these, ours first.
+std::vector<std::string_view> knownSymbols();
 
 }  // namespace sprig::ports

@@ -8,7 +8,7 @@ import shutil
 import subprocess
 import tempfile
 
-from sprigtest.home import need
+from sprigtest.home import SOURCE, need
 from sprigtest.screenreader import Area
 from sprigtest.waiting import output_of, wait_for
 
@@ -19,6 +19,18 @@ SETTINGS = {
     "gtk-3.0/settings.ini": "[Settings]\ngtk-menu-images=1\ngtk-button-images=1\ngtk-enable-animations=0\n",
     "gtk-4.0/settings.ini": "[Settings]\ngtk-enable-animations=0\ngtk-cursor-blink=0\n",
 }
+
+
+def install_settings(home, program):
+    """Makes a program the one that opens Sprig's URLs, as its package does."""
+    entry = SOURCE / "packaging/com.kestrel.Sprig.desktop"
+    home.write(f".local/share/applications/{entry.name}", entry.read_text())
+    home.write(".local/share/applications/mimeinfo.cache", f"[MIME Cache]\nx-scheme-handler/sprig={entry.name};\n")
+    home.write(".local/share/dbus-1/services/com.kestrel.Sprig.service",
+               f"[D-BUS Service]\nName=com.kestrel.Sprig\nExec={program} --gapplication-service\n")
+    for kind in ("scalable", "symbolic"):
+        shutil.copytree(SOURCE / "packaging/icons" / kind, home.path / f".local/share/icons/hicolor/{kind}/apps",
+                        dirs_exist_ok=True)
 
 
 class Desktop:

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "settings/window/SettingsApplication.h"
+
+#include <cstdlib>
+
+#include "dialog/ColorScheme.h"
+#include "settings/SettingsURL.h"
+#include "settings/window/Widgets.h"
+
+namespace sprig::settings {
+
+namespace {
+
+/// The desktop entry and the service on the bus have the same name.
+constexpr const char* applicationId = "com.kestrel.Sprig";
+
+}  // namespace
+
+SettingsApplication::SettingsApplication()
+    : application(gtk_application_new(applicationId, G_APPLICATION_HANDLES_OPEN)),
+      systemLog("sprig-settings", ports::SystemLogFallback::standardError),
+      alerts(systemLog) {
+  connect(application.get(), "activate", [this] { showWindow(); });
+  g_signal_connect(application.get(), "open",
+                   G_CALLBACK(+[](GApplication*, GFile** files, int count, const char*,
+                                  SettingsApplication* self) { self->open(files, count); }),
+                   this);
+}
+
+int SettingsApplication::run(int argc, char** argv) {
+  GError* error = nullptr;
+  const wire::ObjectPointer<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error));
+  if (!bus) {
+    const wire::ErrorPointer owned(error);
+    systemLog.log(std::string("[SprigSettings] Can't connect to the session bus: ") + error->message);
+    return EXIT_FAILURE;
+  }
+  // In the first instance only.
+  connect(application.get(), "startup", [this, &bus] { start(*bus); });
+  return g_application_run(G_APPLICATION(application.get()), argc, argv);
+}
+
+void SettingsApplication::start(GDBusConnection& bus) {
+  dialog::followColorScheme();
+  addStyle();
+  desktop.emplace(bus, systemLog, alerts);
+  model.emplace();
+  desktop->whenConfigurationChanges([this] { model->reload(); });
+}
+
+void SettingsApplication::showWindow() {
+  if (!window) {
+    // The application ends when its only window has gone.
+    window = std::make_unique<SettingsWindow>(application.get(), *model, [this] { window.reset(); });
+  }
+  window->present();
+}
+
+void SettingsApplication::open(GFile** files, int count) {
+  showWindow();
+  for (int index = 0; index < count; ++index) {
+    const wire::TextPointer uri(g_file_get_uri(files[index]));
+    if (const auto target = parseSettingsURL(uri.get())) return window->show(*target);
+  }
+}
+
+}  // namespace sprig::settings

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <memory>
+#include <optional>
+
+#include "ports/desktop/DesktopApplication.h"
+#include "ports/desktop/DesktopPlatform.h"
+#include "ports/linux/LinuxSystemLog.h"
+#include "settings/SettingsModel.h"
+#include "settings/window/SettingsWindow.h"
+#include "wire/Pointers.h"
+
+namespace sprig::settings {
+
+/// The settings program: one instance in a session, which is started by hand, by a URL or by the bus.
+///
+/// Threads: main thread.
+class SettingsApplication {
+ public:
+  SettingsApplication();
+
+  /// Runs until the window is closed; the program's exit status.
+  int run(int argc, char** argv);
+
+ private:
+  void start(GDBusConnection& bus);
+  void showWindow();
+  void open(GFile** files, int count);
+
+  wire::ObjectPointer<GtkApplication> application;
+  ports::LinuxSystemLog systemLog;
+  desktop::DesktopApplication alerts;
+  std::optional<desktop::DesktopPlatform> desktop;
+  std::optional<SettingsModel> model;
+  std::unique_ptr<SettingsWindow> window;
+};
+
+}  // namespace sprig::settings

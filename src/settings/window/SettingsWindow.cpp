@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "settings/window/SettingsWindow.h"
+
+#include <string_view>
+#include <utility>
+
+#include "settings/window/Widgets.h"
+#include "wire/Pointers.h"
+
+namespace sprig::settings {
+
+namespace {
+
+constexpr int defaultWidth = 700;
+constexpr int defaultHeight = 720;
+
+constexpr const char* listPage = "templates";
+constexpr const char* settingsPage = "settings";
+constexpr const char* editorPage = "editor";
+constexpr const char* brokenPage = "broken";
+
+constexpr const char* switcherTitle = "switcher";
+constexpr const char* plainTitle = "plain";
+
+}  // namespace
+
+SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& settingsModel,
+                               std::function<void()> whenClosed)
+    : model(settingsModel),
+      window(GTK_WINDOW(gtk_application_window_new(application))),
+      stack(gtk_stack_new()),
+      titles(gtk_stack_new()),
+      title(gtk_label_new("")),
+      backButton(makeIconButton("go-previous-symbolic", "Back")),
+      newButton(makeIconButton("list-add-symbolic", "New Template")),
+      searchButton(makeIconButton("edit-find-symbolic", "Search")),
+      menuButton(makeMenuButton()),
+      overlay(gtk_overlay_new()),
+      toast(GTK_OVERLAY(overlay)),
+      list(model, {[this](const TemplateKey& key) { edit(key); },
+                   [this](const std::string& name) {
+                     toast.show("Removed “" + name + "”", "Undo", [this] { undo(); });
+                   }}),
+      editor(model, [this](const std::string& failure) { toast.show(failure); }),
+      menuSettings(model),
+      broken(model, [this](const std::string& message) { toast.show(message); }) {
+  gtk_window_set_title(window, "Sprig Settings");
+  gtk_window_set_icon_name(window, "com.kestrel.Sprig");
+  gtk_window_set_default_size(window, defaultWidth, defaultHeight);
+  gtk_window_set_titlebar(window, makeTitleBar());
+  addPages();
+  addShortcuts();
+  connectDeciding(window, "close-request", [this, whenClosed = std::move(whenClosed)] {
+    editor.finish();
+    whenClosed();
+    return true;
+  });
+  connect(stack, "notify::visible-child", [this] { update(); });
+  model.onChange([this] { update(); });
+  model.onFailure([this](const std::string& failure) { toast.show(failure); });
+  update();
+  list.focusFirst();
+}
+
+SettingsWindow::~SettingsWindow() {
+  model.onChange({});
+  model.onFailure({});
+  gtk_window_destroy(window);
+}
+
+GtkWidget* SettingsWindow::makeTitleBar() {
+  auto* switcher = gtk_stack_switcher_new();
+  gtk_stack_switcher_set_stack(GTK_STACK_SWITCHER(switcher), GTK_STACK(stack));
+  gtk_widget_add_css_class(title, "title");
+  gtk_label_set_ellipsize(GTK_LABEL(title), PANGO_ELLIPSIZE_END);
+  gtk_stack_add_named(GTK_STACK(titles), switcher, switcherTitle);
+  gtk_stack_add_named(GTK_STACK(titles), title, plainTitle);
+  hideOtherPages(GTK_STACK(titles));
+  auto* bar = gtk_header_bar_new();
+  gtk_header_bar_set_title_widget(GTK_HEADER_BAR(bar), titles);
+  gtk_header_bar_pack_start(GTK_HEADER_BAR(bar), backButton);
+  gtk_header_bar_pack_start(GTK_HEADER_BAR(bar), newButton);
+  gtk_header_bar_pack_end(GTK_HEADER_BAR(bar), menuButton);
+  gtk_header_bar_pack_end(GTK_HEADER_BAR(bar), searchButton);
+  connect(backButton, "clicked", [this] { leaveEditor(); });
+  connect(newButton, "clicked", [this] { list.addNew(); });
+  connect(searchButton, "clicked", [this] { list.beginSearch(); });
+  return bar;
+}
+
+GtkWidget* SettingsWindow::makeMenuButton() {
+  auto* button = gtk_menu_button_new();
+  gtk_menu_button_set_icon_name(GTK_MENU_BUTTON(button), "open-menu-symbolic");
+  gtk_widget_set_tooltip_text(button, "Menu");
+  setAccessibleName(button, "Menu");
+  const std::pair<const char*, void (SettingsWindow::*)()> items[] = {{"undo", &SettingsWindow::undo},
+                                                                      {"redo", &SettingsWindow::redo},
+                                                                      {"about", &SettingsWindow::showAbout}};
+  for (const auto& [name, perform] : items) {
+    const wire::ObjectPointer<GSimpleAction> action(g_simple_action_new(name, nullptr));
+    connect(action.get(), "activate", [this, run = perform] { (this->*run)(); });
+    g_action_map_add_action(G_ACTION_MAP(window), G_ACTION(action.get()));
+  }
+  const wire::ObjectPointer<GMenu> menu(g_menu_new());
+  g_menu_append(menu.get(), "_Undo", "win.undo");
+  g_menu_append(menu.get(), "_Redo", "win.redo");
+  const wire::ObjectPointer<GMenu> about(g_menu_new());
+  g_menu_append(about.get(), "_About Sprig", "win.about");
+  g_menu_append_section(menu.get(), nullptr, G_MENU_MODEL(about.get()));
+  gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(button), G_MENU_MODEL(menu.get()));
+  return button;
+}
+
+void SettingsWindow::addPages() {
+  gtk_stack_add_titled(GTK_STACK(stack), list.widget(), listPage, "Templates");
+  gtk_stack_add_titled(GTK_STACK(stack), menuSettings.widget(), settingsPage, "Settings");
+  gtk_stack_add_named(GTK_STACK(stack), editor.widget(), editorPage);
+  gtk_stack_add_named(GTK_STACK(stack), broken.widget(), brokenPage);
+  hideOtherPages(GTK_STACK(stack));
+  gtk_stack_set_transition_type(GTK_STACK(stack), GTK_STACK_TRANSITION_TYPE_CROSSFADE);
+  gtk_overlay_set_child(GTK_OVERLAY(overlay), stack);
+  gtk_window_set_child(window, overlay);
+}
+
+void SettingsWindow::addShortcuts() {
+  addShortcut("<Control>n", [this] {
+    if (isOn(listPage)) list.addNew();
+  });
+  addShortcut("<Control>f", [this] {
+    if (isOn(listPage)) list.beginSearch();
+  });
+  addShortcut("<Control>z", [this] { undo(); });
+  addShortcut("<Control><Shift>z", [this] { redo(); });
+  addShortcut("<Control>w", [this] { gtk_window_close(window); });
+  for (const auto* keys : {"Escape", "<Alt>Left"}) addShortcut(keys, [this] { leaveEditor(); });
+}
+
+void SettingsWindow::addShortcut(const char* keys, std::function<void()> perform) {
+  settings::addShortcut(GTK_WIDGET(window), keys, [perform = std::move(perform)] {
+    perform();
+    return true;
+  });
+}
+
+void SettingsWindow::update() {
+  if (model.fault().has_value() != isOn(brokenPage)) {
+    // What was not written yet can't be any more.
+    if (model.fault()) editor.finish();
+    return showPage(model.fault() ? brokenPage : listPage);
+  }
+  list.update();
+  menuSettings.update();
+  editor.update();
+  broken.update();
+  const bool isList = isOn(listPage);
+  const bool isSwitching = isList || isOn(settingsPage);
+  gtk_stack_set_visible_child_name(GTK_STACK(titles), isSwitching ? switcherTitle : plainTitle);
+  gtk_label_set_text(GTK_LABEL(title), isOn(editorPage) ? "Edit Template" : "Sprig Settings");
+  setVisible(backButton, isOn(editorPage));
+  setVisible(newButton, isList);
+  setVisible(searchButton, isList);
+  gtk_widget_set_sensitive(newButton, model.isWritable() ? TRUE : FALSE);
+}
+
+void SettingsWindow::showPage(const char* name) { gtk_stack_set_visible_child_name(GTK_STACK(stack), name); }
+
+bool SettingsWindow::isOn(const char* name) const {
+  const char* visible = gtk_stack_get_visible_child_name(GTK_STACK(stack));
+  return visible != nullptr && std::string_view(visible) == name;
+}
+
+void SettingsWindow::present() { gtk_window_present(window); }
+
+void SettingsWindow::show(const SettingsTarget& target) {
+  if (model.fault()) return;
+  if (!target.templateId) {
+    leaveEditor();
+    showPage(listPage);
+  } else if (model.find({*target.templateId, 0}) != nullptr) {
+    edit({*target.templateId, 0});
+  }
+}
+
+void SettingsWindow::edit(const TemplateKey& key) {
+  toast.hide();
+  editor.open(key);
+  showPage(editorPage);
+}
+
+void SettingsWindow::leaveEditor() {
+  const auto key = editor.finish();
+  if (!isOn(editorPage)) return;
+  showPage(listPage);
+  if (key) list.focus(*key);
+}
+
+void SettingsWindow::undo() {
+  if (!isOn(listPage) && !isOn(settingsPage)) return;
+  const auto undone = model.undoable();
+  if (!undone || !model.undo()) return;
+  toast.show("Undone: " + *undone);
+  if (isOn(listPage)) list.focusNews();
+}
+
+void SettingsWindow::redo() {
+  if (isOn(listPage) || isOn(settingsPage)) model.redo();
+}
+
+void SettingsWindow::showAbout() {
+  gtk_show_about_dialog(window, "program-name", "Sprig", "logo-icon-name", "com.kestrel.Sprig", "version",
+                        SPRIG_VERSION, "comments", "New files from templates, where you are working",
+                        nullptr);
+}
+
+}  // namespace sprig::settings

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <functional>
+#include <string>
+
+#include "settings/SettingsModel.h"
+#include "settings/SettingsURL.h"
+#include "settings/window/BrokenPage.h"
+#include "settings/window/MenuSettings.h"
+#include "settings/window/TemplateEditor.h"
+#include "settings/window/TemplateList.h"
+#include "settings/window/Toast.h"
+
+namespace sprig::settings {
+
+/// The window of the settings program. It shows what the model has, and forwards what the user does.
+///
+/// Threads:   main thread, after GTK was initialised.
+/// Ownership: the model outlives this; the window on the screen lives as long as this.
+class SettingsWindow {
+ public:
+  /// `whenClosed` is called when the user has closed the window, which may destroy this then.
+  SettingsWindow(GtkApplication* application, SettingsModel& settingsModel, std::function<void()> whenClosed);
+  ~SettingsWindow();
+  SettingsWindow(const SettingsWindow&) = delete;
+  SettingsWindow& operator=(const SettingsWindow&) = delete;
+
+  /// Comes to the front, as far as the desktop lets it.
+  void present();
+  /// Shows what a URL wants, if there is such a thing.
+  void show(const SettingsTarget& target);
+
+ private:
+  GtkWidget* makeTitleBar();
+  GtkWidget* makeMenuButton();
+  void addPages();
+  void addShortcuts();
+  void addShortcut(const char* keys, std::function<void()> perform);
+  void update();
+  void showPage(const char* name);
+  bool isOn(const char* name) const;
+  void edit(const TemplateKey& key);
+  void leaveEditor();
+  void undo();
+  void redo();
+  void showAbout();
+
+  SettingsModel& model;
+  GtkWindow* const window;
+  GtkWidget* const stack;
+  GtkWidget* const titles;
+  GtkWidget* const title;
+  GtkWidget* const backButton;
+  GtkWidget* const newButton;
+  GtkWidget* const searchButton;
+  GtkWidget* const menuButton;
+  GtkWidget* const overlay;
+  Toast toast;
+  TemplateList list;
+  TemplateEditor editor;
+  MenuSettings menuSettings;
+  BrokenPage broken;
+};
+
+}  // namespace sprig::settings

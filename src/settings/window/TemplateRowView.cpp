@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "settings/window/TemplateRowView.h"
+
+#include "settings/window/Widgets.h"
+#include "wire/Pointers.h"
+
+namespace sprig::settings {
+
+namespace {
+
+/// Drags within this program carry it: "(st)", the template's id and which of those that share it.
+constexpr const char* dragType = "(st)";
+
+GVariant* variantOf(const TemplateKey& key) {
+  return g_variant_new(dragType, key.id.c_str(), static_cast<guint64>(key.occurrence));
+}
+
+/// For screen readers, after the name.
+std::string descriptionOf(const TemplateRow& row, std::size_t position, std::size_t count) {
+  std::string text = std::to_string(position + 1) + " of " + std::to_string(count);
+  if (!row.extensionName.empty()) text += ", " + row.extensionName;
+  if (row.isFavorite) text += ", favourite";
+  if (row.placement == Placement::underMoreTemplates) text += ", under “More Templates”";
+  if (row.placement == Placement::nowhere) text += ", not in the menu";
+  return text;
+}
+
+}  // namespace
+
+TemplateRowView::TemplateRowView(const TemplateKey& key, const Handlers& rowHandlers)
+    : templateKey(key),
+      handlers(rowHandlers),
+      row(GTK_LIST_BOX_ROW(gtk_list_box_row_new())),
+      icon(makeDecoration(nullptr)),
+      name(makeLabel("")),
+      extension(makeLabel("")),
+      star(makeDecoration("starred-symbolic")),
+      enabled(gtk_switch_new()),
+      menuButton(gtk_menu_button_new()) {
+  gtk_widget_add_css_class(GTK_WIDGET(row), "sprig-row");
+  gtk_list_box_row_set_child(row, makeContent());
+  connect(enabled, "notify::active", [this] {
+    if (!isUpdating) handlers.setEnabled(templateKey, gtk_switch_get_active(GTK_SWITCH(enabled)) != FALSE);
+  });
+  // Only the menu that is looked at is made.
+  gtk_menu_button_set_create_popup_func(
+      GTK_MENU_BUTTON(menuButton),
+      [](GtkMenuButton* button, void* view) {
+        const auto& self = *static_cast<TemplateRowView*>(view);
+        const wire::ObjectPointer<GMenuModel> menu(self.handlers.menu(self.templateKey));
+        gtk_menu_button_set_popover(button, gtk_popover_menu_new_from_model(menu.get()));
+      },
+      this, nullptr);
+  makeDraggable();
+  acceptDrops();
+}
+
+GtkWidget* TemplateRowView::makeContent() {
+  auto* handle = makeDecoration("list-drag-handle-symbolic");
+  gtk_widget_add_css_class(handle, "sprig-handle");
+  gtk_image_set_pixel_size(GTK_IMAGE(icon), 16);
+  gtk_label_set_ellipsize(GTK_LABEL(name), PANGO_ELLIPSIZE_END);
+  gtk_widget_set_hexpand(name, TRUE);
+  gtk_label_set_ellipsize(GTK_LABEL(extension), PANGO_ELLIPSIZE_MIDDLE);
+  gtk_label_set_width_chars(GTK_LABEL(extension), 6);
+  gtk_label_set_max_width_chars(GTK_LABEL(extension), 10);
+  for (const auto* style : {"dim-label", "sprig-extension"}) gtk_widget_add_css_class(extension, style);
+  gtk_widget_add_css_class(star, "dim-label");
+  gtk_widget_set_tooltip_text(star, "Favourite");
+  gtk_widget_set_valign(enabled, GTK_ALIGN_CENTER);
+  gtk_menu_button_set_icon_name(GTK_MENU_BUTTON(menuButton), "view-more-symbolic");
+  gtk_menu_button_set_has_frame(GTK_MENU_BUTTON(menuButton), FALSE);
+  gtk_widget_set_valign(menuButton, GTK_ALIGN_CENTER);
+  auto* box = makeBox(GTK_ORIENTATION_HORIZONTAL, gap);
+  for (auto* part : {handle, icon, name, star, extension, enabled, menuButton})
+    gtk_box_append(GTK_BOX(box), part);
+  return box;
+}
+
+void TemplateRowView::openMenu() { gtk_menu_button_popup(GTK_MENU_BUTTON(menuButton)); }
+
+void TemplateRowView::update(const TemplateRow& newData, std::size_t position, std::size_t count,
+                             bool isWritable) {
+  data = newData;
+  place = position;
+  isUpdating = true;
+  gtk_image_set_from_icon_name(GTK_IMAGE(icon), drawableIcon(data.icon).c_str());
+  gtk_label_set_text(GTK_LABEL(name), data.name.c_str());
+  gtk_label_set_text(GTK_LABEL(extension), data.extensionName.c_str());
+  setVisible(star, data.isFavorite);
+  gtk_switch_set_active(GTK_SWITCH(enabled), data.isEnabled ? TRUE : FALSE);
+  gtk_widget_set_sensitive(enabled, isWritable ? TRUE : FALSE);
+  for (auto* part : {icon, name}) {
+    if (data.isEnabled) {
+      gtk_widget_remove_css_class(part, "sprig-off");
+    } else {
+      gtk_widget_add_css_class(part, "sprig-off");
+    }
+  }
+  setAccessibleName(GTK_WIDGET(row), data.name);
+  setAccessibleDescription(GTK_WIDGET(row), descriptionOf(data, position, count));
+  setAccessibleName(enabled, "Show “" + data.name + "” in the menu");
+  setAccessibleName(menuButton, "Menu of “" + data.name + "”");
+  isUpdating = false;
+}
+
+void TemplateRowView::makeDraggable() {
+  auto* source = gtk_drag_source_new();
+  gtk_drag_source_set_actions(source, GDK_ACTION_MOVE);
+  g_signal_connect(
+      source, "prepare",
+      G_CALLBACK(+[](GtkDragSource* drag, double x, double y, TemplateRowView* self) -> GdkContentProvider* {
+        const wire::ObjectPointer<GdkPaintable> picture(gtk_widget_paintable_new(GTK_WIDGET(self->row)));
+        gtk_drag_source_set_icon(drag, picture.get(), static_cast<int>(x), static_cast<int>(y));
+        return gdk_content_provider_new_typed(G_TYPE_VARIANT, variantOf(self->templateKey));
+      }),
+      this);
+  gtk_widget_add_controller(GTK_WIDGET(row), GTK_EVENT_CONTROLLER(source));
+}
+
+void TemplateRowView::acceptDrops() {
+  auto* target = gtk_drop_target_new(G_TYPE_VARIANT, GDK_ACTION_MOVE);
+  g_signal_connect(target, "motion",
+                   G_CALLBACK(+[](GtkDropTarget*, double, double y, TemplateRowView* self) -> GdkDragAction {
+                     self->markDrop(self->isInLowerHalf(y));
+                     return GDK_ACTION_MOVE;
+                   }),
+                   this);
+  g_signal_connect(target, "leave",
+                   G_CALLBACK(+[](GtkDropTarget*, TemplateRowView* self) { self->unmarkDrop(); }), this);
+  g_signal_connect(
+      target, "drop",
+      G_CALLBACK(+[](GtkDropTarget*, const GValue* value, double, double y,
+                     TemplateRowView* self) -> gboolean { return self->drop(value, y) ? TRUE : FALSE; }),
+      this);
+  gtk_widget_add_controller(GTK_WIDGET(row), GTK_EVENT_CONTROLLER(target));
+}
+
+bool TemplateRowView::drop(const GValue* dragged, double y) {
+  unmarkDrop();
+  auto* variant = g_value_get_variant(dragged);
+  if (variant == nullptr || g_variant_is_of_type(variant, G_VARIANT_TYPE(dragType)) == FALSE) return false;
+  const char* id = nullptr;
+  guint64 occurrence = 0;
+  g_variant_get(variant, "(&st)", &id, &occurrence);
+  handlers.drop({id, occurrence}, templateKey, isInLowerHalf(y));
+  return true;
+}
+
+bool TemplateRowView::isInLowerHalf(double y) const {
+  return y > gtk_widget_get_height(GTK_WIDGET(row)) / 2.0;
+}
+
+void TemplateRowView::markDrop(bool isBelow) {
+  unmarkDrop();
+  gtk_widget_add_css_class(GTK_WIDGET(row), isBelow ? "drop-below" : "drop-above");
+}
+
+void TemplateRowView::unmarkDrop() {
+  for (const auto* style : {"drop-above", "drop-below"}) gtk_widget_remove_css_class(GTK_WIDGET(row), style);
+}
+
+}  // namespace sprig::settings

@@ -1,0 +1,166 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The settings program on a desktop without a screen, as its users see it."""
+
+import json
+import os
+import pathlib
+import subprocess
+import time
+
+import pytest
+from sprigtest.desktop import Desktop, install_settings, keep_failures
+from sprigtest.home import SOURCE, template, throw_away_home
+from sprigtest.screenreader import area_in_gtk4, has, middle, nodes, wait_to_see, windows
+from sprigtest.waiting import DEADLINE, output_of, settled, wait_for
+
+PROGRAMS = pathlib.Path(os.environ.get("SPRIG_PROGRAMS", SOURCE / "build/bin")).resolve()
+PICTURES = os.environ.get("SPRIG_SCREENSHOTS")
+BUTTONS = {"push button", "check box", "page tab", "menu item"}
+
+
+class Settings:
+    """A run of the program."""
+
+    def __init__(self, desktop, *arguments, **environment):
+        self.desktop = desktop
+        self.process = subprocess.Popen([PROGRAMS / "sprig-settings", *arguments], stderr=desktop.log,
+                                        env={**desktop.environment, **environment})
+        wait_for(lambda: self.window and desktop.active_window() == self.window, "the focus")
+
+    def windows_on_screen(self, *options):
+        return output_of("xdotool", "search", "--onlyvisible", "--all", "--pid", str(self.process.pid), *options).split()
+
+    @property
+    def window(self):
+        return "".join(self.windows_on_screen("--name", "Sprig Settings")[-1:])
+
+    def accessible(self):
+        return wait_to_see(lambda: windows(self.process.pid), "the accessible window")[0]
+
+    def seen(self, roles=None, name=None):
+        """What is on the screen of these roles and this name."""
+        return [node for node in nodes(self.accessible(), roles, name) if has(node, "VISIBLE")]
+
+    def sees(self, roles, name=None):
+        return wait_to_see(lambda: self.seen(roles, name), f"{roles} {name or ''}")[0]
+
+    def reads(self, text):
+        """Waits for a text that a label shows."""
+        wait_to_see(lambda: [label for label in self.seen({"label", "alert"}) if text in label.name], f"“{text}”")
+
+    def click(self, name, roles=frozenset(BUTTONS)):
+        node = self.sees(roles, name)
+        self.desktop.click(middle(area_in_gtk4(node, self.desktop.area(self.window), self.accessible())))
+        return self
+
+    def rows(self):
+        return [row.name for row in self.seen({"list item"})]
+
+    def lists(self, *names):
+        wait_to_see(lambda: self.rows() == list(names), f"the list {names}")
+
+    def focuses(self, name):
+        """Waits until a row has the keyboard."""
+        wait_to_see(lambda: [row for row in self.seen({"list item"}, name) if has(row, "FOCUSED")], f"the focus on {name}")
+
+    def press(self, *keys):
+        self.desktop.press(*keys)
+        return self
+
+    def fill(self, name, text):
+        """Replaces what stands in a field; the tests' keyboard has no {."""
+        field = self.sees({"text", "entry"}, name)
+        field.call("org.a11y.atspi.EditableText", "SetTextContents", "(s)", text)
+
+    def text(self, name):
+        field = self.sees({"text", "entry"}, name)
+        return field.ask("Text", "GetText", "(ii)", 0, field.get("CharacterCount", "Text"))
+
+    def choose(self, place):
+        """The entry at that place of the menu that opens."""
+        wait_for(lambda: len(self.windows_on_screen()) > 1, "the menu")
+        return self.press(*["Down"] * place, "Return")
+
+    def insert(self, which, place):
+        """Chooses from one of the menus of placeholders."""
+        button = self.seen({"push button"}, "Insert")[which]
+        self.desktop.click(middle(area_in_gtk4(button, self.desktop.area(self.window), self.accessible())))
+        self.choose(place)
+
+    def drag(self, name, target):
+        """From the middle of a row to the lower part of another."""
+        rows = [area_in_gtk4(self.sees({"list item"}, row), self.desktop.area(self.window), self.accessible())
+                for row in (name, target)]
+        (x, y), (_, end) = map(middle, rows)
+        output_of("xdotool", "mousemove", str(x), str(y), "mousedown", "1")
+        # What is dragged is a window, too.
+        wait_for(lambda: len(self.windows_on_screen()) > 1, "the drag",
+                 between=lambda: output_of("xdotool", "mousemove_relative", "--sync", "0", "5"))
+        self.desktop.point((x, end + 8))
+        settled(lambda: self.desktop.screenshot().tobytes(), "the screen", between=lambda: time.sleep(0.1))
+        output_of("xdotool", "mouseup", "1")
+
+    def picture(self, name):
+        """Keeps the window for the documents, if that is wanted."""
+        if not PICTURES:
+            return
+        left, top, width, height = self.desktop.area(self.window)
+        image = settled(self.desktop.screenshot, "the screen", between=lambda: time.sleep(0.1)).crop((left, top, left + width, top + height))
+        pathlib.Path(PICTURES).mkdir(parents=True, exist_ok=True)
+        image.convert("RGB").quantize(256).save(pathlib.Path(PICTURES, f"settings-{name}.png"), optimize=True)
+
+
+class ConfiguredDesktop(Desktop):
+    """A desktop on which the settings are installed, and what is in the configuration."""
+
+    def config(self):
+        return json.loads(self.home.config.read_text())
+
+    def templates(self, *fields):
+        return [tuple(item[field] for field in fields) if len(fields) > 1 else item[fields[0]]
+                for item in self.config()["templates"]]
+
+    def change(self, edit):
+        """As another program does it."""
+        config = self.config()
+        edit(config)
+        self.home.write(self.home.config, json.dumps(config))
+
+
+@pytest.fixture(scope="session")
+def session():
+    with throw_away_home() as home:
+        install_settings(home, PROGRAMS / "sprig-settings")
+        result = ConfiguredDesktop(home)
+        result.start()
+        yield result
+        result.stop()
+
+
+@pytest.fixture
+def desktop(session):
+    """With the templates Alpha, Beta and Gamma, of which the menu itself has two."""
+    session.home.configure(*map(template, ("Alpha", "Beta", "Gamma")), maxVisibleTemplates=2)
+    said = session.output.stat().st_size
+    yield session
+    output = session.output.read_bytes()[said:].decode(errors="replace")
+    assert [line for line in output.splitlines() if "CRITICAL" in line or "WARNING" in line] == []
+
+
+@pytest.fixture
+def open_settings(desktop):
+    """Starts the program."""
+    runs = []
+
+    def start(*arguments, **environment):
+        runs.append(Settings(desktop, *arguments, **environment))
+        return runs[-1]
+    yield start
+    for run in runs:
+        run.process.kill()
+        run.process.wait(DEADLINE)
+
+
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport(item):
+    keep_failures(item, (yield).get_result())

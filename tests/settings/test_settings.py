@@ -1,0 +1,166 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Stories of the settings: keys, mouse, a screen reader, and the file that others change, too."""
+
+import datetime
+import subprocess
+
+import pytest
+from conftest import PROGRAMS
+from sprigtest.home import template
+from sprigtest.screenreader import has, wait_to_see
+from sprigtest.waiting import DEADLINE, wait_for
+
+TODAY = datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%d")
+
+
+def test_the_list_is_put_in_order_by_keys(desktop, open_settings):
+    settings = open_settings()
+    settings.lists("Alpha", "Beta", "Gamma")
+    settings.focuses("Alpha")
+    assert [row.get("Description") for row in settings.seen({"list item"})] == [
+        "1 of 3, .txt", "2 of 3, .txt", "3 of 3, .txt, under “More Templates”"]
+    settings.reads("Under “More Templates”")
+    settings.press("alt+Down")
+    settings.lists("Beta", "Alpha", "Gamma")
+    settings.focuses("Alpha")
+    settings.press("alt+End").lists("Beta", "Gamma", "Alpha")
+    settings.focuses("Alpha")
+    assert desktop.templates("name") == ["Beta", "Gamma", "Alpha"]
+    settings.press("ctrl+z", "ctrl+z")
+    settings.lists("Alpha", "Beta", "Gamma")
+    assert desktop.templates("name") == ["Alpha", "Beta", "Gamma"]
+
+
+def test_a_template_is_dragged_to_another_place(desktop, open_settings):
+    settings = open_settings()
+    settings.lists("Alpha", "Beta", "Gamma")
+    settings.drag("Alpha", "Gamma")
+    settings.lists("Beta", "Gamma", "Alpha")
+    wait_for(lambda: desktop.templates("name") == ["Beta", "Gamma", "Alpha"], "the file")
+
+
+def test_a_template_is_taken_out_of_the_menu_and_removed_and_comes_back(desktop, open_settings):
+    settings = open_settings()
+    settings.click("Show “Alpha” in the menu")
+    wait_for(lambda: desktop.templates("name", "enabled")[0] == ("Alpha", False), "the switch's effect")
+    settings.press("Down").focuses("Beta")
+    settings.press("Delete").lists("Alpha", "Gamma")
+    settings.focuses("Gamma")
+    assert desktop.templates("name") == ["Alpha", "Gamma"]
+    settings.reads("Removed “Beta”")
+    settings.click("Undo").lists("Alpha", "Beta", "Gamma")
+    assert desktop.templates("name") == ["Alpha", "Beta", "Gamma"]
+    settings.focuses("Beta")
+    settings.press("shift+F10").choose(1).lists("Alpha", "Beta", "Beta Copy", "Gamma")
+    settings.press("ctrl+f")
+    desktop.type("gam")
+    settings.lists("Gamma")
+    desktop.type("x")
+    settings.reads("Nothing Found")
+
+
+def test_a_newcomer_makes_a_template_with_a_placeholder(desktop, open_settings):
+    desktop.home.config.unlink()
+    (desktop.home.path / f"Log {TODAY}.md").touch()
+    settings = open_settings()
+    settings.reads("These templates come with Sprig.")
+    settings.picture("list")
+    assert not desktop.home.config.exists()
+    settings.press("ctrl+n").sees({"text"}, "Name in the menu")
+    desktop.type("Log")
+    settings.press("Tab", "ctrl+a")
+    desktop.type("Log ")
+    settings.insert(0, 0)
+    settings.fill("Extension", ".md")
+    settings.reads(f"The next file: “Log {TODAY} 2.md”")
+    settings.click("Content", {"text"})
+    desktop.type("It is ")
+    settings.insert(1, 5)
+    wait_to_see(lambda: settings.text("Content") == "It is {{year}}", "the placeholder")
+    settings.picture("editor")
+    settings.click("Preview", {"page tab"})
+    assert settings.text("Preview") == f"It is {TODAY[:4]}"
+    settings.click("Back")
+    settings.focuses("Log")
+    made = desktop.config()["templates"][0]
+    assert (made["name"], made["filenamePattern"], made["extension"], made["content"]) == (
+        "Log", "Log {{date}}", ".md", "It is {{year}}")
+    assert len(desktop.templates("name")) == 12
+
+
+def test_what_others_write_meanwhile_is_taken_in_or_asked_about(desktop, open_settings):
+    settings = open_settings("sprig://settings/templates/beta")
+    wait_to_see(lambda: settings.text("Name in the menu") == "Beta", "the editor")
+    settings.fill("Content", "mine")
+    wait_for(lambda: desktop.templates("content")[1] == "mine", "what was typed")
+    desktop.change(lambda config: config["templates"][1].update(filenamePattern="theirs", custom="kept"))
+    wait_to_see(lambda: settings.text("File name") == "theirs", "what others wrote")
+    assert not settings.seen({"push button"}, "Keep Mine")
+    desktop.change(lambda config: config["templates"][1].update(content="their text"))
+    settings.reads("This template was changed elsewhere, too.")
+    settings.click("Keep Mine")
+    wait_for(lambda: desktop.templates("content")[1] == "mine", "mine")
+    desktop.change(lambda config: config["templates"][1].update(content="their text"))
+    settings.click("Reload")
+    assert settings.text("Content") == "their text"
+    assert desktop.config()["templates"][1]["custom"] == "kept"
+    desktop.change(lambda config: config["templates"].pop(1))
+    settings.reads("This template was removed elsewhere.")
+
+
+def test_bytes_are_shown_as_what_they_are(desktop, open_settings):
+    desktop.home.configure(template("Picture", filenamePattern="Picture.png", contentBase64="iVBORw0KGgo="))
+    settings = open_settings("sprig://settings/templates/picture")
+    settings.reads("PNG image, 8 bytes")
+    settings.click("Use a Text")
+    wait_for(lambda: "contentBase64" not in desktop.config()["templates"][0], "the text")
+
+
+def test_the_settings_of_the_menu_are_set(desktop, open_settings):
+    settings = open_settings()
+    settings.click("Settings", {"page tab"})
+    for name in ("Show Sprig in file managers", "Sections by category", "Notifications"):
+        settings.click(name)
+    settings.picture("menu")
+    wait_for(lambda: desktop.config()["settings"] == {
+        "maxVisibleTemplates": 2, "showInFinder": False, "showCategories": False, "notificationsEnabled": False}, "the file")
+
+
+def test_a_broken_file_is_mended_by_hand(desktop, open_settings):
+    whole = desktop.home.config.read_text()
+    settings = open_settings()
+    broken = whole.replace('"enabled": true', '"enabled": 1', 1)
+    desktop.home.write(desktop.home.config, broken)
+    settings.reads("templates[0].enabled: expected true or false")
+    assert settings.text("Configuration") == broken
+    assert not has(settings.sees({"push button"}, "Save"), "SENSITIVE")
+    settings.picture("broken")
+    settings.fill("Configuration", whole)
+    wait_to_see(lambda: has(settings.sees({"push button"}, "Save"), "SENSITIVE"), "the text to be good")
+    assert desktop.home.config.read_text() == broken
+    settings.click("Save").lists("Alpha", "Beta", "Gamma")
+    assert desktop.home.config.read_text() == whole
+    desktop.home.write(desktop.home.config, "{")
+    settings.click("Start Afresh").reads("The old text is kept in “")
+    assert (desktop.home.path / ".local/state/sprig/broken-config.json").read_text() == "{"
+    assert len(desktop.templates("name")) == 11
+
+
+@pytest.mark.parametrize("url, shown", [
+    ("sprig://settings", "Templates"), ("sprig:///settings/templates/gamma", "Gamma"),
+    ("sprig://settings/templates/none", "Templates"), ("sprig://other/templates/gamma", "Templates"), (None, "Templates")])
+def test_a_url_shows_a_place_in_the_only_window(desktop, open_settings, url, shown):
+    settings = open_settings()
+    settings.click("Settings", {"page tab"})
+    if shown == "Gamma" or url == "sprig://settings":
+        settings.sees({"label"}, "New Files")
+    else:
+        settings.click("Templates", {"page tab"})
+    subprocess.run([PROGRAMS / "sprig-settings", *([url] if url else [])], env=desktop.environment, check=True,
+                   timeout=DEADLINE)
+    if shown == "Templates":
+        settings.lists("Alpha", "Beta", "Gamma")
+    else:
+        wait_to_see(lambda: settings.text("Name in the menu") == shown, "the template")
+    settings.press("alt+F4")
+    assert settings.process.wait(DEADLINE) == 0
