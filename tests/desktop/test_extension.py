@@ -11,6 +11,7 @@ import subprocess
 import pytest
 from gi.repository import GLib
 from sprigtest.bus import Desktop, FileManager, held, uri, wait_until
+from sprigtest.desktop import install_settings
 from sprigtest.home import template
 
 SUBMENU, SEPARATOR, ITEM = 2, 1, 0
@@ -146,6 +147,13 @@ def test_the_settings_open_with_whatever_handles_their_url(desktop):
     notes = desktop.handler("x-scheme-handler/sprig")
     desktop.manager().pick("settings", desktop.home.demo, activation_token="token")
     wait_until(lambda: notes.exists() and notes.read_text() == "token sprig://settings\n")
+
+
+def test_settings_that_the_bus_starts_get_the_token_of_the_click(desktop):
+    install_settings(desktop.home, "/bin/false")
+    opened = desktop.manager().opened("com.kestrel.Sprig")
+    desktop.manager().pick("settings", desktop.home.demo, activation_token="token")
+    wait_until(lambda: opened == [(["sprig://settings"], {"desktop-startup-id": "token"})])
 
 
 def test_where_nothing_handles_the_settings_url_only_the_log_shows_the_pick(desktop):

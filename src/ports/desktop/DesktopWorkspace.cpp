@@ -24,12 +24,41 @@ constexpr guint millisecondsToNotice = 200;
 /// A file manager that has not answered until then won't.
 constexpr int millisecondsToSelect = 3000;
 
+/// A launch context that hands on the token of a click: in the environment of programs that are started, and
+/// to those that the bus activates, which get what the context itself gives for each.
+struct ClickContext {
+  GAppLaunchContext parent;
+  char* token;
+};
+struct ClickContextClass {
+  GAppLaunchContextClass parent;
+};
+
+G_DEFINE_TYPE(ClickContext, click_context, G_TYPE_APP_LAUNCH_CONTEXT)
+
+char* tokenOf(GAppLaunchContext* context, GAppInfo*, GList*) {
+  return g_strdup(reinterpret_cast<ClickContext*>(context)->token);
+}
+
+void finalizeClickContext(GObject* context) {
+  g_free(reinterpret_cast<ClickContext*>(context)->token);
+  G_OBJECT_CLASS(click_context_parent_class)->finalize(context);
+}
+
+void click_context_class_init(ClickContextClass* type) {
+  type->parent.get_startup_notify_id = tokenOf;
+  G_OBJECT_CLASS(type)->finalize = finalizeClickContext;
+}
+
+void click_context_init(ClickContext*) {}
+
 ObjectPointer<GAppLaunchContext> launchContext(const std::string& activationToken) {
-  ObjectPointer<GAppLaunchContext> context(g_app_launch_context_new());
-  if (!activationToken.empty()) {
-    for (const auto* variable : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"}) {
-      g_app_launch_context_setenv(context.get(), variable, activationToken.c_str());
-    }
+  ObjectPointer<GAppLaunchContext> context(
+      static_cast<GAppLaunchContext*>(g_object_new(click_context_get_type(), nullptr)));
+  if (activationToken.empty()) return context;
+  reinterpret_cast<ClickContext*>(context.get())->token = g_strdup(activationToken.c_str());
+  for (const auto* variable : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"}) {
+    g_app_launch_context_setenv(context.get(), variable, activationToken.c_str());
   }
   return context;
 }
