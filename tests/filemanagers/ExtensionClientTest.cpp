@@ -211,6 +211,10 @@ TEST_F(ExtensionClientTest, AChangedMenuIsFetchedAndTold) {
   extension->changeMenu(menuB);
   EXPECT_TRUE(inTime([&] { return updates == 2; }));
   for (const auto kind : {Kind::items, Kind::background, Kind::toolbar}) EXPECT_EQ(title(kind), "Menu B");
+  const auto calls = extension->calls();
+  extension->changeMenu(menuB);
+  EXPECT_TRUE(inTime([&] { return extension->calls() == calls + 3 && title() == "Menu B"; }));
+  EXPECT_EQ(updates, 2) << "nothing to tell of a menu that is what it was";
 }
 
 TEST_F(ExtensionClientTest, ServedFoldersFollowWhatIsMounted) {

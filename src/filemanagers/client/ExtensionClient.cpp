@@ -98,14 +98,21 @@ ExtensionClient::~ExtensionClient() {
 }
 
 MenuEntries ExtensionClient::menu(Kind kind, const std::string& target) {
+  // Not through `g_debug`, which Caja takes away.
+  g_log_structured(G_LOG_DOMAIN, G_LOG_LEVEL_DEBUG, "MESSAGE", "asked for a menu of kind %u",
+                   static_cast<unsigned>(kind));
   wasAsked = true;
   const auto slot = menus.find(kind);
   const auto end = endOfWait();
   if (slot == menus.end() || !serves(target, end)) return nullptr;
   auto& content = slot->second.content;
   if (!content && end) fetchMenuNow(kind, target, *end);
-  if (!content) fetchMenu(kind);
-  return content ? content->entries : nullptr;
+  if (!content) {
+    fetchMenu(kind);
+    slot->second.last = nullptr;
+    return nullptr;
+  }
+  return content->entries;
 }
 
 std::optional<ToolbarButton> ExtensionClient::toolbarButton(const std::string& folder) {
@@ -178,7 +185,6 @@ void ExtensionClient::fetchMenu(Kind kind) {
 void ExtensionClient::answered(const std::string& fault) {
   if (fault.empty()) {
     hasWarned = false;
-    hasNews = true;
     retryPause = settings.pause;
   } else {
     failed(fault);
@@ -264,10 +270,12 @@ std::string ExtensionClient::takeProperties(GVariant* reply) {
   const VariantPointer values(g_variant_get_child_value(reply, 0));
   const auto folders = servedFoldersIn(values.get());
   if (!folders) return "it does not say which folders it serves";
-  properties.content =
-      Properties{*folders,
-                 {textAt(values.get(), "ToolbarName"), textAt(values.get(), "ToolbarToolTip"),
-                  textAt(values.get(), "ToolbarIcon")}};
+  Properties fetched{*folders,
+                     {textAt(values.get(), "ToolbarName"), textAt(values.get(), "ToolbarToolTip"),
+                      textAt(values.get(), "ToolbarIcon")}};
+  if (properties.content == fetched) return {};
+  properties.content = std::move(fetched);
+  hasNews = true;
   return {};
 }
 
@@ -278,7 +286,13 @@ std::string ExtensionClient::takeMenu(Kind kind, GVariant* reply) {
   const VariantPointer owned(rowsVariant);
   const auto rows = wire::rowsFromVariant(rowsVariant);
   if (!rows) return "its menu is not in order: " + rows.error();
-  menus[kind].content = FetchedMenu{revision, entriesFromRows(*rows)};
+  auto& slot = menus[kind];
+  auto entries = entriesFromRows(*rows);
+  if (!slot.last || *slot.last != *entries) {
+    slot.last = std::move(entries);
+    hasNews = true;
+  }
+  slot.content = FetchedMenu{revision, slot.last};
   return {};
 }
 

@@ -26,6 +26,8 @@ struct ToolbarButton {
   std::string toolTip;
   /// A name of the icon theme; empty for none.
   std::string icon;
+
+  bool operator==(const ToolbarButton&) const = default;
 };
 
 /// What a menu was asked for, kept with its items until one is picked.
@@ -101,9 +103,15 @@ class ExtensionClient {
     std::uint64_t revision = 0;
     MenuEntries entries;
   };
+  struct MenuSlot : Slot<FetchedMenu> {
+    /// What was fetched before, and may still be shown; null when somebody got nothing instead.
+    MenuEntries last;
+  };
   struct Properties {
     ServedFolders servedFolders;
     ToolbarButton toolbarButton;
+
+    bool operator==(const Properties&) const = default;
   };
 
   Time now() const { return Time(settings.now()); }
@@ -138,7 +146,7 @@ class ExtensionClient {
 
   Settings settings;
   Slot<Properties> properties;
-  std::map<wire::Kind, Slot<FetchedMenu>> menus;
+  std::map<wire::Kind, MenuSlot> menus;
   /// Before that, no waiting.
   Time patientAgainAt{0};
   /// Before that, nothing is asked in the background.

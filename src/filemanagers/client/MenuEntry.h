@@ -32,6 +32,8 @@ struct MenuEntry {
   std::string icon;
   bool isEnabled = true;
   std::vector<MenuEntry> children;
+
+  bool operator==(const MenuEntry&) const = default;
 };
 
 /// A menu that is shared by those who show it; it never changes.

@@ -18,6 +18,8 @@ class ServedFolders {
   /// names alone, without a look at the file system.
   bool contain(std::string_view uri) const;
 
+  bool operator==(const ServedFolders&) const = default;
+
  private:
   std::vector<std::string> paths;
 };
