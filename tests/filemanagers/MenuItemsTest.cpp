@@ -7,7 +7,7 @@
 #include "filemanagers/FakeExtension.h"
 #include "filemanagers/client/MenuEntry.h"
 #include "filemanagers/gtk3/themedIcon.h"
-#include "filemanagers/thunar/ThunarItems.h"
+#include "filemanagers/thunar/ThunarMenus.h"
 #include "support/Eventually.h"
 
 namespace sprig::filemanagers {
@@ -111,20 +111,34 @@ TEST(MenuEntries, HaveNamesThatAreUniquePlainAndAlwaysTheSame) {
 /// Thunar, as far as it holds menus.
 class ThunarItemsTest : public testing::Test {
  protected:
-  GList* open(const char* folder) { return items.itemsFor({Kind::background, {folder}, {}}); }
+  GList* open(const char* folder, void* window = nullptr) {
+    return items.itemsFor({Kind::background, {folder}, {}}, window);
+  }
 
   static void close(GList* list) { thunarx_menu_item_list_free(list); }
 
   /// What is picked lies in the submenu of the first item.
-  static void pick(GList* list, int index) {
+  static void pick(GList* list, int index) { thunarx_menu_item_activate(child(list, index)); }
+
+  static ThunarxMenuItem* child(GList* list, int index) {
     ThunarxMenu* submenu = nullptr;
     g_object_get(list->data, "menu", &submenu, nullptr);
     GList* children = thunarx_menu_get_items(submenu);
-    thunarx_menu_item_activate(
-        static_cast<ThunarxMenuItem*>(g_list_nth_data(children, static_cast<guint>(index))));
+    auto* item = static_cast<ThunarxMenuItem*>(g_list_nth_data(children, static_cast<guint>(index)));
     thunarx_menu_item_list_free(children);
     // Here the real one keeps its reference to the submenu.
     g_object_unref(submenu);
+    return item;
+  }
+
+  /// Changes what the menu lists, and waits until that is known.
+  void change(std::vector<Row> rows, const std::string& wanted) {
+    extension.changeMenu(std::move(rows));
+    ASSERT_TRUE(test::eventually([&] {
+      while (g_main_context_iteration(nullptr, FALSE)) {
+      }
+      return drawn(*client->menu(Kind::background, "file:///home/ann")) == wanted;
+    }));
   }
 
   std::string picked() {
@@ -148,7 +162,7 @@ class ThunarItemsTest : public testing::Test {
   std::size_t picks = 0;
   std::shared_ptr<ExtensionClient> client = std::make_shared<ExtensionClient>(
       ExtensionClient::Settings{.kinds = {Kind::items, Kind::background}, .connection = connection.get()});
-  ThunarItems items{client};
+  MenuItems<ThunarMenus> items{client};
 };
 
 TEST_F(ThunarItemsTest, AThousandMenusAreMadeOfTheSameItems) {
@@ -180,19 +194,54 @@ TEST_F(ThunarItemsTest, AnOpenMenuKeepsItsFolderWhileAnotherIsAskedFor) {
 
 TEST_F(ThunarItemsTest, AnOpenMenuOutlivesItsSuccessorAndTheProvider) {
   auto* old = open("file:///home/ann/old");
-  extension.changeMenu({row(-1, Type::submenu, "Sprig"), row(0, Type::item, "New", "new")});
-  GList* fresh = nullptr;
-  ASSERT_TRUE(test::eventually([&] {
-    while (g_main_context_iteration(nullptr, FALSE)) {
-    }
-    if (fresh) close(fresh);
-    fresh = open("file:///home/ann/fresh");
-    return drawn(*client->menu(Kind::background, "file:///home/ann")) == "Sprig[New]";
-  }));
+  change({row(-1, Type::submenu, "Sprig"), row(0, Type::item, "New", "new")}, "Sprig[New]");
+  auto* fresh = open("file:///home/ann/fresh");
   pick(old, 0);
   EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/old'], {'title': <'Note'>})");
   close(old);
   close(fresh);
+}
+
+TEST_F(ThunarItemsTest, AChangedMenuIsMadeOfTheItemsThatThereWere) {
+  auto* list = open("file:///home/ann/demo");
+  const auto* top = list->data;
+  const auto* note = child(list, 0);
+  close(list);
+  change({row(-1, Type::submenu, "Sprig"), row(0, Type::item, "First", "first"),
+          row(0, Type::item, "Renamed", "note")},
+         "Sprig[First Renamed]");
+  list = open("file:///home/ann/demo");
+  EXPECT_EQ(list->data, top);
+  EXPECT_EQ(child(list, 1), note);
+  gchar* label = nullptr;
+  g_object_get(child(list, 1), "label", &label, nullptr);
+  EXPECT_STREQ(wire::TextPointer(label).get(), "Renamed");
+  pick(list, 0);
+  EXPECT_EQ(picked(), "('first', 1, ['file:///home/ann/demo'], {'title': <'First'>})");
+  pick(list, 1);
+  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/demo'], {'title': <'Renamed'>})");
+  close(list);
+}
+
+TEST_F(ThunarItemsTest, AWindowThatKeepsItsItemsGetsThemAgainAndNoOther) {
+  const auto newWindow = [] {
+    return wire::ObjectPointer<GObject>(static_cast<GObject*>(g_object_new(G_TYPE_OBJECT, nullptr)));
+  };
+  auto first = newWindow();
+  const auto second = newWindow();
+  std::vector<GList*> kept{open("file:///home/ann/one", first.get()),
+                           open("file:///home/ann/two", second.get()),
+                           open("file:///home/ann/three", first.get())};
+  EXPECT_EQ(kept[0]->data, kept[2]->data);
+  EXPECT_NE(kept[0]->data, kept[1]->data);
+  pick(kept[1], 0);
+  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/two'], {'title': <'Note'>})");
+  pick(kept[0], 0);
+  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/three'], {'title': <'Note'>})");
+  first.reset();
+  kept.push_back(open("file:///home/ann/four", newWindow().get()));
+  EXPECT_EQ(kept[0]->data, kept[3]->data) << "the first window has gone";
+  for (auto* list : kept) close(list);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include <dlfcn.h>
 #include <gtk/gtk.h>
 // Not all of these say by themselves that their functions are C's.
 extern "C" {
@@ -12,7 +13,9 @@ extern "C" {
 #include "filemanagers/client/MenuItems.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/GtkMenus.h"
+#include "filemanagers/gtk3/GtkViews.h"
 #include "filemanagers/gtk3/ViewSelection.h"
+#include "filemanagers/gtk3/beforeNextMenu.h"
 #include "filemanagers/gtk3/themedIcon.h"
 
 namespace sprig::filemanagers {
@@ -20,7 +23,7 @@ namespace sprig::filemanagers {
 namespace {
 
 /// What `MenuItems` and `urisOf` need to know of Caja, which has no separators.
-struct CajaMenus {
+struct CajaMenus : MenuTraits {
   using Item = CajaMenuItem;
   using Submenu = CajaMenu;
 
@@ -28,24 +31,40 @@ struct CajaMenus {
     const wire::TextPointer uri(caja_file_info_get_uri(static_cast<CajaFileInfo*>(file)));
     return locationUri(uri.get());
   }
-  static bool shows(const MenuEntry& entry, wire::Kind /*kind*/) {
-    return entry.type != MenuEntry::Type::separator;
+  static Item* newItem(const MenuEntry& entry, wire::Kind /*kind*/) {
+    return caja_menu_item_new(entry.name.c_str(), "", "", nullptr);
   }
-  static Item* newItem(const MenuEntry& entry) {
-    auto* item =
-        caja_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "", themedIcon(entry.icon));
-    g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
-    return item;
-  }
+  static void show(Item* item, const MenuEntry& entry) { showEntry(item, entry, themedIcon(entry.icon)); }
   static Submenu* newSubmenu() { return caja_menu_new(); }
   static void append(Submenu* submenu, Item* item) { caja_menu_append_item(submenu, item); }
   static void setSubmenu(Item* item, Submenu* submenu) { caja_menu_item_set_submenu(item, submenu); }
 };
 
+/// Whether Caja may ask because an item was picked: to see whether there still is one of that name.
+bool isPick() {
+  const std::unique_ptr<GdkEvent, decltype(&gdk_event_free)> event(gtk_get_current_event(), gdk_event_free);
+  const auto type = event ? gdk_event_get_event_type(event.get()) : GDK_NOTHING;
+  return type == GDK_BUTTON_RELEASE || type == GDK_KEY_PRESS || type == GDK_KEY_RELEASE;
+}
+
+/// Has the widgets go that belong to items which Caja has just taken out of its menus, before it puts them
+/// together again. It would come upon those with the names of new ones, use them again, and connect two more
+/// handlers to each; none of them goes until the widget does. Does nothing where Caja doesn't say what shows
+/// its menus.
+void endOldWidgets(GtkWidget* window) {
+  using Getter = GtkUIManager* (*)(GtkWidget*);
+  static const auto managerOf = reinterpret_cast<Getter>(dlsym(RTLD_DEFAULT, "caja_window_get_ui_manager"));
+  if (!managerOf || !isNamed(window, "CajaWindow") || isPick()) return;
+  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+  if (auto* manager = managerOf(window); GTK_IS_UI_MANAGER(manager)) gtk_ui_manager_ensure_update(manager);
+  G_GNUC_END_IGNORE_DEPRECATIONS
+}
+
 GList* fileItems(CajaMenuProvider* provider, GtkWidget* window, GList* files) {
   return atBorder([&] {
+    endOldWidgets(window);
     return menuItems<CajaMenus>(provider,
-                                {wire::Kind::items, urisOf<CajaMenus>(files), clickOriginIn(window)});
+                                {wire::Kind::items, urisOf<CajaMenus>(files), clickOriginIn(window)}, window);
   });
 }
 
@@ -55,8 +74,10 @@ MenuOccasion occasionIn(GtkWidget* window, wire::Kind kind, CajaFileInfo* folder
 }
 
 GList* backgroundItems(CajaMenuProvider* provider, GtkWidget* window, CajaFileInfo* folder) {
-  return atBorder(
-      [&] { return menuItems<CajaMenus>(provider, occasionIn(window, wire::Kind::background, folder)); });
+  return atBorder([&] {
+    endOldWidgets(window);
+    return menuItems<CajaMenus>(provider, occasionIn(window, wire::Kind::background, folder), window);
+  });
 }
 
 /// What the toolbar's button needs when it is clicked.
@@ -96,7 +117,9 @@ void fillMenuProvider(void* functions, void* /*data*/) {
 }
 
 void askAgain(void* provider) {
-  caja_menu_provider_emit_items_updated_signal(static_cast<CajaMenuProvider*>(provider));
+  beforeNextMenu(provider, [](void* updated) {
+    caja_menu_provider_emit_items_updated_signal(static_cast<CajaMenuProvider*>(updated));
+  });
 }
 
 GType providerType() {

@@ -8,25 +8,26 @@ namespace sprig::filemanagers {
 
 namespace {
 
-struct Pick {
-  std::shared_ptr<ExtensionClient> client;
-  std::shared_ptr<const MenuOccasion> occasion;
-  PickedEntry entry;
-};
+using SharedPick = std::shared_ptr<const Pick>;
 
 void picked(GObject* /*item*/, void* data) {
-  const auto& pick = *static_cast<const Pick*>(data);
-  atBorder([&] { pick.client->activate(pick.entry, *pick.occasion); });
+  // The item, and what it holds, may go meanwhile.
+  const auto pick = *static_cast<const SharedPick*>(data);
+  atBorder([&] { pick->client->activate(pick->entry, *pick->occasion); });
 }
 
-void forget(void* data, GClosure* /*closure*/) { delete static_cast<Pick*>(data); }
+void forget(void* data, GClosure* /*closure*/) { delete static_cast<SharedPick*>(data); }
 
 }  // namespace
 
-void activateOnPick(void* item, std::shared_ptr<ExtensionClient> client,
-                    std::shared_ptr<const MenuOccasion> occasion, PickedEntry entry) {
-  auto pick = std::make_unique<Pick>(Pick{std::move(client), std::move(occasion), std::move(entry)});
-  g_signal_connect_data(item, "activate", G_CALLBACK(picked), pick.release(), forget, GConnectFlags(0));
+void showEntry(void* item, const MenuEntry& entry, const char* icon) {
+  g_object_set(item, "label", gtkLabelOf(entry).c_str(), "icon", icon, "sensitive",
+               entry.isEnabled ? TRUE : FALSE, nullptr);
+}
+
+void activateOnPick(void* item, std::shared_ptr<const Pick> pick) {
+  auto data = std::make_unique<SharedPick>(std::move(pick));
+  g_signal_connect_data(item, "activate", G_CALLBACK(picked), data.release(), forget, GConnectFlags(0));
 }
 
 }  // namespace sprig::filemanagers

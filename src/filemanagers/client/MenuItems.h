@@ -2,12 +2,16 @@
 
 #pragma once
 
+#include <algorithm>
+#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "filemanagers/client/ProviderType.h"
+#include "filemanagers/client/SharedObject.h"
 #include "wire/Pointers.h"
 
 namespace sprig::filemanagers {
@@ -27,83 +31,205 @@ std::vector<std::string> urisOf(GList* files) {
 /// What to label an entry with: all of these managers draw their labels as GTK does.
 inline std::string gtkLabelOf(const MenuEntry& entry) { return labelOf(entry, '_'); }
 
-/// Has `entry` activated when the manager tells that an item was picked. Keeps what it needs as long as the
-/// item lives; the occasion is that of the moment of the pick.
-void activateOnPick(void* item, std::shared_ptr<ExtensionClient> client,
-                    std::shared_ptr<const MenuOccasion> occasion, PickedEntry entry);
+/// Sets what all managers' items have properties of the same names for. Null for no icon.
+void showEntry(void* item, const MenuEntry& entry, const char* icon);
 
-/// Makes a manager's own menu items of menu entries. `Manager` is the little that tells one manager from
-/// another:
+/// What an item does when it is picked; shared with the item, so that it can change while the item lives.
+struct Pick {
+  std::shared_ptr<ExtensionClient> client;
+  std::shared_ptr<const MenuOccasion> occasion;
+  PickedEntry entry;
+};
+
+/// Has the pick sent when the manager tells that the item was picked.
+void activateOnPick(void* item, std::shared_ptr<const Pick> pick);
+
+/// What tells one manager from another, where it is the same for most. The rest is up to each:
 ///
 ///   Item, Submenu                              the manager's types, both GObjects
-///   bool shows(const MenuEntry&, wire::Kind)   whether it draws such an entry, and draws it truly
-///   Item* newItem(const MenuEntry&)            a new reference
+///   Item* newItem(const MenuEntry&, wire::Kind)   a new reference, to an item with the entry's name
+///   void show(Item*, const MenuEntry&)         gives it the look of an entry of that name
 ///   Submenu* newSubmenu()                      a new reference
 ///   void append(Submenu*, Item*)               both stay the caller's
 ///   void setSubmenu(Item*, Submenu*)           both stay the caller's
+struct MenuTraits {
+  /// Whether it draws such an entry, and draws it truly.
+  static bool shows(const MenuEntry& entry, wire::Kind /*kind*/) {
+    return entry.type != MenuEntry::Type::separator;
+  }
+  /// A menu as it can show it.
+  static MenuEntries arranged(const MenuEntries& menu, wire::Kind /*kind*/) { return menu; }
+};
+
+/// One menu of a manager's own items, which are handed out again and again. What a manager once got it may
+/// keep for ever: the items of submenus in most of them. So there is one item for each name of an entry, and
+/// a submenu is made anew only when others belong into it.
 template <typename Manager>
-class MenuItems {
+class LentMenu {
  public:
   using Item = typename Manager::Item;
   using Submenu = typename Manager::Submenu;
-  using List = std::vector<wire::ObjectPointer<Item>>;
 
-  MenuItems(std::shared_ptr<ExtensionClient> extensionClient,
-            std::shared_ptr<const MenuOccasion> menuOccasion)
-      : client(std::move(extensionClient)), occasion(std::move(menuOccasion)) {}
+  LentMenu(std::shared_ptr<ExtensionClient> extensionClient, wire::Kind menuKind)
+      : client(std::move(extensionClient)), occasion(std::make_shared<MenuOccasion>()), kind(menuKind) {}
+  ~LentMenu() { setHolder(nullptr); }
+  LentMenu(const LentMenu&) = delete;
+  LentMenu& operator=(const LentMenu&) = delete;
 
-  /// In the order of the entries, without those that the manager does not draw truly.
-  List make(const std::vector<MenuEntry>& entries) const {
-    List items;
-    for (const auto& entry : entries) {
-      if (!Manager::shows(entry, occasion->kind)) continue;
-      if (auto item = make(entry)) items.push_back(std::move(item));
+  bool shows(const MenuEntries& wanted) const { return entries == wanted; }
+
+  /// Whether nobody misses the menu if it is handed out for something else. A holder shows one menu of a kind
+  /// only, the last one; without one, the manager lets go of the items when it no longer shows them.
+  bool isFreeFor(wire::Kind wanted, const void* newHolder) const {
+    if (kind != wanted) return false;
+    if (isHeldByWindow) return !holder || holder == newHolder;
+    return std::none_of(top.begin(), top.end(), [](const Part* part) { return part->item.isShared(); });
+  }
+
+  /// Hands the items of the menu out. The list and its references are the caller's.
+  GList* lend(const MenuEntries& wanted, MenuOccasion newOccasion, void* newHolder) {
+    setHolder(static_cast<GObject*>(newHolder));
+    *occasion = std::move(newOccasion);
+    if (!shows(wanted)) show(wanted);
+    GList* list = nullptr;
+    for (auto part = top.rbegin(); part != top.rend(); ++part) {
+      list = g_list_prepend(list, g_object_ref((*part)->item.get()));
     }
-    return items;
+    return list;
   }
 
  private:
-  wire::ObjectPointer<Item> make(const MenuEntry& entry) const {
-    const auto children = make(entry.children);
-    if (entry.type == MenuEntry::Type::submenu && children.empty()) return nullptr;
-    wire::ObjectPointer<Item> item(Manager::newItem(entry));
-    if (!children.empty()) {
-      const wire::ObjectPointer<Submenu> submenu(Manager::newSubmenu());
-      for (const auto& child : children) Manager::append(submenu.get(), child.get());
-      Manager::setSubmenu(item.get(), submenu.get());
-    } else if (!entry.action.empty()) {
-      activateOnPick(item.get(), client, occasion, {entry.action, entry.title});
+  struct Part {
+    explicit Part(Item* newItem) : item(newItem) {}
+
+    SharedObject<Item> item;
+    std::shared_ptr<Pick> pick;
+    wire::ObjectPointer<Submenu> submenu;
+    /// What the submenu lists.
+    std::vector<Part*> children;
+  };
+  /// With whether there is a submenu: an item that has one can't do without any more.
+  using Name = std::pair<std::string, bool>;
+
+  void show(const MenuEntries& wanted) {
+    std::set<const Part*> used;
+    top = partsFor(*Manager::arranged(wanted, kind), used);
+    entries = wanted;
+    // Others may be wanted again, and come for nothing while the manager keeps them anyway.
+    std::erase_if(parts, [&](const auto& named) {
+      return used.count(&named.second) == 0 && !named.second.item.isShared();
+    });
+  }
+
+  std::vector<Part*> partsFor(const std::vector<MenuEntry>& wanted, std::set<const Part*>& used) {
+    std::vector<Part*> result;
+    for (const auto& entry : wanted) {
+      if (!Manager::shows(entry, kind)) continue;
+      auto children = partsFor(entry.children, used);
+      if (entry.type == MenuEntry::Type::submenu && children.empty()) continue;
+      auto& part = partFor(entry, !children.empty());
+      if (part.children != children) setChildren(part, std::move(children));
+      used.insert(&part);
+      result.push_back(&part);
     }
-    return item;
+    return result;
+  }
+
+  Part& partFor(const MenuEntry& entry, bool hasChildren) {
+    const Name name(entry.name, hasChildren);
+    auto found = parts.find(name);
+    if (found == parts.end()) found = parts.try_emplace(name, Manager::newItem(entry, kind)).first;
+    auto& part = found->second;
+    Manager::show(part.item.get(), entry);
+    if (hasChildren || entry.action.empty()) return part;
+    if (part.pick) {
+      part.pick->entry = {entry.action, entry.title};
+    } else {
+      part.pick = std::make_shared<Pick>(Pick{client, occasion, {entry.action, entry.title}});
+      activateOnPick(part.item.get(), part.pick);
+    }
+    return part;
+  }
+
+  void setChildren(Part& part, std::vector<Part*> children) {
+    part.submenu.reset(Manager::newSubmenu());
+    for (const auto* child : children) Manager::append(part.submenu.get(), child->item.get());
+    Manager::setSubmenu(part.item.get(), part.submenu.get());
+    part.children = std::move(children);
+  }
+
+  void setHolder(GObject* newHolder) {
+    if (holder == newHolder) return;
+    if (holder) g_object_remove_weak_pointer(holder, reinterpret_cast<void**>(&holder));
+    holder = newHolder;
+    if (!holder) return;
+    isHeldByWindow = true;
+    g_object_add_weak_pointer(holder, reinterpret_cast<void**>(&holder));
   }
 
   std::shared_ptr<ExtensionClient> client;
-  std::shared_ptr<const MenuOccasion> occasion;
+  /// Of the last time that it was lent.
+  std::shared_ptr<MenuOccasion> occasion;
+  wire::Kind kind;
+  MenuEntries entries;
+  std::map<Name, Part> parts;
+  std::vector<Part*> top;
+  /// Null when it has gone.
+  GObject* holder = nullptr;
+  bool isHeldByWindow = false;
 };
 
-/// Hands items over to a manager.
-template <typename Item>
-GList* listOf(std::vector<wire::ObjectPointer<Item>> items) {
-  GList* list = nullptr;
-  for (auto item = items.rbegin(); item != items.rend(); ++item) {
-    list = g_list_prepend(list, item->release());
+/// The items that a provider hands out: as many menus as the manager shows at a time, and few items in all.
+///
+/// Threads: main thread.
+template <typename Manager>
+class MenuItems {
+ public:
+  explicit MenuItems(std::shared_ptr<ExtensionClient> extensionClient) : client(std::move(extensionClient)) {}
+
+  /// What a manager gets when it asks for a menu. The list and its references are the caller's. `holder`, a
+  /// GObject, is the window where the manager shows one menu of each kind at a time, for managers that never
+  /// let go of items; null for others.
+  GList* itemsFor(MenuOccasion occasion, void* holder = nullptr) {
+    if (occasion.targets.empty()) return nullptr;
+    const auto entries = client->menu(occasion.kind, occasion.targets.front());
+    if (!entries) return nullptr;
+    auto& menu = menuFor(entries, occasion.kind, holder);
+    return menu.lend(entries, std::move(occasion), holder);
   }
-  return list;
+
+ private:
+  LentMenu<Manager>& menuFor(const MenuEntries& entries, wire::Kind kind, const void* holder) {
+    LentMenu<Manager>* found = nullptr;
+    for (const auto& menu : menus) {
+      if (menu->isFreeFor(kind, holder) && (!found || menu->shows(entries))) found = menu.get();
+    }
+    return found ? *found : *menus.emplace_back(std::make_unique<LentMenu<Manager>>(client, kind));
+  }
+
+  std::shared_ptr<ExtensionClient> client;
+  std::vector<std::unique_ptr<LentMenu<Manager>>> menus;
+};
+
+/// The items of a provider, which belong to it; null when it has no way to the extension.
+template <typename Manager>
+MenuItems<Manager>* itemsOf(void* provider) {
+  constexpr const char* key = "sprig-items";
+  auto* object = static_cast<GObject*>(provider);
+  auto* items = static_cast<MenuItems<Manager>*>(g_object_get_data(object, key));
+  if (items) return items;
+  auto client = clientOf(provider);
+  if (!client) return nullptr;
+  items = new MenuItems<Manager>(std::move(client));
+  g_object_set_data_full(object, key, items, [](void* old) { delete static_cast<MenuItems<Manager>*>(old); });
+  return items;
 }
 
-/// For managers that show a menu as it is.
-inline MenuEntries asItIs(const MenuEntries& menu) { return menu; }
-
-/// What a provider answers to a manager that asks for a menu, which `arranged` makes one that it can show.
+/// What a provider answers to a manager that asks for a menu.
 template <typename Manager>
-GList* menuItems(void* provider, MenuOccasion occasion,
-                 MenuEntries (*arranged)(const MenuEntries& menu) = asItIs) {
-  const auto client = clientOf(provider);
-  if (!client || occasion.targets.empty()) return nullptr;
-  const auto entries = client->menu(occasion.kind, occasion.targets.front());
-  if (!entries) return nullptr;
-  const MenuItems<Manager> items(client, std::make_shared<const MenuOccasion>(std::move(occasion)));
-  return listOf(items.make(*arranged(entries)));
+GList* menuItems(void* provider, MenuOccasion occasion, void* holder = nullptr) {
+  auto* items = itemsOf<Manager>(provider);
+  return items ? items->itemsFor(std::move(occasion), holder) : nullptr;
 }
 
 }  // namespace sprig::filemanagers

@@ -12,17 +12,20 @@ namespace {
 
 /// What `MenuItems` needs to know of GTK's own menus. New widgets float: they belong to whom they are put
 /// into.
-struct GtkMenus {
+struct GtkMenus : MenuTraits {
   using Item = GtkMenuItem;
   using Submenu = GtkMenu;
 
   static bool shows(const MenuEntry& /*entry*/, wire::Kind /*kind*/) { return true; }
-  static Item* newItem(const MenuEntry& entry) {
-    auto* item = entry.type == MenuEntry::Type::separator
-                     ? gtk_separator_menu_item_new()
-                     : gtk_menu_item_new_with_mnemonic(gtkLabelOf(entry).c_str());
-    gtk_widget_set_sensitive(item, entry.isEnabled ? TRUE : FALSE);
+  static Item* newItem(const MenuEntry& entry, wire::Kind /*kind*/) {
+    auto* item = entry.type == MenuEntry::Type::separator ? gtk_separator_menu_item_new()
+                                                          : gtk_menu_item_new_with_mnemonic("");
     return GTK_MENU_ITEM(g_object_ref_sink(item));
+  }
+  static void show(Item* item, const MenuEntry& entry) {
+    if (entry.type == MenuEntry::Type::separator) return;
+    gtk_menu_item_set_label(item, gtkLabelOf(entry).c_str());
+    gtk_widget_set_sensitive(GTK_WIDGET(item), entry.isEnabled ? TRUE : FALSE);
   }
   static Submenu* newSubmenu() { return GTK_MENU(g_object_ref_sink(gtk_menu_new())); }
   static void append(Submenu* submenu, Item* item) {
@@ -47,10 +50,13 @@ void popUpMenu(const std::shared_ptr<ExtensionClient>& client, const MenuOccasio
   if (occasion.targets.empty()) return;
   const auto entries = client->menu(occasion.kind, occasion.targets.front());
   if (!entries || entries->empty()) return;
-  const MenuItems<GtkMenus> items(client, std::make_shared<const MenuOccasion>(occasion));
   // A menu on its own belongs to GTK until it is destroyed.
   auto* menu = gtk_menu_new();
-  for (const auto& item : items.make(*entries)) GtkMenus::append(GTK_MENU(menu), item.get());
+  auto* items = LentMenu<GtkMenus>(client, occasion.kind).lend(entries, occasion, nullptr);
+  for (auto* item = items; item; item = item->next) {
+    GtkMenus::append(GTK_MENU(menu), static_cast<GtkMenuItem*>(item->data));
+  }
+  g_list_free_full(items, g_object_unref);
   g_signal_connect(menu, "selection-done", G_CALLBACK(closed), nullptr);
   gtk_widget_show_all(menu);
   gtk_menu_popup_at_pointer(GTK_MENU(menu), nullptr);

@@ -18,39 +18,6 @@ namespace sprig::filemanagers {
 
 namespace {
 
-/// What `MenuItems` and `urisOf` need to know of GNOME Files, which has no separators and draws no icons. It
-/// knows what to do for an item by the item's name only, the same in both menus: each menu has names of its
-/// own, or a pick in one would be one in the other.
-template <wire::Kind MenuKind>
-struct NautilusMenus {
-  using Item = NautilusMenuItem;
-  using Submenu = NautilusMenu;
-
-  static std::string uriOf(void* file) {
-    const wire::TextPointer uri(nautilus_file_info_get_uri(static_cast<NautilusFileInfo*>(file)));
-    return uri ? uri.get() : std::string();
-  }
-  static bool shows(const MenuEntry& entry, wire::Kind /*kind*/) {
-    return entry.type != MenuEntry::Type::separator;
-  }
-  static Item* newItem(const MenuEntry& entry) {
-    const auto name = (MenuKind == wire::Kind::background ? "background-" : "items-") + entry.name;
-    auto* item = nautilus_menu_item_new(name.c_str(), gtkLabelOf(entry).c_str(), "", nullptr);
-    g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
-    return item;
-  }
-  static Submenu* newSubmenu() { return nautilus_menu_new(); }
-  static void append(Submenu* submenu, Item* item) { nautilus_menu_append_item(submenu, item); }
-  static void setSubmenu(Item* item, Submenu* submenu) { nautilus_menu_item_set_submenu(item, submenu); }
-};
-
-GList* fileItems(NautilusMenuProvider* provider, GList* files) {
-  using Menus = NautilusMenus<wire::Kind::items>;
-  return atBorder([&] {
-    return menuItems<Menus>(provider, {wire::Kind::items, urisOf<Menus>(files), clickOriginInActiveWindow});
-  });
-}
-
 /// What submenus list comes after their titles, which stay as headings.
 void addFlat(const std::vector<MenuEntry>& entries, std::vector<MenuEntry>& list) {
   for (const auto& entry : entries) {
@@ -64,9 +31,6 @@ void addFlat(const std::vector<MenuEntry>& entries, std::vector<MenuEntry>& list
   }
 }
 
-/// One level below the menu. These items are also in the menu of the path bar, which is put together again on
-/// every change of the selection; GTK (seen with 4.8) takes only the first level of submenus away then, so
-/// that deeper ones would pile up, and an outdated one be shown.
 MenuEntries withOneLevel(const MenuEntries& menu) {
   auto entries = *menu;
   for (auto& entry : entries) {
@@ -76,13 +40,47 @@ MenuEntries withOneLevel(const MenuEntries& menu) {
   return std::make_shared<const std::vector<MenuEntry>>(std::move(entries));
 }
 
-GList* backgroundItems(NautilusMenuProvider* provider, NautilusFileInfo* folder) {
-  using Menus = NautilusMenus<wire::Kind::background>;
+/// What `MenuItems` and `urisOf` need to know of GNOME Files, which has no separators and draws no icons.
+struct NautilusMenus : MenuTraits {
+  using Item = NautilusMenuItem;
+  using Submenu = NautilusMenu;
+
+  static std::string uriOf(void* file) {
+    const wire::TextPointer uri(nautilus_file_info_get_uri(static_cast<NautilusFileInfo*>(file)));
+    return uri ? uri.get() : std::string();
+  }
+  /// In the folder's menu, one level below it. Its items are also in the menu of the path bar, which is put
+  /// together again on every change of the selection; GTK (seen with 4.8) takes only the first level of
+  /// submenus away then, so that deeper ones would pile up, and an outdated one be shown.
+  static MenuEntries arranged(const MenuEntries& menu, wire::Kind kind) {
+    return kind == wire::Kind::background ? withOneLevel(menu) : menu;
+  }
+  /// GNOME Files knows what to do for an item by the item's name only, the same in both menus: each menu has
+  /// names of its own, or a pick in one would be one in the other.
+  static Item* newItem(const MenuEntry& entry, wire::Kind kind) {
+    const auto name = (kind == wire::Kind::background ? "background-" : "items-") + entry.name;
+    return nautilus_menu_item_new(name.c_str(), "", "", nullptr);
+  }
+  static void show(Item* item, const MenuEntry& entry) { showEntry(item, entry, nullptr); }
+  static Submenu* newSubmenu() { return nautilus_menu_new(); }
+  static void append(Submenu* submenu, Item* item) { nautilus_menu_append_item(submenu, item); }
+  static void setSubmenu(Item* item, Submenu* submenu) { nautilus_menu_item_set_submenu(item, submenu); }
+};
+
+GList* itemsFor(NautilusMenuProvider* provider, wire::Kind kind, GList* files) {
   return atBorder([&] {
-    GList files{folder, nullptr, nullptr};
-    return menuItems<Menus>(
-        provider, {wire::Kind::background, urisOf<Menus>(&files), clickOriginInActiveWindow}, withOneLevel);
+    return menuItems<NautilusMenus>(provider,
+                                    {kind, urisOf<NautilusMenus>(files), clickOriginInActiveWindow});
   });
+}
+
+GList* fileItems(NautilusMenuProvider* provider, GList* files) {
+  return itemsFor(provider, wire::Kind::items, files);
+}
+
+GList* backgroundItems(NautilusMenuProvider* provider, NautilusFileInfo* folder) {
+  GList files{folder, nullptr, nullptr};
+  return itemsFor(provider, wire::Kind::background, &files);
 }
 
 void fillMenuProvider(void* functions, void* /*data*/) {

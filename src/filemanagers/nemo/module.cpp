@@ -13,6 +13,7 @@ extern "C" {
 #include "filemanagers/client/MenuItems.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/ViewSelection.h"
+#include "filemanagers/gtk3/beforeNextMenu.h"
 #include "filemanagers/gtk3/themedIcon.h"
 
 namespace sprig::filemanagers {
@@ -20,7 +21,7 @@ namespace sprig::filemanagers {
 namespace {
 
 /// What `MenuItems` and `urisOf` need to know of Nemo.
-struct NemoMenus {
+struct NemoMenus : MenuTraits {
   using Item = NemoMenuItem;
   using Submenu = NemoMenu;
 
@@ -32,12 +33,12 @@ struct NemoMenus {
   static bool shows(const MenuEntry& entry, wire::Kind kind) {
     return entry.type != MenuEntry::Type::separator || kind == wire::Kind::items;
   }
-  static Item* newItem(const MenuEntry& entry) {
+  static Item* newItem(const MenuEntry& entry, wire::Kind /*kind*/) {
     if (entry.type == MenuEntry::Type::separator) return nemo_menu_item_new_separator(entry.name.c_str());
-    auto* item =
-        nemo_menu_item_new(entry.name.c_str(), gtkLabelOf(entry).c_str(), "", themedIcon(entry.icon));
-    g_object_set(item, "sensitive", entry.isEnabled ? TRUE : FALSE, nullptr);
-    return item;
+    return nemo_menu_item_new(entry.name.c_str(), "", "", nullptr);
+  }
+  static void show(Item* item, const MenuEntry& entry) {
+    if (entry.type != MenuEntry::Type::separator) showEntry(item, entry, themedIcon(entry.icon));
   }
   static Submenu* newSubmenu() { return nemo_menu_new(); }
   static void append(Submenu* submenu, Item* item) { nemo_menu_append_item(submenu, item); }
@@ -47,15 +48,15 @@ struct NemoMenus {
 GList* fileItems(NemoMenuProvider* provider, GtkWidget* window, GList* files) {
   return atBorder([&] {
     return menuItems<NemoMenus>(provider,
-                                {wire::Kind::items, urisOf<NemoMenus>(files), clickOriginIn(window)});
+                                {wire::Kind::items, urisOf<NemoMenus>(files), clickOriginIn(window)}, window);
   });
 }
 
 GList* backgroundItems(NemoMenuProvider* provider, GtkWidget* window, NemoFileInfo* folder) {
   return atBorder([&] {
     GList files{folder, nullptr, nullptr};
-    return menuItems<NemoMenus>(provider,
-                                {wire::Kind::background, urisOf<NemoMenus>(&files), clickOriginIn(window)});
+    return menuItems<NemoMenus>(
+        provider, {wire::Kind::background, urisOf<NemoMenus>(&files), clickOriginIn(window)}, window);
   });
 }
 
@@ -75,7 +76,9 @@ void fillNameProvider(void* functions, void* /*data*/) {
 }
 
 void askAgain(void* provider) {
-  nemo_menu_provider_emit_items_updated_signal(static_cast<NemoMenuProvider*>(provider));
+  beforeNextMenu(provider, [](void* updated) {
+    nemo_menu_provider_emit_items_updated_signal(static_cast<NemoMenuProvider*>(updated));
+  });
 }
 
 GType providerType() {

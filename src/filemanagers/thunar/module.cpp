@@ -10,7 +10,7 @@
 #include "filemanagers/client/ProviderType.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/ViewSelection.h"
-#include "filemanagers/thunar/ThunarItems.h"
+#include "filemanagers/thunar/ThunarMenus.h"
 
 namespace sprig::filemanagers {
 
@@ -41,25 +41,8 @@ bool isInSidePane(GdkEvent* event) {
   return false;
 }
 
-void deleteItems(void* items) { delete static_cast<ThunarItems*>(items); }
-
-/// The items of a provider; null when it has no way to the extension.
-ThunarItems* itemsOf(ThunarxMenuProvider* provider) {
-  auto* object = G_OBJECT(provider);
-  constexpr const char* key = "sprig-items";
-  auto* items = static_cast<ThunarItems*>(g_object_get_data(object, key));
-  if (items) return items;
-  const auto client = clientOf(provider);
-  if (!client) return nullptr;
-  items = new ThunarItems(client);
-  g_object_set_data_full(object, key, items, deleteItems);
-  return items;
-}
-
 GList* itemsFor(ThunarxMenuProvider* provider, GtkWidget* window, wire::Kind kind, GList* files) {
-  auto* items = itemsOf(provider);
-  if (!items) return nullptr;
-  return items->itemsFor({kind, urisOf<ThunarMenu>(files), clickOriginIn(window)});
+  return menuItems<ThunarMenus>(provider, {kind, urisOf<ThunarMenus>(files), clickOriginIn(window)});
 }
 
 GList* fileItems(ThunarxMenuProvider* provider, GtkWidget* window, GList* files) {
@@ -91,7 +74,7 @@ GType providerType() {
                                {wire::Kind::items, wire::Kind::background, wire::Kind::sidebar},
                                {{THUNARX_TYPE_MENU_PROVIDER, fillMenuProvider}},
                                nullptr,
-                               selectionInViews({THUNARX_TYPE_FILE_INFO, ThunarMenu::uriOf})});
+                               selectionInViews({THUNARX_TYPE_FILE_INFO, ThunarMenus::uriOf})});
 }
 
 }  // namespace
