@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include <dlfcn.h>
 #include <gtk/gtk.h>
 // Not all of these say by themselves that their functions are C's.
 extern "C" {
@@ -13,9 +12,9 @@ extern "C" {
 #include "filemanagers/client/MenuItems.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/GtkMenus.h"
-#include "filemanagers/gtk3/GtkViews.h"
 #include "filemanagers/gtk3/ViewSelection.h"
 #include "filemanagers/gtk3/beforeNextMenu.h"
+#include "filemanagers/gtk3/endOldMenuWidgets.h"
 #include "filemanagers/gtk3/themedIcon.h"
 
 namespace sprig::filemanagers {
@@ -40,29 +39,9 @@ struct CajaMenus : MenuTraits {
   static void setSubmenu(Item* item, Submenu* submenu) { caja_menu_item_set_submenu(item, submenu); }
 };
 
-/// Whether Caja may ask because an item was picked: to see whether there still is one of that name.
-bool isPick() {
-  const std::unique_ptr<GdkEvent, decltype(&gdk_event_free)> event(gtk_get_current_event(), gdk_event_free);
-  const auto type = event ? gdk_event_get_event_type(event.get()) : GDK_NOTHING;
-  return type == GDK_BUTTON_RELEASE || type == GDK_KEY_PRESS || type == GDK_KEY_RELEASE;
-}
-
-/// Has the widgets go that belong to items which Caja has just taken out of its menus, before it puts them
-/// together again. It would come upon those with the names of new ones, use them again, and connect two more
-/// handlers to each; none of them goes until the widget does. Does nothing where Caja doesn't say what shows
-/// its menus.
-void endOldWidgets(GtkWidget* window) {
-  using Getter = GtkUIManager* (*)(GtkWidget*);
-  static const auto managerOf = reinterpret_cast<Getter>(dlsym(RTLD_DEFAULT, "caja_window_get_ui_manager"));
-  if (!managerOf || !isNamed(window, "CajaWindow") || isPick()) return;
-  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
-  if (auto* manager = managerOf(window); GTK_IS_UI_MANAGER(manager)) gtk_ui_manager_ensure_update(manager);
-  G_GNUC_END_IGNORE_DEPRECATIONS
-}
-
 GList* fileItems(CajaMenuProvider* provider, GtkWidget* window, GList* files) {
   return atBorder([&] {
-    endOldWidgets(window);
+    endOldMenuWidgets(provider);
     return menuItems<CajaMenus>(provider,
                                 {wire::Kind::items, urisOf<CajaMenus>(files), clickOriginIn(window)}, window);
   });
@@ -75,7 +54,7 @@ MenuOccasion occasionIn(GtkWidget* window, wire::Kind kind, CajaFileInfo* folder
 
 GList* backgroundItems(CajaMenuProvider* provider, GtkWidget* window, CajaFileInfo* folder) {
   return atBorder([&] {
-    endOldWidgets(window);
+    endOldMenuWidgets(provider);
     return menuItems<CajaMenus>(provider, occasionIn(window, wire::Kind::background, folder), window);
   });
 }

@@ -14,6 +14,7 @@ extern "C" {
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/ViewSelection.h"
 #include "filemanagers/gtk3/beforeNextMenu.h"
+#include "filemanagers/gtk3/endOldMenuWidgets.h"
 #include "filemanagers/gtk3/themedIcon.h"
 
 namespace sprig::filemanagers {
@@ -47,6 +48,7 @@ struct NemoMenus : MenuTraits {
 
 GList* fileItems(NemoMenuProvider* provider, GtkWidget* window, GList* files) {
   return atBorder([&] {
+    endOldMenuWidgets(provider);
     return menuItems<NemoMenus>(provider,
                                 {wire::Kind::items, urisOf<NemoMenus>(files), clickOriginIn(window)}, window);
   });
@@ -54,6 +56,7 @@ GList* fileItems(NemoMenuProvider* provider, GtkWidget* window, GList* files) {
 
 GList* backgroundItems(NemoMenuProvider* provider, GtkWidget* window, NemoFileInfo* folder) {
   return atBorder([&] {
+    endOldMenuWidgets(provider);
     GList files{folder, nullptr, nullptr};
     return menuItems<NemoMenus>(
         provider, {wire::Kind::background, urisOf<NemoMenus>(&files), clickOriginIn(window)}, window);
