@@ -37,7 +37,6 @@ std::shared_ptr<ConfigManager> ConfigManager::make() {
 }
 
 ConfigSnapshot ConfigManager::getConfig() const {
-  lookIfUnwatched();
   std::unique_lock guard(lock);
   loadFinished.wait_for(guard, readersPatience, [this] { return !isLoading; });
   if (cachedConfig) return cachedConfig;
@@ -102,11 +101,16 @@ void ConfigManager::loadConfig() {
 }
 
 void ConfigManager::reloadIfChanged() {
+  if (unloadedDocument()) loadConfig();
+}
+
+std::optional<ConfigManager::Target> ConfigManager::unloadedDocument() {
   std::unique_lock guard(lock);
   loadFinished.wait(guard, [this] { return !isLoading; });
   const auto last = loaded;
   guard.unlock();
-  if (target(configURL()) != last) loadConfig();
+  auto now = target(configURL());
+  return now == last ? std::nullopt : std::optional(std::move(now));
 }
 
 ConfigManager::Outcome ConfigManager::loadConfigLocked(const FileURL& url) {

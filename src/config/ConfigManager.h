@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
@@ -97,10 +96,15 @@ class ConfigManager : public std::enable_shared_from_this<ConfigManager> {
   void takeInFolderChange();
   void takeInFileChange();
   void takeInPlaceChange();
+  /// What is in force now, if it is not what was loaded last.
+  std::optional<Target> unloadedDocument();
+  void loadUnlessReported(const Target& seen);
   void rearmFileWatcher();
   void watchAgain();
-  void lookIfUnwatched() const;
+  /// Has `call` made by the thread of the sources, unless this has gone by then.
+  void callAfter(std::chrono::milliseconds delay, std::function<void(ConfigManager&)> call);
   // Those below require `watching`.
+  void lookAgainLater();
   void watchFolder();
   void watchFileIfReplaced();
   void watchPlaces();
@@ -114,13 +118,12 @@ class ConfigManager : public std::enable_shared_from_this<ConfigManager> {
   std::optional<std::string> loadProblem;
   Target loaded;
   std::function<void()> changed;
-  mutable std::chrono::steady_clock::time_point lastLook;
-
-  /// Something that decides what is in force can't be watched.
-  std::atomic<bool> isUnwatched = false;
 
   std::mutex watching;
   // Guarded by watching.
+  /// Something that decides what is in force can't be watched.
+  bool isUnwatched = false;
+  bool isLookDue = false;
   bool isUnwatchedLogged = false;
   Watcher fileWatcher;
   Watcher dirWatcher;

@@ -18,6 +18,7 @@ using platform::FileURL;
 
 namespace {
 
+/// How often what can't be watched is looked at.
 constexpr std::chrono::seconds lookInterval{2};
 constexpr auto fileEvents = FileEvents::write | FileEvents::deleted | FileEvents::renamed;
 
@@ -54,7 +55,17 @@ void ConfigManager::takeInFileChange() {
 
 void ConfigManager::takeInPlaceChange() {
   watchAgain();
-  reloadIfChanged();
+  if (const auto seen = unloadedDocument()) loadUnlessReported(*seen);
+}
+
+/// A save that the other sources have seen, too, is loaded for them: what they report comes first.
+void ConfigManager::loadUnlessReported(const Target& seen) {
+  callAfter({}, [seen](ConfigManager& manager) {
+    const auto now = manager.unloadedDocument();
+    if (!now) return;
+    if (*now == seen) return manager.loadConfig();
+    manager.loadUnlessReported(*now);
+  });
 }
 
 void ConfigManager::rearmFileWatcher() {
@@ -68,9 +79,11 @@ void ConfigManager::watchAgain() {
   watchPlaces();
   watchFolder();
   watchFileIfReplaced();
-  if (isUnwatched && !std::exchange(isUnwatchedLogged, true)) {
-    logSprig("Can't watch every place of config.json; a change may show one menu later");
+  if (!isUnwatched) return;
+  if (!std::exchange(isUnwatchedLogged, true)) {
+    logSprig("Can't watch every place of config.json; a change may show two seconds later");
   }
+  lookAgainLater();
 }
 
 void ConfigManager::watchFolder() {
@@ -123,17 +136,21 @@ void ConfigManager::watch(Watcher& watcher, const Target& target, FileEvents eve
   });
 }
 
-void ConfigManager::lookIfUnwatched() const {
-  if (!isUnwatched) return;
-  {
-    const std::lock_guard guard(lock);
-    const auto now = std::chrono::steady_clock::now();
-    if (now - lastLook < lookInterval) return;
-    lastLook = now;
-  }
-  const auto self = std::const_pointer_cast<ConfigManager>(shared_from_this());
-  platform::current().fileChanges.async([weak = std::weak_ptr(self)] {
-    if (const auto manager = weak.lock()) manager->takeInPlaceChange();
+/// Whether or not menus are asked for: whoever keeps them has to hear of a change.
+void ConfigManager::lookAgainLater() {
+  if (std::exchange(isLookDue, true)) return;
+  callAfter(lookInterval, [](ConfigManager& manager) {
+    {
+      const std::lock_guard guard(manager.watching);
+      manager.isLookDue = false;
+    }
+    manager.takeInPlaceChange();
+  });
+}
+
+void ConfigManager::callAfter(std::chrono::milliseconds delay, std::function<void(ConfigManager&)> call) {
+  platform::current().fileChanges.asyncAfter(delay, [weak = weak_from_this(), call = std::move(call)] {
+    if (const auto manager = weak.lock()) call(*manager);
   });
 }
 

@@ -2,8 +2,10 @@
 
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "platform/FileURL.h"
 
@@ -59,8 +61,12 @@ class FileChangeSources {
   virtual std::unique_ptr<FileChangeSource> makeFileSystemObjectSource(const FileURL& location,
                                                                        FileEvents events) = 0;
 
-  /// Has `task` called once on the handlers' thread, between two of their calls. Never waits.
-  virtual void async(std::function<void()> task) = 0;
+  /// Has `task` called once on the handlers' thread, after the calls for all that has happened until now.
+  /// Never waits.
+  void async(std::function<void()> task) { asyncAfter({}, std::move(task)); }
+
+  /// The same, but not before `delay` has passed; not at all when this is destroyed before that.
+  virtual void asyncAfter(std::chrono::milliseconds delay, std::function<void()> task) = 0;
 };
 
 }  // namespace sprig::platform

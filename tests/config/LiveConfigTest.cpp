@@ -49,7 +49,9 @@ struct LimitedSources : platform::FileChangeSources {
       const FileURL& location, platform::FileEvents events) override {
     return isAtLimit ? nullptr : inotify.makeFileSystemObjectSource(location, events);
   }
-  void async(std::function<void()> task) override { inotify.async(std::move(task)); }
+  void asyncAfter(std::chrono::milliseconds delay, std::function<void()> task) override {
+    inotify.asyncAfter(delay, std::move(task));
+  }
 };
 
 /// A platform with real sources. Their thread may be at work for a store that has gone, so it ends while the
@@ -62,6 +64,12 @@ struct LiveWorld {
       base.files,   base.users,     base.process,   base.clock,  base.systemLog,   base.mainQueue, sources,
       base.volumes, base.workspace, base.creations, base.images, base.application, base.controller};
   LiveWorld() { scope.emplace(services); }
+  /// Waits until all that has happened was reported, and what the handlers put off is done.
+  void settle() {
+    std::promise<void> settled;
+    sources.async([&] { sources.async([&] { settled.set_value(); }); });
+    settled.get_future().wait();
+  }
 };
 
 struct LiveStore : testing::Test, LiveWorld {
@@ -174,12 +182,20 @@ TEST(LivePlaces, TheNextMenuIsThatOfTheFileAndEachEventIsOneLoad) {
     if (row.loads == 0) continue;
     std::size_t loads = 0;
     EXPECT_TRUE(eventually([&] { return (loads += base.takeLog().size()) >= row.loads; })) << row.happens;
-    // What is handed over now comes after everything that had happened.
-    std::promise<void> settled;
-    world.sources.async([&] { settled.set_value(); });
-    settled.get_future().wait();
+    world.settle();
     EXPECT_EQ(loads + base.takeLog().size(), row.loads) << row.happens;
   }
+}
+
+TEST_F(LiveStore, LoadsASaveOnceWhileSomebodyMakesFilesAboveIt) {
+  std::promise<void> mayGoOn;
+  base.takeLog();
+  sources.async([&] { mayGoOn.get_future().wait(); });
+  base.makeFile("elsewhere", "");
+  std::filesystem::resize_file(file.path(), 0);
+  mayGoOn.set_value();
+  settle();
+  EXPECT_EQ(base.takeLog().size(), 1U);
 }
 
 TEST_F(LiveStore, AnswersWithTheLastDocumentWhileALargeOneIsRead) {
@@ -207,13 +223,18 @@ TEST_F(LiveStore, SaysOnceThatItCantWatchAndThenLooksInTheBackground) {
   base.takeLog();
   replace(4);
   ASSERT_TRUE(shows(4));
-  // The file that is in force now has no source.
-  writeInPlace(5);
-  EXPECT_TRUE(shows(5));
+  settle();
   const auto log = base.takeLog();
   EXPECT_EQ(
       std::count_if(log.begin(), log.end(), [](const auto& line) { return line.starts_with("Can't watch"); }),
       1);
+  // One that can watch nothing at all, and nobody asks it for a menu.
+  manager = ConfigManager::make();
+  std::atomic<int> changes = 0;
+  manager->onChange([&] { ++changes; });
+  writeInPlace(5);
+  EXPECT_TRUE(eventually([&] { return changes == 1; }));
+  EXPECT_EQ(manager->getConfig()->version, 5);
 }
 
 TEST_F(LiveStore, KeepsItsNumberOfDescriptorsOverAThousandSaves) {

@@ -109,7 +109,10 @@ class ManualFileChanges : public platform::FileChangeSources {
   std::map<platform::FileURL, platform::FileChangeSource::Handler> handlers;
   std::unique_ptr<platform::FileChangeSource> makeFileSystemObjectSource(
       const platform::FileURL& location, platform::FileEvents events) override;
-  void async(std::function<void()> task) override { task(); }
+  /// What is due later never comes.
+  void asyncAfter(std::chrono::milliseconds delay, std::function<void()> task) override {
+    if (delay.count() == 0) task();
+  }
 };
 
 class TestVolumes : public platform::Volumes {

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <iterator>
 #include <system_error>
@@ -132,10 +133,10 @@ void ChangeLoop::cancel(const std::shared_ptr<Source>& source) {
   }
 }
 
-void ChangeLoop::async(Handler task) {
+void ChangeLoop::asyncAfter(std::chrono::milliseconds delay, Handler task) {
   const std::lock_guard guard(lock);
   if (isEnding) return;
-  tasks.push_back(std::move(task));
+  tasks.push_back({std::chrono::steady_clock::now() + delay, std::move(task)});
   wakeUp();
 }
 
@@ -199,16 +200,19 @@ void ChangeLoop::run() {
   }
   std::array<epoll_event, 4> ready{};
   while (!isEndReached()) {
-    const int count = ::epoll_wait(epoll.get(), ready.data(), static_cast<int>(ready.size()), -1);
+    const int count =
+        ::epoll_wait(epoll.get(), ready.data(), static_cast<int>(ready.size()), timeToNextTask());
     eventfd_t wakes = 0;
     ::eventfd_read(wake.get(), &wakes);
     for (int index = 0; index < count; ++index) {
       const std::lock_guard guard(lock);
       if (ready[static_cast<std::size_t>(index)].data.fd == mounts.get()) noteMounts();
     }
+    // Taken before the events: all that had happened when a task was handed over is among those.
+    const auto due = takeDueTasks();
     deliverReady();
     deliverLastCalls();
-    runTasks();
+    runTasks(due);
   }
 }
 
@@ -224,12 +228,29 @@ void ChangeLoop::deliverReady() {
   for (const auto& source : ready) deliver(source);
 }
 
-void ChangeLoop::runTasks() {
+int ChangeLoop::timeToNextTask() {
+  const std::lock_guard guard(lock);
+  const auto next = std::min_element(
+      tasks.begin(), tasks.end(), [](const auto& left, const auto& right) { return left.due < right.due; });
+  if (next == tasks.end()) return -1;
+  const auto time =
+      std::chrono::ceil<std::chrono::milliseconds>(next->due - std::chrono::steady_clock::now());
+  return static_cast<int>(std::clamp<std::int64_t>(time.count(), 0, INT_MAX));
+}
+
+std::vector<ChangeLoop::Handler> ChangeLoop::takeDueTasks() {
   std::vector<Handler> due;
-  {
-    const std::lock_guard guard(lock);
-    due.swap(tasks);
-  }
+  const std::lock_guard guard(lock);
+  const auto now = std::chrono::steady_clock::now();
+  const auto later =
+      std::stable_partition(tasks.begin(), tasks.end(), [&](const auto& task) { return task.due <= now; });
+  std::transform(tasks.begin(), later, std::back_inserter(due),
+                 [](auto& task) { return std::move(task.handler); });
+  tasks.erase(tasks.begin(), later);
+  return due;
+}
+
+void ChangeLoop::runTasks(const std::vector<Handler>& due) {
   for (const auto& task : due) {
     task();
     settleCancelled();

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <mutex>
@@ -44,11 +45,20 @@ class ChangeLoop {
   std::shared_ptr<Source> add(const platform::FileURL& location, platform::FileEvents events);
   void resume(const std::shared_ptr<Source>& source, Handler handler);
   void cancel(const std::shared_ptr<Source>& source);
-  void async(Handler task);
+  void asyncAfter(std::chrono::milliseconds delay, Handler task);
 
  private:
+  using Time = std::chrono::steady_clock::time_point;
+  struct Task {
+    Time due;
+    Handler handler;
+  };
+
   void run();
-  void runTasks();
+  /// Milliseconds until the next task is due, as `epoll_wait` takes them: -1 for none.
+  int timeToNextTask();
+  std::vector<Handler> takeDueTasks();
+  void runTasks(const std::vector<Handler>& due);
   void deliverReady();
   void deliverLastCalls();
   void deliver(const std::shared_ptr<Source>& source);
@@ -80,7 +90,7 @@ class ChangeLoop {
   // All that follows but the thread is guarded by lock.
   Descriptor inotify;
   std::vector<std::shared_ptr<Source>> sources;
-  std::vector<Handler> tasks;
+  std::vector<Task> tasks;
   /// Cancelled by a handler, which may yet make their successors.
   std::vector<std::shared_ptr<Source>> unsettled;
   std::vector<std::shared_ptr<Source>> lastCalls;

@@ -37,6 +37,8 @@ std::unique_ptr<platform::FileChangeSource> InotifyFileChangeSources::makeFileSy
   return std::make_unique<InotifySource>(loop, std::move(source));
 }
 
-void InotifyFileChangeSources::async(std::function<void()> task) { loop->async(std::move(task)); }
+void InotifyFileChangeSources::asyncAfter(std::chrono::milliseconds delay, std::function<void()> task) {
+  loop->asyncAfter(delay, std::move(task));
+}
 
 }  // namespace sprig::ports

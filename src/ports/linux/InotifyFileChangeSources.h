@@ -36,7 +36,7 @@ class InotifyFileChangeSources final : public platform::FileChangeSources {
 
   std::unique_ptr<platform::FileChangeSource> makeFileSystemObjectSource(
       const platform::FileURL& location, platform::FileEvents events) override;
-  void async(std::function<void()> task) override;
+  void asyncAfter(std::chrono::milliseconds delay, std::function<void()> task) override;
 
  private:
   std::shared_ptr<ChangeLoop> loop;
