@@ -41,7 +41,7 @@ TemplateItem newTemplate(std::string id) {
   item.id = std::move(id);
   item.name = "New Template";
   item.extensionName = ".txt";
-  item.filenamePattern = "Untitled";
+  item.filenamePattern = item.name;
   item.icon = "doc.text";
   item.category = "general";
   item.enabled = true;

@@ -2,29 +2,30 @@
 
 #include <glib.h>
 
-#include <csignal>
+#include <string>
 
 #include "ports/linux/handleFileSizeSignal.h"
 #include "settings/window/SettingsApplication.h"
 
 namespace {
 
-/// GTK looks at the older variable only.
-void takeActivationToken() {
-  const char* token = g_getenv("XDG_ACTIVATION_TOKEN");
-  if (token != nullptr) g_setenv("DESKTOP_STARTUP_ID", token, FALSE);
+/// That of the newer variable, as GTK looks at the older one only.
+std::string takeActivationToken() {
+  const char* value = g_getenv("XDG_ACTIVATION_TOKEN");
+  std::string token = value == nullptr ? "" : value;
   g_unsetenv("XDG_ACTIVATION_TOKEN");
+  return token;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   sprig::ports::handleFileSizeSignal();
-  takeActivationToken();
+  const auto token = takeActivationToken();
   // Without a graphics processor this starts twice as fast, and a still window gains nothing from one.
   g_setenv("GSK_RENDERER", "cairo", FALSE);
   // What window managers and compositors know our windows by, and what people are told.
   g_set_prgname("com.kestrel.Sprig");
   g_set_application_name("Sprig");
-  return sprig::settings::SettingsApplication().run(argc, argv);
+  return sprig::settings::SettingsApplication(token).run(argc, argv);
 }

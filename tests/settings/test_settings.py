@@ -2,6 +2,7 @@
 """Stories of the settings: keys, mouse, a screen reader, and the file that others change, too."""
 
 import datetime
+import os
 import subprocess
 
 import pytest
@@ -68,8 +69,9 @@ def test_a_newcomer_makes_a_template_with_a_placeholder(desktop, open_settings):
     assert not desktop.home.config.exists()
     settings.press("ctrl+n").sees({"text"}, "Name in the menu")
     desktop.type("Log")
-    settings.press("Tab", "ctrl+a")
-    desktop.type("Log ")
+    wait_to_see(lambda: settings.text("File name") == "Log", "the file's name to follow")
+    settings.press("Tab", "End")
+    desktop.type(" ")
     settings.insert(0, 0)
     settings.fill("Extension", ".md")
     settings.reads(f"The next file: “Log {TODAY} 2.md”")
@@ -144,6 +146,17 @@ def test_a_broken_file_is_mended_by_hand(desktop, open_settings):
     settings.click("Start Afresh").reads("The old text is kept in “")
     assert (desktop.home.path / ".local/state/sprig/broken-config.json").read_text() == "{"
     assert len(desktop.templates("name")) == 11
+
+
+def test_a_file_that_cannot_be_written_is_shown_and_nothing_offered(desktop, open_settings):
+    folder = desktop.home.config.parent
+    mount = f'mount --bind "{folder}" "{folder}" && mount -o remount,bind,ro "{folder}" && exec "$@"'
+    as_root = [] if os.getuid() == 0 else ["--user", "--map-root-user"]
+    settings = open_settings(wrapper=["unshare", "--mount", *as_root, "sh", "-c", mount, "sh"])
+    settings.reads("The configuration is read-only")
+    for name in ("Show “Alpha” in the menu", "New Template"):
+        assert not has(settings.sees({"check box", "push button"}, name), "SENSITIVE")
+    settings.press("Return").reads("The configuration is read-only.")
 
 
 @pytest.mark.parametrize("url, shown", [

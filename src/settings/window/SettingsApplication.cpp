@@ -3,6 +3,7 @@
 #include "settings/window/SettingsApplication.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "dialog/ColorScheme.h"
 #include "settings/SettingsURL.h"
@@ -17,10 +18,11 @@ constexpr const char* applicationId = "com.kestrel.Sprig";
 
 }  // namespace
 
-SettingsApplication::SettingsApplication()
+SettingsApplication::SettingsApplication(std::string activationToken)
     : application(gtk_application_new(applicationId, G_APPLICATION_HANDLES_OPEN)),
       systemLog("sprig-settings", ports::SystemLogFallback::standardError),
-      alerts(systemLog) {
+      alerts(systemLog),
+      token(std::move(activationToken)) {
   connect(application.get(), "activate", [this] { showWindow(); });
   g_signal_connect(application.get(), "open",
                    G_CALLBACK(+[](GApplication*, GFile** files, int count, const char*,
@@ -52,9 +54,13 @@ void SettingsApplication::start(GDBusConnection& bus) {
 void SettingsApplication::showWindow() {
   if (!window) {
     // The application ends when its only window has gone.
-    window = std::make_unique<SettingsWindow>(application.get(), *model, [this] { window.reset(); });
+    window = std::make_shared<SettingsWindow>(application.get(), *model, [this] { dropWindow(); });
   }
-  window->present();
+  window->present(std::exchange(token, {}));
+}
+
+void SettingsApplication::dropWindow() {
+  desktop->queue().async([closed = std::move(window)]() mutable { closed.reset(); });
 }
 
 void SettingsApplication::open(GFile** files, int count) {

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "ports/desktop/DesktopApplication.h"
 #include "ports/desktop/DesktopPlatform.h"
@@ -21,7 +22,8 @@ namespace sprig::settings {
 /// Threads: main thread.
 class SettingsApplication {
  public:
-  SettingsApplication();
+  /// `activationToken` lets the first window take the focus; empty for none.
+  explicit SettingsApplication(std::string activationToken);
 
   /// Runs until the window is closed; the program's exit status.
   int run(int argc, char** argv);
@@ -29,6 +31,7 @@ class SettingsApplication {
  private:
   void start(GDBusConnection& bus);
   void showWindow();
+  void dropWindow();
   void open(GFile** files, int count);
 
   wire::ObjectPointer<GtkApplication> application;
@@ -36,7 +39,8 @@ class SettingsApplication {
   desktop::DesktopApplication alerts;
   std::optional<desktop::DesktopPlatform> desktop;
   std::optional<SettingsModel> model;
-  std::unique_ptr<SettingsWindow> window;
+  std::shared_ptr<SettingsWindow> window;
+  std::string token;
 };
 
 }  // namespace sprig::settings

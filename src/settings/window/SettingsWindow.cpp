@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "dialog/WindowPlace.h"
 #include "settings/window/Widgets.h"
 #include "wire/Pointers.h"
 
@@ -53,6 +54,9 @@ SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& setti
   addShortcuts();
   connectDeciding(window, "close-request", [this, whenClosed = std::move(whenClosed)] {
     editor.finish();
+    model.onChange({});
+    model.onFailure({});
+    setVisible(GTK_WIDGET(window), false);
     whenClosed();
     return true;
   });
@@ -63,11 +67,7 @@ SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& setti
   list.focusFirst();
 }
 
-SettingsWindow::~SettingsWindow() {
-  model.onChange({});
-  model.onFailure({});
-  gtk_window_destroy(window);
-}
+SettingsWindow::~SettingsWindow() { gtk_window_destroy(window); }
 
 GtkWidget* SettingsWindow::makeTitleBar() {
   auto* switcher = gtk_stack_switcher_new();
@@ -170,7 +170,10 @@ bool SettingsWindow::isOn(const char* name) const {
   return visible != nullptr && std::string_view(visible) == name;
 }
 
-void SettingsWindow::present() { gtk_window_present(window); }
+void SettingsWindow::present(const std::string& activationToken) {
+  dialog::takeFocusWith(window, activationToken);
+  gtk_window_present(window);
+}
 
 void SettingsWindow::show(const SettingsTarget& target) {
   if (model.fault()) return;

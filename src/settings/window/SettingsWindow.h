@@ -23,14 +23,15 @@ namespace sprig::settings {
 /// Ownership: the model outlives this; the window on the screen lives as long as this.
 class SettingsWindow {
  public:
-  /// `whenClosed` is called when the user has closed the window, which may destroy this then.
+  /// `whenClosed` is called when the user has closed the window. This has no use then, but is not to be
+  /// destroyed before the event has been dealt with: that holds on to widgets, which call this when they go.
   SettingsWindow(GtkApplication* application, SettingsModel& settingsModel, std::function<void()> whenClosed);
   ~SettingsWindow();
   SettingsWindow(const SettingsWindow&) = delete;
   SettingsWindow& operator=(const SettingsWindow&) = delete;
 
-  /// Comes to the front, as far as the desktop lets it.
-  void present();
+  /// Comes to the front, as far as the desktop lets it, by a token if there is one.
+  void present(const std::string& activationToken);
   /// Shows what a URL wants, if there is such a thing.
   void show(const SettingsTarget& target);
 

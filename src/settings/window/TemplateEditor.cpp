@@ -227,9 +227,18 @@ std::string TemplateEditor::categoryIn(const std::string& text) const {
   return text;
 }
 
+/// Files that were called like their template stay so while its name is typed.
+void TemplateEditor::followName(const TemplateItem& before) {
+  if (before.filenamePattern != before.name || textOf(pattern) != before.name) return;
+  isUpdating = true;
+  setText(pattern, textOf(name));
+  isUpdating = false;
+}
+
 void TemplateEditor::takeIn() {
   if (isUpdating || !draft) return;
   auto item = draft->item();
+  followName(item);
   item.icon = symbol.symbol();
   item.name = textOf(name);
   item.filenamePattern = textOf(pattern);

@@ -47,6 +47,7 @@ class TemplateEditor {
   void showBar();
   void showPreview();
   void takeIn();
+  void followName(const TemplateItem& before);
   void write();
   void stopTimer();
   void chooseFolder();

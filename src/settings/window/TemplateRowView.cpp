@@ -9,6 +9,10 @@ namespace sprig::settings {
 
 namespace {
 
+// Characters.
+constexpr int shortestName = 20;
+constexpr int extensionWidth = 7;
+
 /// Drags within this program carry it: "(st)", the template's id and which of those that share it.
 constexpr const char* dragType = "(st)";
 
@@ -61,10 +65,12 @@ GtkWidget* TemplateRowView::makeContent() {
   gtk_widget_add_css_class(handle, "sprig-handle");
   gtk_image_set_pixel_size(GTK_IMAGE(icon), 16);
   gtk_label_set_ellipsize(GTK_LABEL(name), PANGO_ELLIPSIZE_END);
+  // No long one makes the list wider.
+  gtk_label_set_max_width_chars(GTK_LABEL(name), shortestName);
   gtk_widget_set_hexpand(name, TRUE);
-  gtk_label_set_ellipsize(GTK_LABEL(extension), PANGO_ELLIPSIZE_MIDDLE);
-  gtk_label_set_width_chars(GTK_LABEL(extension), 6);
-  gtk_label_set_max_width_chars(GTK_LABEL(extension), 10);
+  gtk_label_set_ellipsize(GTK_LABEL(extension), PANGO_ELLIPSIZE_END);
+  gtk_label_set_width_chars(GTK_LABEL(extension), extensionWidth);
+  gtk_label_set_max_width_chars(GTK_LABEL(extension), extensionWidth);
   for (const auto* style : {"dim-label", "sprig-extension"}) gtk_widget_add_css_class(extension, style);
   gtk_widget_add_css_class(star, "dim-label");
   gtk_widget_set_tooltip_text(star, "Favourite");
