@@ -132,6 +132,8 @@ class ConfiguredDesktop(Desktop):
 def session():
     with throw_away_home() as home:
         install_settings(home, PROGRAMS / "sprig-settings")
+        home.write(".config/user-dirs.dirs", 'XDG_DOCUMENTS_DIR="$HOME/Projects"\n')
+        (home.path / "Projects").mkdir()
         result = ConfiguredDesktop(home)
         result.start()
         yield result

@@ -62,7 +62,7 @@ def test_a_template_is_taken_out_of_the_menu_and_removed_and_comes_back(desktop,
 
 def test_a_newcomer_makes_a_template_with_a_placeholder(desktop, open_settings):
     desktop.home.config.unlink()
-    (desktop.home.path / f"Log {TODAY}.md").touch()
+    (desktop.home.path / f"Projects/Log {TODAY}.md").touch()
     settings = open_settings()
     settings.reads("These templates come with Sprig.")
     settings.picture("list")
@@ -100,6 +100,7 @@ def test_what_others_write_meanwhile_is_taken_in_or_asked_about(desktop, open_se
     assert not settings.seen({"push button"}, "Keep Mine")
     desktop.change(lambda config: config["templates"][1].update(content="their text"))
     settings.reads("This template was changed elsewhere, too.")
+    settings.press("Escape").reads("Choose “Reload” or “Keep Mine” first.")
     settings.click("Keep Mine")
     wait_for(lambda: desktop.templates("content")[1] == "mine", "mine")
     desktop.change(lambda config: config["templates"][1].update(content="their text"))

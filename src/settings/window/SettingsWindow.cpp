@@ -179,19 +179,28 @@ void SettingsWindow::show(const SettingsTarget& target) {
   if (model.fault()) return;
   if (!target.templateId) {
     leaveEditor();
-    showPage(listPage);
+    if (!isOn(editorPage)) showPage(listPage);
   } else if (model.find({*target.templateId, 0}) != nullptr) {
     edit({*target.templateId, 0});
   }
 }
 
 void SettingsWindow::edit(const TemplateKey& key) {
+  if (isHeld()) return;
   toast.hide();
   editor.open(key);
   showPage(editorPage);
 }
 
+/// What was edited would be lost.
+bool SettingsWindow::isHeld() {
+  if (!editor.isAsking()) return false;
+  toast.show("Choose “Reload” or “Keep Mine” first.");
+  return true;
+}
+
 void SettingsWindow::leaveEditor() {
+  if (isHeld()) return;
   const auto key = editor.finish();
   if (!isOn(editorPage)) return;
   showPage(listPage);

@@ -45,6 +45,7 @@ class SettingsWindow {
   void showPage(const char* name);
   bool isOn(const char* name) const;
   void edit(const TemplateKey& key);
+  bool isHeld();
   void leaveEditor();
   void undo();
   void redo();

@@ -32,6 +32,8 @@ class TemplateEditor {
 
   /// Begins with a template of the model.
   void open(const TemplateKey& key);
+  /// Whether the user has to decide first between what is edited here and what others have written.
+  bool isAsking() const { return draft && draft->state() == TemplateDraft::State::changedElsewhere; }
   /// Writes what is left to write. Which template it was; nothing if there was none.
   std::optional<TemplateKey> finish();
   /// Takes in what the model has now.
