@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "config/ConfigFields.h"
+#include "import/templateFromFile.h"
 
 namespace sprig::settings {
 
@@ -67,6 +68,20 @@ DocumentEdit insertTemplate(std::size_t position, const TemplateItem& item) {
     const auto index = std::min(position, document.config().templates.size());
     document.insertTemplate(index, item);
     return removeTemplate(document.keyOf(index));
+  }};
+}
+
+DocumentEdit insertNew(const std::vector<TemplateItem>& items) {
+  return {[=](ConfigDocument& document) -> DocumentEdit {
+    DocumentEdit back;
+    for (std::size_t index = 0; index < items.size(); ++index) {
+      auto item = items[index];
+      item.id = newTemplateId(document.config(), item.name);
+      document.insertTemplate(index, item);
+      const auto remove = removeTemplate(document.keyOf(index));
+      back = back.apply ? both(remove, back) : remove;
+    }
+    return back;
   }};
 }
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "config/ConfigDocument.h"
 
@@ -30,6 +31,8 @@ DocumentEdit moveTemplate(const TemplateKey& key, std::size_t position);
 /// Inserts what `ConfigDocument::textOf` gives; at the end if there are not so many.
 DocumentEdit insertTemplate(std::size_t position, const std::string& text);
 DocumentEdit insertTemplate(std::size_t position, const TemplateItem& item);
+/// Inserts new templates at the top, each with an id of its own.
+DocumentEdit insertNew(const std::vector<TemplateItem>& items);
 DocumentEdit removeTemplate(const TemplateKey& key);
 
 /// A copy behind the original, with everything that it has but for what the function changes.

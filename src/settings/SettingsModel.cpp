@@ -13,6 +13,7 @@
 #include "config/ConfigEncoder.h"
 #include "engine/TemplateEngine.h"
 #include "finder/TemplateCategories.h"
+#include "import/templateFromFile.h"
 #include "platform/Platform.h"
 #include "text/Text.h"
 
@@ -23,6 +24,7 @@ using platform::FileURL;
 namespace {
 
 constexpr std::size_t maxSteps = 100;
+constexpr const char* newName = "New Template";
 
 std::string builtinText() { return encodeConfig(defaultFallbackConfig()); }
 
@@ -39,7 +41,7 @@ std::string sentence(std::string text) {
 TemplateItem newTemplate(std::string id) {
   TemplateItem item;
   item.id = std::move(id);
-  item.name = "New Template";
+  item.name = newName;
   item.extensionName = ".txt";
   item.filenamePattern = item.name;
   item.icon = "doc.text";
@@ -161,28 +163,40 @@ bool SettingsModel::remove(const TemplateKey& key) {
   return perform(titleFor("Remove", key), removeTemplate(key));
 }
 
-std::string SettingsModel::newId() const {
-  for (std::size_t number = 1;; ++number) {
-    auto id = "custom-" + std::to_string(number);
-    if (!document.find({id, 0})) return id;
-  }
-}
-
 std::optional<TemplateKey> SettingsModel::addNew() {
-  const auto id = newId();
-  if (!perform("Add “New Template”", insertTemplate(0, newTemplate(id)))) return std::nullopt;
+  const auto id = newTemplateId(document.config(), newName);
+  if (!perform(std::string("Add ") + quoted(newName), insertTemplate(0, newTemplate(id))))
+    return std::nullopt;
   return TemplateKey{id, 0};
 }
 
 std::optional<TemplateKey> SettingsModel::duplicate(const TemplateKey& key) {
-  const auto id = newId();
-  const auto edit = duplicateTemplate(key, [id](TemplateItem& item) {
+  const auto* original = find(key);
+  if (original == nullptr) return std::nullopt;
+  const auto name = original->name + " Copy";
+  const auto id = newTemplateId(document.config(), name);
+  const auto edit = duplicateTemplate(key, [&](TemplateItem& item) {
     item.id = id;
-    item.name += " Copy";
+    item.name = name;
     item.isBuiltin = false;
   });
   if (!perform(titleFor("Duplicate", key), edit)) return std::nullopt;
   return TemplateKey{id, 0};
+}
+
+bool SettingsModel::addFiles(const std::vector<FileURL>& files) {
+  std::vector<TemplateItem> items;
+  std::string failure;
+  for (const auto& file : files) {
+    auto item = templateFromFile(file);
+    if (item) items.push_back(std::move(*item));
+    if (!item && failure.empty()) failure = item.error().description;
+  }
+  const auto title = items.size() == 1 ? "Add " + quoted(items.front().name)
+                                       : "Add " + std::to_string(items.size()) + " Templates";
+  const bool isAdded = !items.empty() && perform(title, insertNew(items));
+  if (!failure.empty() && failed) failed(sentence(failure));
+  return isAdded;
 }
 
 bool SettingsModel::setSettings(const AppSettingsItem& wanted) {

@@ -70,6 +70,9 @@ class SettingsModel {
   /// The new template's key; nothing if there is none. It stands at the top, or behind its original.
   std::optional<TemplateKey> addNew();
   std::optional<TemplateKey> duplicate(const TemplateKey& key);
+  /// Adds templates at the top whose files are copies of these. False if there is none; the failure handler
+  /// is told of the first file that can't become one, even if others can.
+  bool addFiles(const std::vector<platform::FileURL>& files);
   bool setSettings(const AppSettingsItem& wanted);
   /// Writes what differs between two states of a template. Changes in one `session`, whatever the number is,
   /// are undone together.
@@ -105,7 +108,6 @@ class SettingsModel {
                    const std::function<void(TemplateItem&)>& edit);
   bool replaceText(const std::string& wanted);
   std::string titleFor(std::string_view verb, const TemplateKey& key) const;
-  std::string newId() const;
   void read();
   void take(ConfigDocument newDocument);
   bool fail(const ConfigEditError& error);

@@ -144,14 +144,20 @@ const Operation operations[] = {
      "acd"},
     {"new",
      [](auto& model) {
-       return model.addNew() == TemplateKey{"custom-1", 0};
+       return model.addNew() == TemplateKey{"new-template", 0};
      },
      "New Templateabcd"},
     {"duplicate",
      [](auto& model) {
-       return model.duplicate({"b", 0}) == TemplateKey{"custom-1", 0};
+       return model.duplicate({"b", 0}) == TemplateKey{"b-copy", 0};
      },
      "abb Copycd"},
+    {"files",
+     [](auto& model) {
+       return model.addFiles(
+           {platform::FileURL(SPRIG_DOCS "/testing.md"), platform::FileURL(SPRIG_DOCS "/porting.md")});
+     },
+     "testingportingabcd"},
     {"settings", [](auto& model) { return model.setSettings({.maxVisibleTemplates = 5}); }, "abcd"},
 };
 INSTANTIATE_TEST_SUITE_P(, OperationTest, testing::ValuesIn(operations),

@@ -9,7 +9,7 @@ import pytest
 from conftest import PROGRAMS
 from sprigtest.home import template
 from sprigtest.screenreader import has, wait_to_see
-from sprigtest.waiting import DEADLINE, wait_for
+from sprigtest.waiting import DEADLINE, output_of, wait_for
 
 TODAY = datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%d")
 
@@ -38,6 +38,20 @@ def test_a_template_is_dragged_to_another_place(desktop, open_settings):
     settings.drag("Alpha", "Gamma")
     settings.lists("Beta", "Gamma", "Alpha")
     wait_for(lambda: desktop.templates("name") == ["Beta", "Gamma", "Alpha"], "the file")
+
+
+def test_a_file_becomes_a_template(desktop, open_settings):
+    (desktop.home.demo / "Letter.odt").write_bytes(b"\xff")
+    settings = open_settings()
+    settings.lists("Alpha", "Beta", "Gamma")
+    settings.press("ctrl+o")
+    wait_for(lambda: output_of("xdotool", "getactivewindow", "getwindowname") == "New from File", "the file dialog")
+    desktop.type(f"{desktop.home.demo}/Letter.odt")
+    desktop.press("Return")
+    settings.lists("Letter", "Alpha", "Beta", "Gamma")
+    settings.focuses("Letter")
+    assert desktop.config()["templates"][0]["contentBase64"] == "/w=="
+    settings.press("ctrl+z").lists("Alpha", "Beta", "Gamma")
 
 
 def test_a_template_is_taken_out_of_the_menu_and_removed_and_comes_back(desktop, open_settings):

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "dialog/WindowPlace.h"
+#include "settings/window/FileChooser.h"
 #include "settings/window/Widgets.h"
 #include "wire/Pointers.h"
 
@@ -52,6 +53,7 @@ SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& setti
   gtk_window_set_titlebar(window, makeTitleBar());
   addPages();
   addShortcuts();
+  acceptFiles();
   connectDeciding(window, "close-request", [this, whenClosed = std::move(whenClosed)] {
     editor.finish();
     model.onChange({});
@@ -94,7 +96,8 @@ GtkWidget* SettingsWindow::makeMenuButton() {
   gtk_menu_button_set_icon_name(GTK_MENU_BUTTON(button), "open-menu-symbolic");
   gtk_widget_set_tooltip_text(button, "Menu");
   setAccessibleName(button, "Menu");
-  const std::pair<const char*, void (SettingsWindow::*)()> items[] = {{"undo", &SettingsWindow::undo},
+  const std::pair<const char*, void (SettingsWindow::*)()> items[] = {{"file", &SettingsWindow::chooseFile},
+                                                                      {"undo", &SettingsWindow::undo},
                                                                       {"redo", &SettingsWindow::redo},
                                                                       {"about", &SettingsWindow::showAbout}};
   for (const auto& [name, perform] : items) {
@@ -103,6 +106,9 @@ GtkWidget* SettingsWindow::makeMenuButton() {
     g_action_map_add_action(G_ACTION_MAP(window), G_ACTION(action.get()));
   }
   const wire::ObjectPointer<GMenu> menu(g_menu_new());
+  const wire::ObjectPointer<GMenu> news(g_menu_new());
+  g_menu_append(news.get(), "New from _File…", "win.file");
+  g_menu_append_section(menu.get(), nullptr, G_MENU_MODEL(news.get()));
   g_menu_append(menu.get(), "_Undo", "win.undo");
   g_menu_append(menu.get(), "_Redo", "win.redo");
   const wire::ObjectPointer<GMenu> about(g_menu_new());
@@ -127,6 +133,7 @@ void SettingsWindow::addShortcuts() {
   addShortcut("<Control>n", [this] {
     if (isOn(listPage)) list.addNew();
   });
+  addShortcut("<Control>o", [this] { chooseFile(); });
   addShortcut("<Control>f", [this] {
     if (isOn(listPage)) list.beginSearch();
   });
@@ -217,6 +224,37 @@ void SettingsWindow::undo() {
 
 void SettingsWindow::redo() {
   if (isOn(listPage) || isOn(settingsPage)) model.redo();
+}
+
+void SettingsWindow::chooseFile() {
+  if (!isOn(listPage) || !model.isWritable()) return;
+  chooseInDialog(stack, "New from File", GTK_FILE_CHOOSER_ACTION_OPEN, "", [this](GFile* file) {
+    const wire::TextPointer path(g_file_get_path(file));
+    if (path) return addFiles({platform::FileURL(path.get())});
+    toast.show("Only files on this computer can be used.");
+  });
+}
+
+/// Files that are dropped on the list become templates.
+void SettingsWindow::acceptFiles() {
+  auto* target = gtk_drop_target_new(GDK_TYPE_FILE_LIST, GDK_ACTION_COPY);
+  g_signal_connect(target, "drop",
+                   G_CALLBACK(+[](GtkDropTarget*, const GValue* value, double, double, SettingsWindow* self) {
+                     std::vector<platform::FileURL> files;
+                     for (auto* item = static_cast<GSList*>(g_value_get_boxed(value)); item;
+                          item = item->next) {
+                       const wire::TextPointer path(g_file_get_path(static_cast<GFile*>(item->data)));
+                       if (path) files.emplace_back(path.get());
+                     }
+                     self->addFiles(files);
+                     return static_cast<gboolean>(!files.empty());
+                   }),
+                   this);
+  gtk_widget_add_controller(list.widget(), GTK_EVENT_CONTROLLER(target));
+}
+
+void SettingsWindow::addFiles(const std::vector<platform::FileURL>& files) {
+  if (model.addFiles(files)) list.focusNews();
 }
 
 void SettingsWindow::showAbout() {

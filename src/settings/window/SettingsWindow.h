@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "settings/SettingsModel.h"
 #include "settings/SettingsURL.h"
@@ -49,6 +50,9 @@ class SettingsWindow {
   void leaveEditor();
   void undo();
   void redo();
+  void chooseFile();
+  void acceptFiles();
+  void addFiles(const std::vector<platform::FileURL>& files);
   void showAbout();
 
   SettingsModel& model;
