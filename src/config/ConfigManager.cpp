@@ -3,6 +3,7 @@
 #include "config/ConfigManager.h"
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -126,8 +127,9 @@ ConfigManager::Outcome ConfigManager::loadConfigLocked(const FileURL& url) {
     logSprig("Loaded config with " + std::to_string(templates.size()) + " total templates (" +
              std::to_string(active) + " active) from " + url.path());
     return {std::move(config), {}};
-  } catch (const std::exception& error) {  // for want of memory, too
-    std::string problem = error.what();
+  } catch (const std::exception& error) {
+    const bool isOutOfMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+    std::string problem = isOutOfMemory ? "there is not enough memory for it" : error.what();
     logSprig("Error decoding config.json: " + problem + ". Using fallback.");
     return {std::make_shared<const AppConfigItem>(defaultFallbackConfig()), std::move(problem)};
   }

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The commands for scripts and for the configuration."""
 
+import functools
 import json
 import os
 import re
@@ -247,8 +248,23 @@ def test_what_cannot_be_printed_is_a_failure(home):
     assert full.returncode == 3 and f"created {home.demo}/Untitled.md, but" in full.stderr
 
 
+def is_sanitized(home):
+    return "asan" in str(home.program) or "tsan" in str(home.program)
+
+
+def test_where_memory_does_not_suffice_for_the_document_it_is_none(home):
+    if is_sanitized(home):
+        return
+    home.write(home.config, '{"x": [' + "1," * 20_000_000)
+    limited = functools.partial(subprocess.run, env=home.env({}), text=True, capture_output=True)
+    listed, checked = (limited(["prlimit", f"--as={300 << 20}", home.program, *command])
+                       for command in (["list"], ["config", "check"]))
+    assert (listed.returncode, listed.stdout[:13]) == (0, "Markdown Note") and "not enough memory for it" in listed.stderr
+    assert (checked.returncode, checked.stderr) == (3, "sprig: there is not enough memory for this\n")
+
+
 def test_list_starts_at_once(home):
-    if "asan" in str(home.program) or "tsan" in str(home.program):
+    if is_sanitized(home):
         return
     best = min(timed(lambda: home.run("list")) for _ in range(10))
     assert best < 0.1  # about a hundredth of a second where nothing else runs

@@ -3,6 +3,7 @@
 #include <unistd.h>
 #include <clocale>
 #include <exception>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,9 @@ ExitStatus run(std::vector<std::string> arguments) {
       return ExitStatus::wrongUse;
     }
     return std::visit(Runner(commandLine->logging), commandLine->request);
+  } catch (const std::bad_alloc&) {
+    errors.complain("there is not enough memory for this");
+    return ExitStatus::failed;
   } catch (const std::exception& error) {
     errors.complain(error.what());
     return ExitStatus::failed;
