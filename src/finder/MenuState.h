@@ -29,10 +29,12 @@ class TemplateCache {
   /// memory.
   void follow(const ConfigSnapshot& config) {
     if (config == followed) return;
+    std::unordered_map<const TemplateItem*, TemplateReference> copies;  // one for both keys
     for (auto& [key, item] : templates) {
-      if (!item.owner_before(followed) && !followed.owner_before(item)) {
-        item = std::make_shared<const TemplateItem>(*item);
-      }
+      if (item.owner_before(followed) || followed.owner_before(item)) continue;
+      auto& copy = copies[item.get()];
+      if (!copy) copy = std::make_shared<const TemplateItem>(*item);
+      item = copy;
     }
     followed = config;
   }

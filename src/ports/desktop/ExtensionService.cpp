@@ -3,6 +3,7 @@
 #include "ports/desktop/ExtensionService.h"
 
 #include <glib-unix.h>
+#include <malloc.h>
 
 #include <csignal>
 #include <exception>
@@ -139,6 +140,8 @@ void ExtensionService::perform(const Pick& pick) {
 
 gboolean ExtensionService::lookAtProgram(void* self) noexcept {
   auto& service = *static_cast<ExtensionService*>(self);
+  // What large messages and documents have left between blocks that stay.
+  ::malloc_trim(0);
   const bool isAtRest = !std::exchange(service.hasPerformed, service.isPerforming);
   if (!isAtRest || service.isPerforming || !isProgramFileGone()) return G_SOURCE_CONTINUE;
   platform::current().systemLog.log(std::string(systemLogPrefix) +

@@ -45,8 +45,8 @@ class ExtensionService {
   struct Times {
     /// How long it stays after the last client has gone.
     std::chrono::milliseconds idle = std::chrono::minutes(1);
-    /// How often it looks whether its program has been upgraded or removed. It stays when there has been a
-    /// pick since the look before: that may still be about to show its file.
+    /// How often it gives memory back, and looks whether its program has been upgraded or removed. It stays
+    /// when there has been a pick since the look before: that may still be about to show its file.
     std::chrono::milliseconds look = std::chrono::minutes(1);
   };
 

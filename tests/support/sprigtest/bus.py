@@ -186,7 +186,7 @@ class Desktop:
         wait_until(lambda: all(now <= then + 1 for now, then in zip(held(process)[1:], before[1:])))
         # A sanitizer keeps for a while what was freed.
         if b"__asan_init" not in pathlib.Path(self.program).read_bytes():
-            assert held(process).memory < before.memory + 1_000
+            wait_until(lambda: held(process).memory < before.memory + 1_000)
 
     def user_sees(self, text):
         wait_until(lambda: text in self.printed())
