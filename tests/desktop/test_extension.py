@@ -78,17 +78,79 @@ def in_mounts_of(process, call, *arguments):
     assert os.waitpid(child, 0)[1] == 0
 
 
-def test_what_is_mounted_later_is_served_while_it_is(home):
+BIND = 4096
+
+
+@pytest.fixture
+def apart(home):
+    """With an extension that has mounts of its own."""
     program = os.environ["SPRIG_PROGRAM"]
-    desktop = Desktop(home, f"/usr/bin/unshare --user --map-current-user --mount {program}", program)
-    manager = desktop.manager()
+    session = Desktop(home, f"/usr/bin/unshare --user --map-current-user --mount {program}", program)
+    yield session
+    session.ends()
+
+
+def test_what_is_mounted_later_is_served_while_it_is(apart, home):
+    manager = apart.manager()
     before = manager.property("ServedFolders")
-    bind = 4096
-    in_mounts_of(manager.extension_process(), "mount", b"/usr", b"/mnt", None, bind, None)
+    in_mounts_of(manager.extension_process(), "mount", b"/usr", b"/mnt", None, BIND, None)
     wait_until(lambda: manager.served == sorted([*before, "file:///mnt"]) == manager.property("ServedFolders"))
     assert lines(home, "Initialized") == [f"Initialized FinderSync monitoring {len(before)} directory URLs"]
     in_mounts_of(manager.extension_process(), "umount", b"/mnt")
     wait_until(lambda: manager.served == before == manager.property("ServedFolders"))
+
+
+def first(manager):
+    return manager.menu()[1][2]
+
+
+def test_a_mount_over_the_configurations_folder_counts_while_it_is_there(apart, home):
+    home.configure(template("Mounted"))
+    shutil.copytree(home.config.parent, home.path / "disk")
+    home.configure(template("Own"))
+    manager = apart.manager()
+    assert first(manager) == "template:own"
+    process, folder = manager.extension_process(), os.fsencode(home.config.parent)
+    for name in ("mounted", "saved"):
+        in_mounts_of(process, "mount", os.fsencode(home.path / "disk"), folder, None, BIND, None)
+        wait_until(lambda: first(manager) == "template:mounted")
+        home.write(home.path / "disk/config.json", home.config.read_text().replace("own", name))
+        wait_until(lambda: first(manager) == f"template:{name}")
+        home.write(home.path / "disk/config.json", home.config.read_text().replace("own", "mounted"))
+        in_mounts_of(process, "umount", folder)
+        wait_until(lambda: first(manager) == "template:own")
+
+
+@pytest.mark.parametrize("limit", ["instances", "watches"])
+def test_where_nothing_can_be_watched_kept_menus_hear_of_changes_all_the_same(home, limit):
+    program = os.environ["SPRIG_PROGRAM"]
+    lowered = f"/bin/sh -c 'echo 0 >/proc/sys/user/max_inotify_{limit}; exec {program}'"
+    desktop = Desktop(home, f"/usr/bin/unshare --user --map-current-user --keep-caps {lowered}", program)
+    manager = desktop.manager()
+    manager.menu()
+    for number in (1, 2):
+        home.configure(template(f"T{number}"))
+        wait_until(lambda: len(manager.changes) == number)
+        assert first(manager) == f"template:t{number}"
+    assert len(lines(home, "Can't watch")) == 1
+    desktop.ends()
+
+
+def test_a_document_that_memory_does_not_suffice_for_is_none(home):
+    program = os.environ["SPRIG_PROGRAM"]
+    if b"__asan_init" in pathlib.Path(program).read_bytes():
+        return  # which needs all addresses
+    desktop = Desktop(home, f"/usr/bin/prlimit --as={600 << 20} {program}", program)
+    home.configure(template("Good"))
+    manager = desktop.manager()
+    assert first(manager) == "template:good"
+    process = manager.extension_process()
+    home.write(home.config, '{"x": [' + "1," * 40_000_000)
+    wait_until(lambda: first(manager) == "template:builtin-markdown")
+    assert "not enough memory" in lines(home, "Error decoding")[0]
+    home.configure(template("Good"))
+    wait_until(lambda: first(manager) == "template:good")
+    assert manager.extension_process() == process
     desktop.ends()
 
 
@@ -295,6 +357,19 @@ def test_a_thousand_calls_leave_memory_and_descriptors_flat(desktop):
     before = held(process)
     calls(500)
     desktop.stays_flat(process, before)
+
+
+def test_what_was_large_stays_once(desktop):
+    manager = desktop.manager()
+    manager.menu()
+    before, size = held(manager.extension_process()), 21_000_000
+    for _ in range(3):
+        assert manager.refusal_of("Activate", "(suasa{sv})", "x" * size, 1, [uri(desktop.home.path)], {}) == "InvalidArgs"
+    for item in (template("Large", content="x" * size), template("Small")):
+        desktop.home.configure(item)
+        wait_until(lambda: first(manager) == f"template:{item['id']}")
+    # The buffer of the bus library, and the template that an older menu offers.
+    desktop.stays_flat(manager.extension_process(), before._replace(memory=before.memory + 2 * size // 1000))
 
 
 def test_a_killed_extension_is_there_again_for_the_next_call(desktop):
