@@ -15,7 +15,6 @@
 #include <optional>
 #include <thread>
 
-#include "app/FinderSync.h"
 #include "config/BuiltinTemplates.h"
 #include "config/ConfigEncoder.h"
 #include "config/ConfigManager.h"
@@ -274,32 +273,6 @@ TEST_F(LiveStore, GivesReadersWholeDocumentsOnlyWhileItIsReloaded) {
   first.join();
   second.join();
   EXPECT_GT(reads, 0);
-}
-
-/// Whether a toolbar's menu is of one document, or of the built-in templates.
-bool isWhole(const platform::Menu& menu) {
-  const auto& items = menu.items;
-  if (items.size() != 5) return items[0].title == defaultFallbackConfig().templates[0].name;
-  return items[0].title == items[1].title && items[1].title == items[2].title;
-}
-
-TEST_F(LiveStore, HasMenusOfWholeDocumentsOnlyWhileItIsReloaded) {
-  base.controller.targeted = folder;
-  FinderSync finder;
-  std::atomic<bool> isDone = false;
-  std::thread editor([&] {
-    for (std::int64_t version = 1; version <= 300; ++version) {
-      version % 3 == 0 ? replace(version) : writeInPlace(version);
-    }
-    isDone = true;
-  });
-  const auto menuIsWhole = [&] { return isWhole(*finder.menu(platform::FIMenuKind::toolbarItemMenu)); };
-  while (!isDone) EXPECT_TRUE(menuIsWhole());
-  editor.join();
-  const auto menuShowsTheLast = [&] {
-    return finder.menu(platform::FIMenuKind::toolbarItemMenu)->items[0].title == "300";
-  };
-  EXPECT_TRUE(eventually(menuShowsTheLast));
 }
 
 TEST_F(LiveStore, TakesAHugeDocument) {
