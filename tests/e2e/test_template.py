@@ -80,9 +80,9 @@ def test_what_cant_be_done_is_said_and_changes_nothing(home, arguments, document
 
 def test_a_folder_of_templates_is_imported_and_imported_again(home):
     folder = home.path / "Vorlagen"
-    files = {"Letter.txt": LETTER, ".hidden.txt": "", "kept~": "", "Code/deep/er/Tool.py": "1", "real/é/Spec.md": "old",
+    files = {"Letter.txt": LETTER, ".hidden.txt": "", "kept~": "", "Code/deep/er/Tool.py": "1", "real/é/Plan.md": "old",
              "1/2/3/4/5/6/far.txt": "", "note.desktop": "[Desktop Entry]\nType=Link\nName=Notes…\nName[de]=Notizen…\n"
-             "URL=file:///{}/real/%C3%A9/Spec.md\n".format(folder), "web.desktop": "[Desktop Entry]\nType=Link\nURL=http://x"}
+             "URL=file:///{}/real/%C3%A9/Plan.md\n".format(folder), "web.desktop": "[Desktop Entry]\nType=Link\nURL=http://x"}
     for name, text in files.items():
         (folder / name).parent.mkdir(parents=True, exist_ok=True)
         (folder / name).write_bytes(text.encode())
@@ -98,7 +98,7 @@ def test_a_folder_of_templates_is_imported_and_imported_again(home):
     assert f"{folder}/web.desktop is no link to a file of this computer" in said
     items = {item["importedFrom"]: item for item in json.loads(home.config.read_text())["templates"][1:]}
     assert items[f"{folder}/Code/deep/er/Tool.py"]["category"] == "Code"
-    assert items[f"{folder}/real/é/Spec.md"]["name"] == "Notizen"
+    assert items[f"{folder}/real/é/Plan.md"]["name"] == "Notizen"
     assert not [source for source in items if "hidden" in source or "~" in source]
     before = home.config.read_bytes()
     assert home.run("template", "import").stdout == "" and home.config.read_bytes() == before
