@@ -434,6 +434,11 @@ class Nautilus(FileManager):
     def has_menu(self):
         return self._popover() is not None
 
+    def close_menus(self):
+        super().close_menus()
+        # A screen reader misses a menu before the screen does, and the next one may get the same window.
+        wait_for(lambda: self._x_windows().keys() == set(self.large_windows()), "the menus' windows to go")
+
     def _outermost(self, accessible, role):
         """Those of the role, without a look at what they are made of."""
         if accessible.role == role:
