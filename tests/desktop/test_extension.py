@@ -7,10 +7,11 @@ import pathlib
 import shutil
 import signal
 import subprocess
+import sys
 
 import pytest
 from gi.repository import GLib
-from sprigtest.bus import Desktop, FileManager, held, uri, wait_until
+from sprigtest.bus import THUNAR, Desktop, FileManager, held, uri, wait_until
 from sprigtest.desktop import install_settings
 from sprigtest.home import template
 
@@ -201,6 +202,36 @@ def test_a_file_that_the_clicked_manager_can_not_show_is_shown_elsewhere(desktop
     assert bool(session.shown) == (lands == "session" or session_has == "refusing session")
 
 
+A_PICK = """
+import sys
+from sprigtest.bus import FileManager
+manager = FileManager(sys.argv[1])
+manager.menu(1, sys.argv[2])
+manager.pick("template:note", sys.argv[2], activation_token="token")
+"""
+
+
+@pytest.mark.parametrize("program, shown", [
+    ("nautilus", "token --select {}/Note.txt"), ("dolphin", "token --select {}/Note.txt"),
+    ("nemo", "token {}/Note.txt"), ("thunar", ("file://{}", "Note.txt", "", "token")), ("caja", None),
+])
+def test_a_file_manager_that_was_closed_meanwhile_is_started_again_for_the_file(home, program, shown):
+    started = home.path / "started"
+    home.write(f"bin/{program}", f'#!/bin/sh\necho "$DESKTOP_STARTUP_ID" "$@" > {started}\n').chmod(0o755)
+    home.configure(template("Note"), defaultBehavior="never")
+    desktop = Desktop(home, os.environ["SPRIG_PROGRAM"], PATH=f"{home.path}/bin:/usr/bin:/bin")
+    session = desktop.manager().own("org.freedesktop.FileManager1")
+    selected = session.asked_of("org.xfce.FileManager", THUNAR)
+    (home.path / "closed").mkdir()
+    closed = shutil.copy(sys.executable, home.path / "closed" / program)
+    subprocess.run([closed, "-c", A_PICK, desktop.address, home.demo.as_uri()], check=True,
+                   env={**os.environ, "PYTHONPATH": os.pathsep.join(sys.path)})
+    wait_until(lambda: session.shown or selected or started.exists() and started.read_text())
+    seen = started.read_text().strip() if started.exists() else selected[0] if selected else None
+    assert str(seen) == str(shown).format(home.demo)
+    desktop.ends()
+
+
 def journal():
     return subprocess.run(["journalctl", "-t", "sprig-extension", "-n", "5"], capture_output=True, text=True).stdout
 
@@ -213,7 +244,7 @@ def test_the_settings_open_with_whatever_handles_their_url(desktop):
 
 def test_settings_that_the_bus_starts_get_the_token_of_the_click(desktop):
     install_settings(desktop.home, "/bin/false")
-    opened = desktop.manager().opened("com.kestrel.Sprig")
+    opened = desktop.manager().asked_of("com.kestrel.Sprig")
     desktop.manager().pick("settings", desktop.home.demo, activation_token="token")
     wait_until(lambda: opened == [(["sprig://settings"], {"desktop-startup-id": "token"})])
 

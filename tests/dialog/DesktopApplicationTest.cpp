@@ -105,7 +105,7 @@ bool hasNoChild() {
 
 TEST_F(Dialogs, TellAllThatTheWindowShows) {
   answerAfter(2, {EventKind::button, 1, "notes.txt"});
-  desktopApplication.setClick({":1.7", "token", "x11:2a"});
+  desktopApplication.setClick({":1.7", "token", "x11:2a", ""});
   EXPECT_EQ(ask("😀tes.txt"), std::nullopt);
   const auto told = commands();
   const auto& show = std::get<dialog::Show>(told.at(0));
@@ -130,7 +130,7 @@ TEST_F(Dialogs, TellAllThatTheWindowShows) {
 
 TEST_F(Dialogs, ShowAnAlertWithTheIconOfItsStyleAndWithoutAUsedToken) {
   answerAfter(1, {EventKind::close, 0, ""});
-  desktopApplication.setClick({":1.7", "token", "x11:2a"});
+  desktopApplication.setClick({":1.7", "token", "x11:2a", ""});
   for (const auto* token : {"token", ""}) {
     showAlert();
     const auto show = std::get<dialog::Show>(commands().at(0));
@@ -187,13 +187,13 @@ TEST_F(Dialogs, LeaveANameAsItIsThatCanNotBeShownAsItIs) {
 
 TEST_F(Dialogs, TakeTheFocusForAClickThatWaitedByTheAnswerItWaitedFor) {
   answerAfter(3, {EventKind::field, 0, "a", "answer"});
-  desktopApplication.setClick({":1.7", "first", ""});
+  desktopApplication.setClick({":1.7", "first", "", ""});
   mainQueue.async([&] { desktopApplication.comeToFront("second"); });
   ask();
   EXPECT_EQ(std::get<dialog::Change>(commands().at(1)).activationToken, "second");
   answerAfter(2, {EventKind::field, 0, "a"});
   for (const auto& [clicked, told] : {std::pair{"second", "answer"}, {"third", "third"}}) {
-    desktopApplication.setClick({":1.7", clicked, ""});
+    desktopApplication.setClick({":1.7", clicked, "", ""});
     ask();
     EXPECT_EQ(std::get<dialog::Show>(commands().at(0)).activationToken, told);
   }

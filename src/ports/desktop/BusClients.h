@@ -12,7 +12,7 @@
 
 namespace sprig::desktop {
 
-/// The programs that have called us and are still on the bus.
+/// The programs that have called us and are still on the bus, and what they are.
 ///
 /// Threads:   main thread, on which `changed` is called, too, when the first one comes and when the last has
 /// gone. Ownership: holds the connection.
@@ -26,14 +26,26 @@ class BusClients {
   /// `sender` is the unique name of a connection.
   void add(const std::string& sender);
 
-  bool areGone() const { return watches.empty(); }
+  bool areGone() const { return clients.empty(); }
+
+  /// The name of the sender's executable file, "nautilus"; empty where it isn't known, or not yet: the bus is
+  /// asked when the sender is added.
+  std::string programOf(const std::string& sender) const;
 
  private:
+  struct Client {
+    guint watch = 0;
+    std::string program;
+  };
+
+  void askForProcess(const std::string& sender);
+  static void processKnown(GObject* connection, GAsyncResult* result, void* question) noexcept;
   static void nameVanished(GDBusConnection* connection, const char* name, void* self) noexcept;
 
   const wire::ObjectPointer<GDBusConnection> bus;
   const std::function<void()> haveChanged;
-  std::map<std::string, guint, std::less<>> watches;
+  const wire::ObjectPointer<GCancellable> questions;
+  std::map<std::string, Client, std::less<>> clients;
 };
 
 }  // namespace sprig::desktop

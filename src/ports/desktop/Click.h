@@ -14,6 +14,8 @@ struct Click {
   std::string activationToken;
   /// The file manager's window, "x11:<hexadecimal id>" or "wayland:<exported handle>"; empty for none.
   std::string parentWindow;
+  /// The name of the file manager's executable file; empty where it isn't known.
+  std::string program;
 };
 
 }  // namespace sprig::desktop

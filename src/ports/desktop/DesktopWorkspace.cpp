@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <memory>
+#include <string_view>
 
 #include "platform/Platform.h"
 #include "wire/FileUri.h"
@@ -63,12 +65,29 @@ ObjectPointer<GAppLaunchContext> launchContext(const std::string& activationToke
   return context;
 }
 
+/// File managers that can be started with a file to show, the file being the last argument. Right after
+/// the bus has started them they don't know their own `ShowItems` yet.
+struct ShowingCommand {
+  std::string_view program;
+  const char* command;
+};
+constexpr std::array<ShowingCommand, 3> showingCommands = {
+    {{"nautilus", "nautilus --select"}, {"nemo", "nemo"}, {"dolphin", "dolphin --select"}}};
+
+const char* showingCommand(std::string_view program) {
+  const auto* found = std::find_if(showingCommands.begin(), showingCommands.end(),
+                                   [&](const auto& row) { return row.program == program; });
+  return found == showingCommands.end() ? nullptr : found->command;
+}
+
 void complain(const std::string& what, const GError* error) {
   platform::current().systemLog.log("[SprigFinder] Can't " + what + ": " +
                                     (error != nullptr ? error->message : "unknown"));
 }
 
-/// One way after the other of showing files, until one works. It belongs to the call under way.
+/// One way after the other of showing files, until one works: in the window of the click, by its file
+/// manager, by that file manager started again, by the session's, by the program for folders. It belongs to
+/// the call under way.
 class Reveal {
  public:
   using Pointer = std::unique_ptr<Reveal>;
@@ -77,14 +96,16 @@ class Reveal {
          int limit)
       : bus(static_cast<GDBusConnection*>(g_object_ref(connection))),
         sender(click.sender),
+        program(click.program),
         activationToken(click.activationToken),
         parentWindow(click.parentWindow),
         milliseconds(limit) {
     for (const auto& file : files) {
       if (auto uri = wire::uriFromPath(file.path())) fileUris.push_back(std::move(*uri));
     }
-    if (!files.empty())
-      folderUri = wire::uriFromPath(files.front().deletingLastPathComponent().path()).value_or("");
+    if (files.empty()) return;
+    folderUri = wire::uriFromPath(files.front().deletingLastPathComponent().path()).value_or("");
+    fileName = files.front().lastPathComponent();
   }
 
   static void start(Pointer reveal) {
@@ -109,8 +130,11 @@ class Reveal {
 
   static void selectionAnswered(GObject* connection, GAsyncResult* result, void* self) noexcept {
     Pointer reveal(static_cast<Reveal*>(self));
+    GError* error = nullptr;
     const wire::VariantPointer answer(
-        g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(connection), result, nullptr));
+        g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(connection), result, &error));
+    const ErrorPointer owned(error);
+    if (error != nullptr && hasGone(error)) return startAgain(std::move(reveal));
     gboolean isSelected = FALSE;
     if (answer) g_variant_get(answer.get(), "(b)", &isSelected);
     if (isSelected == FALSE) g_timeout_add(millisecondsToNotice, askSender, reveal.release());
@@ -142,20 +166,62 @@ class Reveal {
     return ErrorPointer(error);
   }
 
-  /// Only where the file manager can't do it is another one asked: one that is slow may yet show the file.
-  static bool isUnableTo(const GError* error) {
-    constexpr std::array<int, 5> codes = {G_DBUS_ERROR_UNKNOWN_OBJECT, G_DBUS_ERROR_UNKNOWN_METHOD,
-                                          G_DBUS_ERROR_UNKNOWN_INTERFACE, G_DBUS_ERROR_SERVICE_UNKNOWN,
-                                          G_DBUS_ERROR_NAME_HAS_NO_OWNER};
+  static bool isOneOf(std::initializer_list<int> codes, const GError* error) {
     return error->domain == G_DBUS_ERROR && std::find(codes.begin(), codes.end(), error->code) != codes.end();
+  }
+
+  static bool hasGone(const GError* error) {
+    return isOneOf({G_DBUS_ERROR_SERVICE_UNKNOWN, G_DBUS_ERROR_NAME_HAS_NO_OWNER, G_DBUS_ERROR_NO_REPLY},
+                   error);
+  }
+
+  /// Only where the file manager can't do it is another one asked: one that is slow may yet show the file.
+  static bool isUnable(const GError* error) {
+    return isOneOf({G_DBUS_ERROR_UNKNOWN_OBJECT, G_DBUS_ERROR_UNKNOWN_METHOD, G_DBUS_ERROR_UNKNOWN_INTERFACE},
+                   error);
   }
 
   static void senderAnswered(GObject* connection, GAsyncResult* result, void* self) noexcept {
     Pointer reveal(static_cast<Reveal*>(self));
     const auto error = errorOf(connection, result);
     if (!error) return;
-    if (isUnableTo(error.get())) return askSession(std::move(reveal));
+    if (hasGone(error.get())) return startAgain(std::move(reveal));
+    if (isUnable(error.get())) return askSession(std::move(reveal));
     complain("have the file shown where it was asked for", error.get());
+  }
+
+  /// The file manager was closed while the user was asked for a name.
+  static void startAgain(Pointer reveal) {
+    if (reveal->program == "thunar") return askThunar(std::move(reveal));
+    const auto* command = showingCommand(reveal->program);
+    if (command == nullptr || !launch(*reveal, command)) askSession(std::move(reveal));
+  }
+
+  static bool launch(const Reveal& reveal, const char* command) {
+    const ObjectPointer<GAppInfo> app(
+        g_app_info_create_from_commandline(command, nullptr, G_APP_INFO_CREATE_SUPPORTS_URIS, nullptr));
+    if (!app) return false;
+    const auto context = launchContext(reveal.activationToken);
+    auto uri = reveal.fileUris.front();
+    GList uris = {uri.data(), nullptr, nullptr};
+    return g_app_info_launch_uris(app.get(), &uris, context.get(), nullptr) != FALSE;
+  }
+
+  /// Thunar opens a file that it is started with, but selects one when its own name is asked.
+  static void askThunar(Pointer reveal) {
+    if (g_utf8_validate(reveal->fileName.c_str(), -1, nullptr) == FALSE) return askSession(std::move(reveal));
+    auto* parameters = g_variant_new("(ssss)", reveal->folderUri.c_str(), reveal->fileName.c_str(), "",
+                                     reveal->activationToken.c_str());
+    auto* connection = reveal->bus.get();
+    const int limit = reveal->milliseconds;
+    g_dbus_connection_call(connection, "org.xfce.FileManager", "/org/xfce/FileManager",
+                           "org.xfce.FileManager", "DisplayFolderAndSelect", parameters, nullptr,
+                           G_DBUS_CALL_FLAGS_NONE, limit, nullptr, thunarAnswered, reveal.release());
+  }
+
+  static void thunarAnswered(GObject* connection, GAsyncResult* result, void* self) noexcept {
+    Pointer reveal(static_cast<Reveal*>(self));
+    if (errorOf(connection, result)) askSession(std::move(reveal));
   }
 
   static void askSession(Pointer reveal) {
@@ -184,11 +250,13 @@ class Reveal {
 
   const ObjectPointer<GDBusConnection> bus;
   const std::string sender;
+  const std::string program;
   const std::string activationToken;
   const std::string parentWindow;
   const int milliseconds;
   std::vector<std::string> fileUris;
   std::string folderUri;
+  std::string fileName;
 };
 
 void opened(GObject* handler, GAsyncResult* result, void*) noexcept {

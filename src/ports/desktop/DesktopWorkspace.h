@@ -15,8 +15,9 @@
 
 namespace sprig::desktop {
 
-/// Other programs of the session. A file is revealed in the file manager that was clicked in; where that
-/// can't be, in the session's file manager, or else by opening its folder with the default program.
+/// Other programs of the session. A file is revealed in the file manager that was clicked in, which is
+/// started again if it was closed meanwhile; where that can't be, in the session's file manager, or else by
+/// opening its folder with the default program.
 ///
 /// Threads:   main thread; results come in through its main context.
 /// Ownership: holds the connection.

@@ -216,7 +216,7 @@ VariantPointer ExtensionService::activate(GVariant* parameters, const std::strin
   const auto platformData = child(parameters, 3);
   pick.title = hint(platformData.get(), wire::titleKey);
   pick.click = {sender, hint(platformData.get(), wire::activationTokenKey),
-                hint(platformData.get(), wire::parentWindowKey)};
+                hint(platformData.get(), wire::parentWindowKey), clients.programOf(sender)};
   if (isPerforming) parts.comeToFront(pick.click.activationToken);
   picks.push_back(std::move(pick));
   return nothing();

@@ -23,6 +23,10 @@ FILE_MANAGER = Gio.DBusNodeInfo.new_for_xml("""<node><interface name="org.freede
 <method name="ShowItems"><arg type="as" direction="in"/><arg type="s" direction="in"/></method>
 </interface></node>""").interfaces[0]
 
+THUNAR = Gio.DBusNodeInfo.new_for_xml("""<node><interface name="org.xfce.FileManager">
+<method name="DisplayFolderAndSelect"><arg type="s" direction="in"/><arg type="s" direction="in"/>
+<arg type="s" direction="in"/><arg type="s" direction="in"/></method>
+</interface></node>""").interfaces[0]
 APPLICATION = Gio.DBusNodeInfo.new_for_xml("""<node><interface name="org.freedesktop.Application">
 <method name="Open"><arg type="as" direction="in"/><arg type="a{sv}" direction="in"/></method>
 </interface></node>""").interfaces[0]
@@ -97,14 +101,14 @@ class FileManager:
                   to=("org.freedesktop.DBus", "/org/freedesktop/DBus"))
         return self
 
-    def opened(self, name):
-        """What this is asked to open as the application of that name, from now on."""
+    def asked_of(self, name, interface=APPLICATION):
+        """What this is asked from now on as the application of that name."""
         calls = []
 
         def answer(_connection, _sender, _path, _interface, _method, parameters, invocation):
             calls.append(parameters.unpack())
             invocation.return_value(None)
-        self.own(name).connection.register_object("/" + name.replace(".", "/"), APPLICATION, answer)
+        self.own(name).connection.register_object("/" + name.replace(".", "/"), interface, answer)
         return calls
 
     def menu(self, kind=1, *targets):
