@@ -40,25 +40,26 @@ macro(sprig_manager_package manager title extends folder)
   install(FILES ${made}/${metainfo} DESTINATION ${data}/metainfo COMPONENT sprig-${manager})
 endmacro()
 
-# sprig_modules_folder(RESULT PACKAGE VARIABLE): a folder as the file manager's development package tells it, from the
-# prefix on.
-function(sprig_modules_folder result package variable)
-  pkg_get_variable(prefix ${package} prefix)
-  pkg_get_variable(folder ${package} ${variable})
-  file(RELATIVE_PATH folder ${prefix} ${folder})
-  set(${result} ${folder} PARENT_SCOPE)
-endfunction()
+# sprig_gobject_manager_package(MANAGER TITLE EXTENDS INTERFACE VARIABLE): the same where the variable of a development
+# package tells the folder; what is used of it goes from the prefix on.
+macro(sprig_gobject_manager_package manager title extends interface variable)
+  if(TARGET sprig-${manager})
+    pkg_get_variable(prefix ${interface} prefix)
+    pkg_get_variable(folder ${interface} ${variable})
+    file(RELATIVE_PATH folder ${prefix} ${folder})
+    sprig_manager_package(${manager} ${title} ${extends} ${folder})
+  endif()
+endmacro()
 
-sprig_modules_folder(folder thunarx-3 extensionsdir)
-sprig_manager_package(thunar "Thunar" org.xfce.Thunar ${folder})
-sprig_modules_folder(folder libcaja-extension extensiondir)
-sprig_manager_package(caja "Caja" caja.desktop ${folder})
-# What Caja shows in its list of extensions.
-install(FILES caja/libsprig-caja.caja-extension DESTINATION ${data}/caja/extensions COMPONENT sprig-caja)
-sprig_modules_folder(folder libnemo-extension extensiondir)
-sprig_manager_package(nemo "Nemo" nemo.desktop ${folder})
-sprig_modules_folder(folder libnautilus-extension-4 extensiondir)
-sprig_manager_package(nautilus "GNOME Files" org.gnome.Nautilus ${folder})
+sprig_gobject_manager_package(thunar "Thunar" org.xfce.Thunar thunarx-3 extensionsdir)
+sprig_gobject_manager_package(caja "Caja" caja.desktop libcaja-extension extensiondir)
+if(TARGET sprig-caja)
+  # What Caja shows in its list of extensions.
+  install(FILES caja/libsprig-caja.caja-extension DESTINATION ${data}/caja/extensions COMPONENT sprig-caja)
+endif()
+sprig_gobject_manager_package(nemo "Nemo" nemo.desktop libnemo-extension extensiondir)
+sprig_gobject_manager_package(nautilus "GNOME Files" org.gnome.Nautilus libnautilus-extension-4 extensiondir)
 if(TARGET sprig-dolphin)
-  sprig_manager_package(dolphin "Dolphin" org.kde.dolphin ${CMAKE_INSTALL_LIBDIR}/qt5/plugins/kf5/kfileitemaction)
+  sprig_manager_package(dolphin "Dolphin" org.kde.dolphin
+    ${CMAKE_INSTALL_LIBDIR}/qt${SPRIG_QT}/plugins/kf${SPRIG_QT}/kfileitemaction)
 endif()

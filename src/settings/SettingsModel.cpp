@@ -28,7 +28,7 @@ constexpr const char* newName = "New Template";
 
 std::string builtinText() { return encodeConfig(defaultFallbackConfig()); }
 
-std::string quoted(const std::string& name) { return "“" + name + "”"; }
+std::string inQuotes(const std::string& name) { return "“" + name + "”"; }
 
 /// As a sentence: begins with a capital letter, and ends in a full stop.
 std::string sentence(std::string text) {
@@ -143,7 +143,7 @@ bool SettingsModel::changeField(const TemplateKey& key, const std::string& title
 
 std::string SettingsModel::titleFor(std::string_view verb, const TemplateKey& key) const {
   const auto* item = find(key);
-  return std::string(verb) + " " + quoted(item == nullptr ? key.id : item->name);
+  return std::string(verb) + " " + inQuotes(item == nullptr ? key.id : item->name);
 }
 
 bool SettingsModel::setEnabled(const TemplateKey& key, bool isEnabled) {
@@ -165,7 +165,7 @@ bool SettingsModel::remove(const TemplateKey& key) {
 
 std::optional<TemplateKey> SettingsModel::addNew() {
   const auto id = newTemplateId(document.config(), newName);
-  if (!perform(std::string("Add ") + quoted(newName), insertTemplate(0, newTemplate(id))))
+  if (!perform(std::string("Add ") + inQuotes(newName), insertTemplate(0, newTemplate(id))))
     return std::nullopt;
   return TemplateKey{id, 0};
 }
@@ -192,7 +192,7 @@ bool SettingsModel::addFiles(const std::vector<FileURL>& files) {
     if (item) items.push_back(std::move(*item));
     if (!item && failure.empty()) failure = item.error().description;
   }
-  const auto title = items.size() == 1 ? "Add " + quoted(items.front().name)
+  const auto title = items.size() == 1 ? "Add " + inQuotes(items.front().name)
                                        : "Add " + std::to_string(items.size()) + " Templates";
   const bool isAdded = !items.empty() && perform(title, insertNew(items));
   if (!failure.empty() && failed) failed(sentence(failure));

@@ -55,7 +55,7 @@ class DolphinItemsTest : public testing::Test {
 
 TEST_F(DolphinItemsTest, AThousandMenusTakeTheRoomOfOne) {
   QWidget window;
-  std::set<int> sizes;
+  std::set<qsizetype> sizes;
   for (int count = 0; count < 1000; ++count) {
     ASSERT_EQ(drawn(itemsFor(&window)), "Sprig[R&&D_ notes (None) - More[b]]");
     sizes.insert(window.findChildren<QObject*>().size());

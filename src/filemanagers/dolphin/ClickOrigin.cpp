@@ -7,10 +7,20 @@
 #include <QWidget>
 #include <memory>
 #include <utility>
+#if __has_include(<KWaylandExtras>)
+#include <KWaylandExtras>
+#endif
 
 namespace sprig::filemanagers {
 
 namespace {
+
+// Where the newer frameworks have what concerns Wayland.
+#if __has_include(<KWaylandExtras>)
+using Wayland = KWaylandExtras;
+#else
+using Wayland = KWindowSystem;
+#endif
 
 ClickOrigin originOnX11(const QWidget& window) {
   const auto id = window.internalWinId();
@@ -20,15 +30,15 @@ ClickOrigin originOnX11(const QWidget& window) {
 }
 
 void withToken(QWindow* window, std::function<void(const ClickOrigin&)> goOn) {
-  const auto serial = KWindowSystem::lastInputSerial(window);
+  const auto serial = Wayland::lastInputSerial(window);
   const auto connection = std::make_shared<QMetaObject::Connection>();
   const auto arrived = [connection, serial, go = std::move(goOn)](int askedFor, const QString& token) {
     if (static_cast<quint32>(askedFor) != serial) return;
     QObject::disconnect(*connection);
     go({token.toStdString(), ""});
   };
-  *connection = QObject::connect(KWindowSystem::self(), &KWindowSystem::xdgActivationTokenArrived, arrived);
-  KWindowSystem::requestXdgActivationToken(window, serial, QStringLiteral("com.kestrel.Sprig"));
+  *connection = QObject::connect(Wayland::self(), &Wayland::xdgActivationTokenArrived, arrived);
+  Wayland::requestXdgActivationToken(window, serial, QStringLiteral("com.kestrel.Sprig"));
 }
 
 }  // namespace

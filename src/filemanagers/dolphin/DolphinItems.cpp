@@ -62,6 +62,19 @@ void fill(QMenu& menu, const std::vector<MenuEntry>& entries, const Source& sour
   }
 }
 
+/// The menus that an action is in.
+QList<QWidget*> widgetsOf(const QAction& action) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+  QList<QWidget*> widgets;
+  for (auto* object : action.associatedObjects()) {
+    if (auto* widget = qobject_cast<QWidget*>(object)) widgets.append(widget);
+  }
+  return widgets;
+#else
+  return action.associatedWidgets();
+#endif
+}
+
 }  // namespace
 
 DolphinItems::DolphinItems(GDBusConnection& connection)
@@ -91,7 +104,7 @@ void DolphinItems::showLateItems() {
   if (!entries) return;
   fill(*menu, *entries, {occasion, menu->parentWidget()});
   const auto items = menu->actions().mid(1);
-  for (auto* widget : place->associatedWidgets()) {
+  for (auto* widget : widgetsOf(*place)) {
     if (widget != menu) widget->insertActions(place, items);
   }
   delete place;
