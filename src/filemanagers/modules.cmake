@@ -34,7 +34,7 @@ endfunction()
 if("thunar" IN_LIST SPRIG_MANAGERS OR "caja" IN_LIST SPRIG_MANAGERS OR "nemo" IN_LIST SPRIG_MANAGERS)
   pkg_check_modules(GTK3 REQUIRED IMPORTED_TARGET GLOBAL gtk+-3.0 gtk+-x11-3.0)
   sprig_floor(filemanagers/gtk3
-    SOURCES ClickOrigin.cpp GtkMenus.cpp GtkViews.cpp IconContainer.cpp ViewSelection.cpp beforeNextMenu.cpp
+    SOURCES ClickOrigin.cpp GtkMenus.cpp GtkViews.cpp IconContainer.cpp ViewSelection.cpp WindowFacts.cpp beforeNextMenu.cpp
             endOldMenuWidgets.cpp themedIcon.cpp
     FLOORS filemanagers_client wire)
   target_link_libraries(sprig_filemanagers_gtk3 PUBLIC PkgConfig::GTK3)

@@ -8,11 +8,24 @@
 
 namespace sprig::wire {
 
+namespace {
+
+/// A local file has no query: "?" is a part of its name, which newer releases of GLib leave out.
+std::string withoutQuery(std::string_view uri) {
+  std::string result(uri);
+  for (auto mark = result.find('?'); mark != std::string::npos; mark = result.find('?', mark)) {
+    result.replace(mark, 1, "%3F");
+  }
+  return result;
+}
+
+}  // namespace
+
 std::optional<std::string> pathFromUri(std::string_view uri) {
   constexpr std::string_view localFile = "file:///";
   if (uri.substr(0, localFile.size()) != localFile) return std::nullopt;
-  if (uri.find('\0') != std::string_view::npos) return std::nullopt;
-  const TextPointer path(g_filename_from_uri(std::string(uri).c_str(), nullptr, nullptr));
+  if (uri.find('\0') != std::string_view::npos || uri.find('#') != std::string_view::npos) return std::nullopt;
+  const TextPointer path(g_filename_from_uri(withoutQuery(uri).c_str(), nullptr, nullptr));
   if (!path || *path != '/') return std::nullopt;
   std::string result(path.get());
   if (result.size() >= PATH_MAX) return std::nullopt;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <tuple>
 
 #include "filemanagers/FakeExtension.h"
 #include "filemanagers/client/MenuEntry.h"
@@ -186,9 +187,11 @@ TEST_F(ThunarItemsTest, AnOpenMenuKeepsItsFolderWhileAnotherIsAskedFor) {
   close(first);
   close(second);
   auto* third = open("file:///home/ann/three");
-  pick(third, 1);
+  const bool showsDisabledItems = std::tuple(thunarx_major_version, thunarx_minor_version,
+                                             thunarx_micro_version) >= std::tuple(4U, 19U, 3U);
+  pick(third, showsDisabledItems ? 2 : 1);
   EXPECT_EQ(picked(), "('settings', 1, ['file:///home/ann/three'], {'title': <'Settings'>})")
-      << "no separator, no disabled item";
+      << "no separator, and a disabled item only where Thunar can draw it as one";
   close(third);
 }
 

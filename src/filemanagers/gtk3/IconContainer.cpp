@@ -30,9 +30,7 @@ std::string shownFolder(GtkWidget* container) {
   char* uri = nullptr;
   g_signal_emit_by_name(container, name, &uri);
   const TextPointer owned(uri);
-  auto folder = locationUri(uri);
-  while (folder.ends_with('/')) folder.pop_back();
-  return folder;
+  return std::string(withoutLastSlash(locationUri(uri)));
 }
 
 /// As the container labels it.
@@ -143,7 +141,7 @@ bool isIconContainer(GtkWidget* widget) {
 }
 
 State selectIcon(GtkWidget* container, const std::string& uri) {
-  if (shownFolder(container) != uri.substr(0, uri.rfind('/'))) return State::impossible;
+  if (shownFolder(container) != folderOf(uri)) return State::impossible;
   auto* accessible = gtk_widget_get_accessible(container);
   if (!accessible || !ATK_IS_SELECTION(accessible)) return State::impossible;
   bool isOnly = true;

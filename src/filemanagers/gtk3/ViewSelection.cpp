@@ -7,8 +7,10 @@
 #include <vector>
 
 #include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/LocationUri.h"
 #include "filemanagers/gtk3/GtkViews.h"
 #include "filemanagers/gtk3/IconContainer.h"
+#include "filemanagers/gtk3/WindowFacts.h"
 #include "wire/Pointers.h"
 
 namespace sprig::filemanagers {
@@ -21,8 +23,6 @@ using wire::ObjectPointer;
 struct PathReleaser {
   void operator()(GtkTreePath* path) const { gtk_tree_path_free(path); }
 };
-
-std::string parentOf(const std::string& uri) { return uri.substr(0, uri.rfind('/')); }
 
 /// The column of a model that holds file objects; nothing when there is none.
 std::optional<int> fileColumn(GtkTreeModel* model, GType fileType) {
@@ -40,15 +40,15 @@ class RowSearch {
     if (column) gtk_tree_model_foreach(model, look, this);
   }
 
+  /// Whether the model is one that holds files.
+  bool isPossible() const { return column.has_value(); }
   bool isFound() const { return file != nullptr; }
   GObject* foundFile() const { return file.get(); }
   GtkTreePath* foundPath() const { return path.get(); }
 
-  /// Of a file that was not found: it may yet come where its neighbours are, or where there is nothing.
-  State stateWithout() const {
-    const bool isItsFolder = folder.empty() || folder == parentOf(uri);
-    return column && isItsFolder ? State::notYet : State::impossible;
-  }
+  bool hasRows() const { return rowsSeen; }
+  /// Whether another file of the same folder is there, as it is below an expanded folder, too.
+  bool hasNeighbours() const { return neighboursSeen; }
 
  private:
   static gboolean look(GtkTreeModel* model, GtkTreePath* path, GtkTreeIter* row, void* self) noexcept {
@@ -61,7 +61,8 @@ class RowSearch {
     ObjectPointer<GObject> candidate(object);
     if (!candidate) return false;
     const auto candidateUri = objects.uriOf(object);
-    if (folder.empty()) folder = parentOf(candidateUri);
+    rowsSeen = true;
+    neighboursSeen = neighboursSeen || folderOf(candidateUri) == folderOf(uri);
     if (candidateUri != uri) return false;
     file = std::move(candidate);
     path.reset(gtk_tree_path_copy(rowPath));
@@ -71,10 +72,25 @@ class RowSearch {
   const FileObjects& objects;
   const std::string& uri;
   const std::optional<int> column;
-  std::string folder;
+  bool rowsSeen = false;
+  bool neighboursSeen = false;
   ObjectPointer<GObject> file;
   std::unique_ptr<GtkTreePath, PathReleaser> path;
 };
+
+/// What a view tells beside its rows; nothing where that isn't known.
+struct ViewFacts {
+  /// The URI of the folder, without a slash at its end.
+  std::optional<std::string> folder;
+  std::optional<bool> showsHidden;
+};
+
+/// Whether a file that a view doesn't have may yet come: where its neighbours are, or where there is nothing.
+bool mayCome(const std::string& uri, const RowSearch& search, const ViewFacts& view) {
+  if (isHidden(uri) && !view.showsHidden.value_or(true)) return false;
+  if (search.hasRows()) return search.hasNeighbours();
+  return search.isPossible() && view.folder.value_or(std::string(folderOf(uri))) == folderOf(uri);
+}
 
 /// The model of one of Thunar's views, whose property selects and scrolls whatever the kind of view; null for
 /// other widgets.
@@ -89,6 +105,22 @@ ObjectPointer<GtkTreeModel> thunarModel(GtkWidget* view) {
   GtkTreeModel* model = nullptr;
   g_object_get(child, "model", &model, nullptr);
   return ObjectPointer<GtkTreeModel>(model);
+}
+
+ViewFacts thunarFacts(GtkWidget* view, GtkTreeModel* model, const FileObjects& objects) {
+  ViewFacts facts;
+  if (hasProperty(view, "current-directory", objects.type)) {
+    GObject* folder = nullptr;
+    g_object_get(view, "current-directory", &folder, nullptr);
+    const ObjectPointer<GObject> owned(folder);
+    if (folder) facts.folder = withoutLastSlash(objects.uriOf(folder));
+  }
+  if (hasProperty(model, "show-hidden", G_TYPE_BOOLEAN)) {
+    gboolean isShown = TRUE;
+    g_object_get(model, "show-hidden", &isShown, nullptr);
+    facts.showsHidden = isShown != FALSE;
+  }
+  return facts;
 }
 
 void selectInThunar(GtkWidget* view, const RowSearch& search) {
@@ -122,17 +154,16 @@ class ViewSelection final : public FileSelection {
   ViewSelection(const ViewSelection&) = delete;
   ViewSelection& operator=(const ViewSelection&) = delete;
 
+  /// The first view that shows the folder is the one where the user is, also if another gets the file sooner.
   State attempt() override {
     forgetSources();
-    auto result = State::impossible;
     for (auto* window : windowsOf(file.parentWindow)) {
       for (auto* widget : widgetsOn(window)) {
         const auto state = attemptIn(widget);
-        if (state == State::selected) return state;
-        if (state == State::notYet) result = state;
+        if (state != State::impossible) return state;
       }
     }
-    return result;
+    return State::impossible;
   }
 
  private:
@@ -144,29 +175,39 @@ class ViewSelection final : public FileSelection {
 
   State attemptIn(GtkWidget* widget) {
     if (const auto model = thunarModel(widget)) {
-      return attemptWith(model.get(), [&](const RowSearch& search) { selectInThunar(widget, search); });
+      const RowSearch search(model.get(), objects, file.uri);
+      if (!search.isFound())
+        return stateWithout(search, model.get(), thunarFacts(widget, model.get(), objects));
+      selectInThunar(widget, search);
+      return State::selected;
     }
-    if (isFileList(widget)) {
-      auto* list = GTK_TREE_VIEW(widget);
-      return attemptWith(gtk_tree_view_get_model(list),
-                         [&](const RowSearch& search) { selectInList(list, search); });
+    if (isFileList(widget)) return attemptInList(GTK_TREE_VIEW(widget));
+    return isIconContainer(widget) ? attemptInIcons(widget) : State::impossible;
+  }
+
+  State attemptInList(GtkTreeView* list) {
+    auto* model = gtk_tree_view_get_model(list);
+    const RowSearch search(model, objects, file.uri);
+    if (!search.isFound()) {
+      auto* widget = GTK_WIDGET(list);
+      return stateWithout(search, model, {locationAround(widget), showsHiddenFiles(widget)});
     }
-    if (!isIconContainer(widget)) return State::impossible;
-    const auto state = selectIcon(widget, file.uri);
-    if (state == State::notYet) awaitChange(widget, "icon-added");
+    selectInList(list, search);
+    return State::selected;
+  }
+
+  State attemptInIcons(GtkWidget* container) {
+    const auto state = selectIcon(container, file.uri);
+    if (state != State::notYet) return state;
+    if (isHidden(file.uri) && !showsHiddenFiles(container).value_or(true)) return State::impossible;
+    awaitChange(container, "icon-added");
     return state;
   }
 
-  template <typename Select>
-  State attemptWith(GtkTreeModel* model, Select select) {
-    const RowSearch search(model, objects, file.uri);
-    if (!search.isFound()) {
-      const auto state = search.stateWithout();
-      if (state == State::notYet) awaitChange(model, "row-inserted");
-      return state;
-    }
-    select(search);
-    return State::selected;
+  State stateWithout(const RowSearch& search, GtkTreeModel* model, const ViewFacts& view) {
+    if (!mayCome(file.uri, search, view)) return State::impossible;
+    awaitChange(model, "row-inserted");
+    return State::notYet;
   }
 
   void awaitChange(void* object, const char* signal) {
