@@ -24,7 +24,8 @@ std::string withoutQuery(std::string_view uri) {
 std::optional<std::string> pathFromUri(std::string_view uri) {
   constexpr std::string_view localFile = "file:///";
   if (uri.substr(0, localFile.size()) != localFile) return std::nullopt;
-  if (uri.find('\0') != std::string_view::npos || uri.find('#') != std::string_view::npos) return std::nullopt;
+  if (uri.find('\0') != std::string_view::npos || uri.find('#') != std::string_view::npos)
+    return std::nullopt;
   const TextPointer path(g_filename_from_uri(withoutQuery(uri).c_str(), nullptr, nullptr));
   if (!path || *path != '/') return std::nullopt;
   std::string result(path.get());
