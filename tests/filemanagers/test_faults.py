@@ -64,7 +64,7 @@ def test_what_is_picked_beside_a_stopped_extension_is_done_once_it_goes_on(deskt
     quick(manager, manager.on("letter.txt"), "with a pick that waits")
     manager.close_menus()
     desktop.signal_extension(signal.SIGCONT)
-    wait_for((folder / "Plain Text.txt").exists, "the file")
+    manager.shows(folder / "Plain Text.txt")
 
 
 def test_a_killed_extension_is_started_again_by_the_next_pick(desktop, folder, manager):
@@ -74,5 +74,5 @@ def test_a_killed_extension_is_started_again_by_the_next_pick(desktop, folder, m
     before = desktop.extension_pids()
     desktop.end_extension()
     manager.pick("Plain Text")
-    wait_for((folder / "Plain Text.txt").exists, "the file")
+    manager.shows(folder / "Plain Text.txt")
     assert desktop.extension_pids() != before

@@ -111,7 +111,7 @@ def test_a_menu_is_for_the_folder_of_its_window(desktop, folder, manager):
     desktop.activate(manager.window)
     manager.open_menu(place)
     manager.pick("Sprig", "R&D_notes")
-    wait_for((folder / "R&D_notes.txt").exists, "the file in the folder of the window")
+    manager.shows(folder / "R&D_notes.txt")
     desktop.end(process)
 
 

@@ -2,13 +2,12 @@
 """What only Thunar has."""
 
 from sprigtest.screenreader import wait_to_see
-from sprigtest.waiting import wait_for
 
 
 def test_a_template_is_picked_in_the_sidebar(desktop, folder, manager):
     manager.open_menu(manager.on("Marked"))
     manager.pick("Sprig", "Plain Text")
-    wait_for((folder / "inner/Plain Text.txt").exists, "the file in the folder of the sidebar")
+    manager.shows(folder / "inner/Plain Text.txt")
     assert desktop.home.logged("menu(for: 2) requested")
 
 

@@ -14,8 +14,9 @@ namespace sprig::filemanagers {
 
 namespace {
 
-/// After that a file manager has long noticed a file that is new in a folder that it shows.
-constexpr guint longestWait = 1500;
+/// After that a file manager has noticed a file that is new in a folder that it shows. Thunar 4.20 takes nearly
+/// two seconds.
+constexpr guint longestWait = 2500;
 /// What changes a view comes in bursts; one look is enough for each.
 constexpr guint burst = 20;
 constexpr std::size_t mostRequests = 16;

@@ -24,7 +24,7 @@ constexpr const char* sessionFileManager = "org.freedesktop.FileManager1";
 /// opens a window without selecting the file.
 constexpr guint millisecondsToNotice = 200;
 /// A file manager that has not answered until then won't.
-constexpr int millisecondsToSelect = 3000;
+constexpr int millisecondsToSelect = 4000;
 
 /// A launch context that hands on the token of a click: in the environment of programs that are started, and
 /// to those that the bus activates, which get what the context itself gives for each.

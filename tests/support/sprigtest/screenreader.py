@@ -54,7 +54,8 @@ class Accessible(collections.namedtuple("Accessible", "owner path")):
 
     @property
     def role(self):
-        return Atspi.role_get_name(Atspi.Role(self.ask("Accessible", "GetRole")))
+        name = Atspi.role_get_name(Atspi.Role(self.ask("Accessible", "GetRole")))
+        return "push button" if name == "button" else name  # as newer releases call it
 
     @property
     def name(self):
