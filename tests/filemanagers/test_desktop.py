@@ -18,7 +18,7 @@ class CajaDesktop(Caja):
 
 def test_a_file_is_made_on_the_desktop_and_selected_there(desktop):
     made = desktop.home.path / "Desktop/zzz.txt"
-    made.parent.mkdir()
+    made.parent.mkdir(exist_ok=True)
     desktop.configure(template("zzz"), defaultBehavior="create")
     desktop.environment["DESKTOP_SESSION"] = desktop.environment["XDG_SESSION_DESKTOP"] = "mate"
     shown = {"nemo": NemoDesktop, "caja": CajaDesktop}[os.environ["SPRIG_MANAGER"]](desktop, made.parent)

@@ -40,8 +40,11 @@ std::string randomName() {
 /// Whether a file system says so when it can't rename as it was asked to.
 bool meansNoSuchRename(int code) { return code == EINVAL || code == ENOSYS || code == EOPNOTSUPP; }
 
-/// Whether a file system says so when it has no second names, or gives this file none.
-bool meansNoLinks(int code) { return meansNoSuchRename(code) || code == EPERM || code == EMLINK; }
+/// Whether a file system says so when it has no second names, or gives this file none; or a guard that allows
+/// programs no links.
+bool meansNoLinks(int code) {
+  return meansNoSuchRename(code) || code == EPERM || code == EMLINK || code == EACCES;
+}
 
 }  // namespace
 
@@ -128,16 +131,18 @@ bool TemporaryFile::isInVersion(const char* name, const FileVersion& expected) c
 /// 0, or the reason; `EEXIST` when another name is to be chosen.
 int TemporaryFile::giveName(const char* target) {
   if (file->isOpen()) return linkUnnamed(target);
+  if (way == Way::link) {
+    // To who watches the folder it is a new file. Thunar 4.20 misses one that is renamed as soon as it is
+    // there.
+    const int code = linkHidden(target);
+    if (!meansNoLinks(code)) return code;
+    way = Way::rename;
+  }
   if (way == Way::rename) {
     const int renamed = retrying(
         [&] { return calls->renameAt(folder.descriptor(), hidden.c_str(), target, RENAME_NOREPLACE); });
     if (renamed == 0) hidden.clear();
     if (renamed == 0 || !meansNoSuchRename(errno)) return renamed == 0 ? 0 : errno;
-    way = Way::link;
-  }
-  if (way == Way::link) {
-    const int code = linkHidden(target);
-    if (!meansNoLinks(code)) return code;
     lockFolder();
   }
   return giveNameWhileLocked(target);

@@ -48,7 +48,7 @@ class TemporaryFile final : public platform::UnpublishedFile {
 
  private:
   /// By which means the name is given, the next one where the file system doesn't have the one before.
-  enum class Way { rename, link, lock };
+  enum class Way { link, rename, lock };
 
   OpenFile createHidden();
   int takePlace(const char* target, const platform::FileVersion& expected);
@@ -69,7 +69,7 @@ class TemporaryFile final : public platform::UnpublishedFile {
   OpenFolder folder;
   std::optional<OpenFile> file;  // open until it is written, one without a name for longer
   std::string hidden;            // its name; empty when it has none, or none any more
-  Way way = Way::rename;
+  Way way = Way::link;
   std::optional<OpenFile> lock;
 };
 
