@@ -123,7 +123,16 @@ ViewFacts thunarFacts(GtkWidget* view, GtkTreeModel* model, const FileObjects& o
   return facts;
 }
 
+/// In icons, Thunar 4.20 adds to what is selected.
+void unselectIcons(GtkWidget* icons) {
+  GSignalQuery signal{};
+  g_signal_query(g_signal_lookup("unselect-all", G_OBJECT_TYPE(icons)), &signal);
+  if (signal.signal_id == 0 || signal.n_params != 0 || signal.return_type != G_TYPE_NONE) return;
+  g_signal_emit(icons, signal.signal_id, 0);
+}
+
 void selectInThunar(GtkWidget* view, const RowSearch& search) {
+  unselectIcons(gtk_bin_get_child(GTK_BIN(view)));
   GList files{search.foundFile(), nullptr, nullptr};
   g_object_set(view, "selected-files", &files, nullptr);
   gtk_widget_grab_focus(gtk_bin_get_child(GTK_BIN(view)));
