@@ -43,13 +43,22 @@ std::vector<TemplateRow> templateRows(const ConfigDocument& document) {
   return rows;
 }
 
-bool isFound(const TemplateRow& row, std::string_view search) {
-  std::istringstream words(folded(search));
-  std::string word;
-  while (words >> word) {
-    if (row.searchText.find(word) == std::string::npos) return false;
+TemplateSearch::TemplateSearch(std::string_view typed) {
+  std::istringstream text(folded(typed));
+  for (std::string word; text >> word;) words.push_back(word);
+}
+
+bool TemplateSearch::finds(const TemplateRow& row) const {
+  return std::all_of(words.begin(), words.end(),
+                     [&](const auto& word) { return row.searchText.find(word) != std::string::npos; });
+}
+
+std::vector<std::size_t> TemplateSearch::in(const std::vector<TemplateRow>& rows) const {
+  std::vector<std::size_t> found;
+  for (std::size_t position = 0; position < rows.size(); ++position) {
+    if (finds(rows[position])) found.push_back(position);
   }
-  return true;
+  return found;
 }
 
 }  // namespace sprig::settings

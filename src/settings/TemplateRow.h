@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,9 +33,22 @@ struct TemplateRow {
 /// Threads: any.
 std::vector<TemplateRow> templateRows(const ConfigDocument& document);
 
-/// Whether a row has all words of a search in its name, extension, file name or section, in any case.
+/// What a user searches for: rows that have all its words in their name, extension, file name or section, in
+/// any case.
 ///
 /// Threads: any.
-bool isFound(const TemplateRow& row, std::string_view search);
+class TemplateSearch {
+ public:
+  explicit TemplateSearch(std::string_view typed);
+
+  /// Without a word, every row is found.
+  bool isEmpty() const { return words.empty(); }
+  bool finds(const TemplateRow& row) const;
+  /// The positions of what is found, in order.
+  std::vector<std::size_t> in(const std::vector<TemplateRow>& rows) const;
+
+ private:
+  std::vector<std::string> words;
+};
 
 }  // namespace sprig::settings

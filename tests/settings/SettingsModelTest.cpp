@@ -10,6 +10,7 @@
 #include "config/BuiltinTemplates.h"
 #include "config/ConfigDecoder.h"
 #include "config/ConfigEncoder.h"
+#include "settings/RowGeometry.h"
 #include "settings/SettingsURL.h"
 #include "settings/TemplateDraft.h"
 #include "settings/TemplatePreview.h"
@@ -78,9 +79,10 @@ TEST_F(SettingsModelTest, ShowsWhereTheMenuHasEachTemplateAndFindsThem) {
   model.reload();
   EXPECT_EQ(model.rows()[3].key, (TemplateKey{"a", 1}));
   for (const auto* search : {"", "café", "CAFE\xcc\x81", "notes .md", "code dev", "{{date"}) {
-    EXPECT_TRUE(isFound(model.rows()[3], search)) << search;
+    EXPECT_TRUE(TemplateSearch(search).finds(model.rows()[3])) << search;
   }
-  for (const auto* search : {"tea", "notes .txt"}) EXPECT_FALSE(isFound(model.rows()[3], search)) << search;
+  for (const auto* search : {"tea", "notes .txt"})
+    EXPECT_FALSE(TemplateSearch(search).finds(model.rows()[3])) << search;
 }
 
 struct Operation {
@@ -297,6 +299,21 @@ TEST_F(SettingsModelTest, PreviewsTheFileThatAPickWouldMake) {
   EXPECT_EQ(previewOf(item, folder).content, std::string("\0\1\2", 3));
   item.contentBase64 = "no";
   EXPECT_FALSE(previewOf(item, folder).hasOwnBytes);
+}
+
+TEST(RowGeometryTest, HasWidgetsForAllThatIsInSightAndFewMore) {
+  for (const auto divided : {std::optional<std::size_t>(), std::make_optional<std::size_t>(0), {7}, {19}}) {
+    const RowGeometry list{20, 10, divided, 5};
+    for (int top = -30; top < 260; ++top) {
+      const auto range = list.rowsBetween(top, top + 35, 2);
+      for (std::size_t row = 0; row < list.count; ++row) {
+        const bool isInSight = list.topOf(row + 1) > top && list.topOf(row) < top + 35;
+        EXPECT_TRUE(!isInSight || range.has(row)) << "row " << row << " at " << top;
+      }
+      EXPECT_TRUE(range.first < range.last && range.last - range.first <= 9) << top;
+    }
+  }
+  EXPECT_EQ(RowGeometry{}.rowsBetween(0, 100, 2), RowGeometry::Range{});
 }
 
 TEST(SettingsURLTest, UnderstandsTwoURLsAndNothingElse) {

@@ -88,6 +88,11 @@ class Settings:
         self.desktop.click(middle(area_in_gtk4(button, self.desktop.area(self.window), self.accessible())))
         self.choose(place)
 
+    def scroll_to_top(self):
+        self.desktop.point(middle(self.desktop.area(self.window)))
+        output_of("xdotool", "click", "--repeat", "200", "--delay", "2", "4")
+        return self
+
     def drag(self, name, target):
         """From the middle of a row to the lower part of another."""
         rows = [area_in_gtk4(self.sees({"list item"}, row), self.desktop.area(self.window), self.accessible())

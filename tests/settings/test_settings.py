@@ -32,6 +32,29 @@ def test_the_list_is_put_in_order_by_keys(desktop, open_settings):
     assert desktop.templates("name") == ["Alpha", "Beta", "Gamma"]
 
 
+def test_a_long_list_has_widgets_for_what_is_in_sight(desktop, open_settings):
+    count = 300
+    desktop.home.configure(*(template(f"T{number:03}") for number in range(count)), maxVisibleTemplates=2)
+    settings = open_settings()
+    settings.focuses("T000")
+    settings.press("End").focuses("T299")
+    assert len(settings.rows()) < 40
+    assert settings.sees({"list item"}, "T299").get("Description") == "300 of 300, .txt, under “More Templates”"
+    settings.press("Up", "alt+Down", "Page_Up").focuses("T289")
+    wait_for(lambda: desktop.templates("name")[-2:] == ["T299", "T298"], "the file")
+    settings.scroll_to_top().sees({"list item"}, "T000")
+    settings.press("Down").focuses("T290")
+    settings.press("Home").focuses("T000")
+    settings.press("ctrl+f")
+    desktop.type("5")
+    settings.sees({"list item"}, "T055")
+    settings.press("Return").focuses("T005")
+    settings.press("alt+Down")
+    wait_to_see(lambda: settings.rows()[:3] == ["T015", "T005", "T025"], "what was found in its new order")
+    settings.focuses("T005")
+    wait_for(lambda: desktop.templates("name")[14:16] == ["T015", "T005"], "the file")
+
+
 def test_a_template_is_dragged_to_another_place(desktop, open_settings):
     settings = open_settings()
     settings.lists("Alpha", "Beta", "Gamma")

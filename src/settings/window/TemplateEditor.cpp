@@ -18,7 +18,7 @@ namespace sprig::settings {
 namespace {
 
 /// A pause in typing.
-constexpr guint pause = 500;  // milliseconds
+constexpr std::chrono::milliseconds pause(500);
 
 std::string textOf(GtkWidget* editable) { return gtk_editable_get_text(GTK_EDITABLE(editable)); }
 
@@ -57,7 +57,8 @@ TemplateEditor::TemplateEditor(SettingsModel& settingsModel,
       previewNote(makeText("")),
       content({[this] { takeIn(); }, failed}),
       form(makeBox(GTK_ORIENTATION_VERTICAL, gap)),
-      folder(folderAtFirst()) {
+      folder(folderAtFirst()),
+      writing([this] { write(); }) {
   for (auto* part : {makeNameRow(), makeFields(), makePreviewRow(), content.widget()}) {
     gtk_box_append(GTK_BOX(form), part);
   }
@@ -66,8 +67,6 @@ TemplateEditor::TemplateEditor(SettingsModel& settingsModel,
   for (auto* editable : {name, pattern, extension, entryOf(category)}) watch(editable);
   for (auto* control : {asks, favorite}) connect(control, "notify::active", [this] { takeIn(); });
 }
-
-TemplateEditor::~TemplateEditor() { stopTimer(); }
 
 GtkWidget* TemplateEditor::makeBar() {
   auto* box = makeBox(GTK_ORIENTATION_HORIZONTAL, gap);
@@ -249,26 +248,13 @@ void TemplateEditor::takeIn() {
   content.store(item);
   draft->edit(item);
   showPreview();
-  stopTimer();
-  timer = g_timeout_add(
-      pause,
-      [](void* self) -> gboolean {
-        static_cast<TemplateEditor*>(self)->timer = 0;
-        static_cast<TemplateEditor*>(self)->write();
-        return G_SOURCE_REMOVE;
-      },
-      this);
+  writing.start(pause);
 }
 
 void TemplateEditor::write() {
-  stopTimer();
+  writing.stop();
   draft->write();
   showBar();
-}
-
-void TemplateEditor::stopTimer() {
-  if (timer != 0) g_source_remove(timer);
-  timer = 0;
 }
 
 void TemplateEditor::chooseFolder() {

@@ -13,6 +13,7 @@
 #include "settings/SettingsModel.h"
 #include "settings/TemplateDraft.h"
 #include "settings/window/ContentEditor.h"
+#include "settings/window/DelayedCall.h"
 #include "settings/window/SymbolButton.h"
 
 namespace sprig::settings {
@@ -24,7 +25,6 @@ namespace sprig::settings {
 class TemplateEditor {
  public:
   TemplateEditor(SettingsModel& settingsModel, std::function<void(const std::string&)> failureHandler);
-  ~TemplateEditor();
   TemplateEditor(const TemplateEditor&) = delete;
   TemplateEditor& operator=(const TemplateEditor&) = delete;
 
@@ -51,7 +51,6 @@ class TemplateEditor {
   void takeIn();
   void followName(const TemplateItem& before);
   void write();
-  void stopTimer();
   void chooseFolder();
   void insertInPattern(const std::string& token);
   std::string categoryIn(const std::string& text) const;
@@ -77,7 +76,7 @@ class TemplateEditor {
   GtkWidget* const form;
   std::vector<std::string> categories;
   platform::FileURL folder;
-  guint timer = 0;
+  DelayedCall writing;
   bool isUpdating = false;
 };
 

@@ -14,10 +14,6 @@ namespace {
 
 constexpr const char* keyType = "(st)";
 
-TemplateRowView* viewIn(void* row) {
-  return static_cast<TemplateRowView*>(g_object_get_data(G_OBJECT(row), "view"));
-}
-
 void appendItem(GMenu* menu, const char* title, const char* action, const TemplateKey& key) {
   const wire::ObjectPointer<GMenuItem> item(g_menu_item_new(title, nullptr));
   g_menu_item_set_action_and_target(item.get(), action, keyType, key.id.c_str(),
@@ -34,7 +30,7 @@ TemplateList::TemplateList(SettingsModel& settingsModel, Handlers pageHandlers)
       searchBar(gtk_search_bar_new()),
       search(gtk_search_entry_new()),
       note(makeText("")),
-      list(makeCard()),
+      rows(model, rowHandlers(), handlers.edit),
       empty(makeBox(GTK_ORIENTATION_VERTICAL, gap)),
       emptyTitle(gtk_label_new("")),
       emptyText(gtk_label_new("")),
@@ -47,34 +43,12 @@ TemplateList::TemplateList(SettingsModel& settingsModel, Handlers pageHandlers)
 
 void TemplateList::makePage() {
   gtk_widget_add_css_class(note, "sprig-note");
-  setAccessibleName(list, "Templates");
   auto* column = makeBox(GTK_ORIENTATION_VERTICAL, gap);
-  for (auto* part : {note, list, empty}) gtk_box_append(GTK_BOX(column), part);
+  for (auto* part : {note, rows.widget(), empty}) gtk_box_append(GTK_BOX(column), part);
+  auto* scroller = makeScrolledColumn(column);
   gtk_box_append(GTK_BOX(page), makeSearch());
-  gtk_box_append(GTK_BOX(page), makeScrolledColumn(column));
-  auto* box = GTK_LIST_BOX(list);
-  g_signal_connect(box, "row-activated", G_CALLBACK(+[](GtkListBox*, GtkListBoxRow* row, TemplateList* self) {
-                     self->handlers.edit(viewIn(row)->key());
-                   }),
-                   this);
-  gtk_list_box_set_sort_func(
-      box,
-      [](GtkListBoxRow* left, GtkListBoxRow* right, void*) -> int {
-        return viewIn(left)->position() < viewIn(right)->position() ? -1 : 1;
-      },
-      nullptr, nullptr);
-  gtk_list_box_set_filter_func(
-      box,
-      [](GtkListBoxRow* row, void* self) -> gboolean {
-        return static_cast<TemplateList*>(self)->isShown(*viewIn(row)) ? TRUE : FALSE;
-      },
-      this, nullptr);
-  gtk_list_box_set_header_func(
-      box,
-      [](GtkListBoxRow* row, GtkListBoxRow* before, void* self) {
-        static_cast<TemplateList*>(self)->updateHeader(row, before);
-      },
-      this, nullptr);
+  gtk_box_append(GTK_BOX(page), scroller);
+  rows.scrollIn(GTK_SCROLLED_WINDOW(scroller));
 }
 
 GtkWidget* TemplateList::makeSearch() {
@@ -82,7 +56,11 @@ GtkWidget* TemplateList::makeSearch() {
   setAccessibleName(search, "Search Templates");
   gtk_search_bar_set_child(GTK_SEARCH_BAR(searchBar), search);
   gtk_search_bar_connect_entry(GTK_SEARCH_BAR(searchBar), GTK_EDITABLE(search));
-  connect(search, "search-changed", [this] { showFound(); });
+  // Not "search-changed", which waits until the user pauses.
+  connect(search, "changed", [this] {
+    rows.scrollToTop();
+    showFound();
+  });
   connect(search, "activate", [this] { focusFirst(); });
   return searchBar;
 }
@@ -137,32 +115,22 @@ void TemplateList::addAction(const char* name, std::function<void(const Template
 }
 
 void TemplateList::makeShortcuts() {
-  addRowShortcut("<Alt>Up", [this](const TemplateRowView& view) { move(view.key(), -1); });
-  addRowShortcut("<Alt>Down", [this](const TemplateRowView& view) { move(view.key(), 1); });
-  addRowShortcut("<Alt>Home", [this](const TemplateRowView& view) { moveTo(view.key(), 0); });
-  addRowShortcut("<Alt>End", [this](const TemplateRowView& view) { moveTo(view.key(), views.size() - 1); });
-  addRowShortcut("F2", [this](const TemplateRowView& view) { handlers.edit(view.key()); });
-  addRowShortcut("<Control>d", [this](const TemplateRowView& view) { duplicate(view.key()); });
-  addRowShortcut("Delete", [this](const TemplateRowView& view) { remove(view.key()); });
-  for (const auto* keys : {"Menu", "<Shift>F10"}) {
-    addRowShortcut(keys, [this](const TemplateRowView& view) { viewOf(view.key())->openMenu(); });
-  }
-  auto* click = gtk_gesture_click_new();
-  gtk_gesture_single_set_button(GTK_GESTURE_SINGLE(click), GDK_BUTTON_SECONDARY);
-  g_signal_connect(click, "pressed",
-                   G_CALLBACK(+[](GtkGestureClick*, int, double, double y, TemplateList* self) {
-                     auto* row = gtk_list_box_get_row_at_y(GTK_LIST_BOX(self->list), static_cast<int>(y));
-                     if (row != nullptr) viewIn(row)->openMenu();
-                   }),
-                   this);
-  gtk_widget_add_controller(list, GTK_EVENT_CONTROLLER(click));
+  addRowShortcut("<Alt>Up", [this](const TemplateKey& key) { move(key, -1); });
+  addRowShortcut("<Alt>Down", [this](const TemplateKey& key) { move(key, 1); });
+  addRowShortcut("<Alt>Home", [this](const TemplateKey& key) { moveTo(key, 0); });
+  addRowShortcut("<Alt>End", [this](const TemplateKey& key) { moveTo(key, model.rows().size() - 1); });
+  addRowShortcut("F2", handlers.edit);
+  addRowShortcut("<Control>d", [this](const TemplateKey& key) { duplicate(key); });
+  addRowShortcut("Delete", [this](const TemplateKey& key) { remove(key); });
+  for (const auto* keys : {"Menu", "<Shift>F10"})
+    addRowShortcut(keys, [this](const TemplateKey& key) { rows.openMenu(key); });
 }
 
-void TemplateList::addRowShortcut(const char* keys, std::function<void(const TemplateRowView&)> perform) {
-  addShortcut(list, keys, [this, perform = std::move(perform)] {
-    const auto* view = focused();
-    if (view != nullptr) perform(*view);
-    return view != nullptr;
+void TemplateList::addRowShortcut(const char* keys, std::function<void(const TemplateKey&)> perform) {
+  addShortcut(rows.keyboardWidget(), keys, [this, perform = std::move(perform)] {
+    const auto key = rows.focused();
+    if (key) perform(*key);
+    return key.has_value();
   });
 }
 
@@ -193,55 +161,32 @@ GMenuModel* TemplateList::menuOf(const TemplateKey& key) const {
 }
 
 void TemplateList::update() {
-  const auto& rows = model.rows();
-  std::vector<std::unique_ptr<TemplateRowView>> old = std::exchange(views, {});
-  news.reset();
-  for (std::size_t position = 0; position < rows.size(); ++position) {
-    const auto& row = rows[position];
-    auto found = std::find_if(old.begin(), old.end(),
-                              [&](const auto& view) { return view && view->key() == row.key; });
-    auto view = found != old.end() ? std::move(*found) : nullptr;
-    const bool isNew = view == nullptr;
-    if (isNew) {
-      view = std::make_unique<TemplateRowView>(row.key, viewHandlers);
-      g_object_set_data(G_OBJECT(view->widget()), "view", view.get());
-    }
-    view->update(row, position, rows.size(), model.isWritable());
-    if (isNew) {
-      gtk_list_box_append(GTK_LIST_BOX(list), GTK_WIDGET(view->widget()));
-      news = row.key;
-    }
-    views.push_back(std::move(view));
-  }
-  for (const auto& view : old) {
-    if (view) gtk_list_box_remove(GTK_LIST_BOX(list), GTK_WIDGET(view->widget()));
-  }
-  gtk_list_box_invalidate_sort(GTK_LIST_BOX(list));
+  noteNews();
   updateNote();
   showFound();
 }
 
-void TemplateList::showFound() {
-  const auto isFirst = [](const auto& view) {
-    return view->shown().placement == Placement::underMoreTemplates;
-  };
-  const auto first = std::find_if(views.begin(), views.end(), isFirst);
-  const bool isSearching = gtk_editable_get_text(GTK_EDITABLE(search))[0] != '\0';
-  firstUnderMore = first == views.end() || isSearching ? nullptr : first->get();
-  gtk_list_box_invalidate_filter(GTK_LIST_BOX(list));
-  gtk_list_box_invalidate_headers(GTK_LIST_BOX(list));
-  for (const auto& view : views) {
-    gtk_accessible_update_state(GTK_ACCESSIBLE(view->widget()), GTK_ACCESSIBLE_STATE_HIDDEN,
-                                isShown(*view) ? FALSE : TRUE, -1);
+void TemplateList::noteNews() {
+  auto before = std::exchange(known, {});
+  news.reset();
+  for (const auto& row : model.rows()) {
+    if (!before.contains({row.key.id, row.key.occurrence})) news = row.key;
+    known.emplace(row.key.id, row.key.occurrence);
   }
-  const bool isAny =
-      std::any_of(views.begin(), views.end(), [&](const auto& view) { return isShown(*view); });
-  setVisible(list, isAny);
+}
+
+void TemplateList::showFound() {
+  const TemplateSearch wanted(gtk_editable_get_text(GTK_EDITABLE(search)));
+  rows.show(wanted.in(model.rows()),
+            wanted.isEmpty() ? TemplateRows::Divider::shown : TemplateRows::Divider::hidden);
+  const bool isAny = !rows.positions().empty();
+  const bool hasNone = model.rows().empty();
+  setVisible(rows.widget(), isAny);
   setVisible(empty, !isAny);
-  setVisible(emptyButton, views.empty() && model.isWritable());
-  gtk_label_set_text(GTK_LABEL(emptyTitle), views.empty() ? "No Templates" : "Nothing Found");
+  setVisible(emptyButton, hasNone && model.isWritable());
+  gtk_label_set_text(GTK_LABEL(emptyTitle), hasNone ? "No Templates" : "Nothing Found");
   gtk_label_set_text(GTK_LABEL(emptyText),
-                     views.empty()
+                     hasNone
                          ? "A template is a name and a text for new files. Make one, and the Sprig menu of "
                            "your file manager offers it."
                          : "No template has this in its name, extension or category.");
@@ -260,43 +205,17 @@ void TemplateList::updateNote() {
   setVisible(note, !text.empty());
 }
 
-void TemplateList::updateHeader(GtkListBoxRow* row, GtkListBoxRow*) const {
-  if (viewIn(row) != firstUnderMore) return gtk_list_box_row_set_header(row, nullptr);
-  if (gtk_list_box_row_get_header(row) != nullptr) return;
-  auto* header = makeLabel("Under “More Templates”");
-  for (const auto* style : {"sprig-divider", "dim-label", "caption"}) gtk_widget_add_css_class(header, style);
-  gtk_list_box_row_set_header(row, header);
-}
-
-bool TemplateList::isShown(const TemplateRowView& view) const {
-  return isFound(view.shown(), gtk_editable_get_text(GTK_EDITABLE(search)));
-}
-
-TemplateRowView* TemplateList::viewOf(const TemplateKey& key) const {
-  const auto view = std::find_if(views.begin(), views.end(),
-                                 [&](const auto& candidate) { return candidate->key() == key; });
-  return view == views.end() ? nullptr : view->get();
-}
-
-/// Also while something in the row has the keyboard.
-TemplateRowView* TemplateList::focused() const {
-  auto* child = gtk_widget_get_focus_child(list);
-  return child == nullptr ? nullptr : viewIn(child);
-}
-
 void TemplateList::focus(const TemplateKey& key) {
-  if (const auto* view = viewOf(key)) gtk_widget_grab_focus(GTK_WIDGET(view->widget()));
+  if (const auto place = rows.placeOf(key)) rows.focus(*place);
 }
 
 void TemplateList::focusFirst() {
-  const auto first =
-      std::find_if(views.begin(), views.end(), [&](const auto& view) { return isShown(*view); });
-  if (first != views.end()) focus((*first)->key());
+  if (!rows.positions().empty()) rows.focus(0);
 }
 
 void TemplateList::focusNews() {
   if (news) return focus(*news);
-  if (focused() == nullptr) focusFirst();
+  if (!rows.focused()) focusFirst();
 }
 
 void TemplateList::beginSearch() {
@@ -308,10 +227,13 @@ void TemplateList::addNew() {
   if (const auto key = model.addNew()) handlers.edit(*key);
 }
 
+/// Past its neighbour in sight, however many others a search has hidden between them.
 void TemplateList::move(const TemplateKey& key, std::ptrdiff_t by) {
-  const auto position = model.positionOf(key);
-  if (!position || (by < 0 && *position == 0)) return;
-  moveTo(key, *position + static_cast<std::size_t>(by));
+  const auto place = rows.placeOf(key);
+  const auto& shown = rows.positions();
+  if (!place || (by < 0 && *place == 0)) return;
+  const auto neighbour = *place + static_cast<std::size_t>(by);
+  if (neighbour < shown.size()) moveTo(key, shown[neighbour]);
 }
 
 void TemplateList::moveTo(const TemplateKey& key, std::size_t position) {
@@ -329,11 +251,11 @@ void TemplateList::drop(const TemplateKey& dragged, const TemplateKey& target, b
 
 void TemplateList::remove(const TemplateKey& key) {
   const auto* item = model.find(key);
-  const auto position = model.positionOf(key);
-  if (item == nullptr || !position) return;
+  const auto place = rows.placeOf(key);
+  if (item == nullptr || !place) return;
   const auto name = item->name;
   if (!model.remove(key)) return;
-  if (!views.empty()) focus(views[std::min(*position, views.size() - 1)]->key());
+  if (!rows.positions().empty()) rows.focus(std::min(*place, rows.positions().size() - 1));
   handlers.removed(name);
 }
 

@@ -5,13 +5,13 @@
 #include <gtk/gtk.h>
 
 #include <functional>
-#include <memory>
 #include <optional>
+#include <set>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "settings/SettingsModel.h"
-#include "settings/window/TemplateRowView.h"
+#include "settings/window/TemplateRows.h"
 
 namespace sprig::settings {
 
@@ -49,15 +49,12 @@ class TemplateList {
   void makeActions();
   void addAction(const char* name, std::function<void(const TemplateKey&)> perform);
   void makeShortcuts();
-  void addRowShortcut(const char* keys, std::function<void(const TemplateRowView&)> perform);
+  void addRowShortcut(const char* keys, std::function<void(const TemplateKey&)> perform);
   TemplateRowView::Handlers rowHandlers();
   GMenuModel* menuOf(const TemplateKey& key) const;
-  void updateHeader(GtkListBoxRow* row, GtkListBoxRow* before) const;
   void updateNote();
   void showFound();
-  bool isShown(const TemplateRowView& view) const;
-  TemplateRowView* viewOf(const TemplateKey& key) const;
-  TemplateRowView* focused() const;
+  void noteNews();
   void move(const TemplateKey& key, std::ptrdiff_t by);
   void moveTo(const TemplateKey& key, std::size_t position);
   void drop(const TemplateKey& dragged, const TemplateKey& target, bool isBelow);
@@ -66,21 +63,18 @@ class TemplateList {
 
   SettingsModel& model;
   const Handlers handlers;
-  const TemplateRowView::Handlers viewHandlers = rowHandlers();
   GtkWidget* const page;
   GtkWidget* const searchBar;
   GtkWidget* const search;
   GtkWidget* const note;
-  GtkWidget* const list;
+  TemplateRows rows;
   GtkWidget* const empty;
   GtkWidget* const emptyTitle;
   GtkWidget* const emptyText;
   GtkWidget* const emptyButton;
-  std::vector<std::unique_ptr<TemplateRowView>> views;
-  /// Of the last update.
+  /// All templates of the last update, and one that it has brought.
+  std::set<std::pair<std::string, std::size_t>> known;
   std::optional<TemplateKey> news;
-  /// The first row under "More Templates"; null if there is none.
-  const TemplateRowView* firstUnderMore = nullptr;
 };
 
 }  // namespace sprig::settings

@@ -32,9 +32,8 @@ std::string descriptionOf(const TemplateRow& row, std::size_t position, std::siz
 
 }  // namespace
 
-TemplateRowView::TemplateRowView(const TemplateKey& key, const Handlers& rowHandlers)
-    : templateKey(key),
-      handlers(rowHandlers),
+TemplateRowView::TemplateRowView(const Handlers& rowHandlers)
+    : handlers(rowHandlers),
       row(GTK_LIST_BOX_ROW(gtk_list_box_row_new())),
       icon(makeDecoration(nullptr)),
       name(makeLabel("")),
@@ -86,26 +85,20 @@ GtkWidget* TemplateRowView::makeContent() {
 
 void TemplateRowView::openMenu() { gtk_menu_button_popup(GTK_MENU_BUTTON(menuButton)); }
 
-void TemplateRowView::update(const TemplateRow& newData, std::size_t position, std::size_t count,
-                             bool isWritable) {
-  data = newData;
-  place = position;
+void TemplateRowView::show(const TemplateRow& data, const Place& where) {
+  templateKey = data.key;
+  shownAt = where.place;
   isUpdating = true;
   gtk_image_set_from_icon_name(GTK_IMAGE(icon), drawableIcon(data.icon).c_str());
   gtk_label_set_text(GTK_LABEL(name), data.name.c_str());
   gtk_label_set_text(GTK_LABEL(extension), data.extensionName.c_str());
   setVisible(star, data.isFavorite);
   gtk_switch_set_active(GTK_SWITCH(enabled), data.isEnabled ? TRUE : FALSE);
-  gtk_widget_set_sensitive(enabled, isWritable ? TRUE : FALSE);
-  for (auto* part : {icon, name}) {
-    if (data.isEnabled) {
-      gtk_widget_remove_css_class(part, "sprig-off");
-    } else {
-      gtk_widget_add_css_class(part, "sprig-off");
-    }
-  }
+  gtk_widget_set_sensitive(enabled, where.isWritable ? TRUE : FALSE);
+  for (auto* part : {icon, name}) setStyle(part, "sprig-off", !data.isEnabled);
+  setStyle(GTK_WIDGET(row), "last", where.isLast);
   setAccessibleName(GTK_WIDGET(row), data.name);
-  setAccessibleDescription(GTK_WIDGET(row), descriptionOf(data, position, count));
+  setAccessibleDescription(GTK_WIDGET(row), descriptionOf(data, where.position, where.count));
   setAccessibleName(enabled, "Show “" + data.name + "” in the menu");
   setAccessibleName(menuButton, "Menu of “" + data.name + "”");
   isUpdating = false;

@@ -4,14 +4,17 @@
 
 #include <gtk/gtk.h>
 
+#include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "settings/TemplateRow.h"
 
 namespace sprig::settings {
 
-/// A template in the list: its symbol, name and extension, a switch, and its menu.
+/// A row of the list: a template's symbol, name and extension, a switch, and its menu. It may show one
+/// template after another, or none.
 ///
 /// Threads:   main thread. Ownership: its widgets belong to the list, which this must not outlive.
 class TemplateRowView {
@@ -25,18 +28,32 @@ class TemplateRowView {
     std::function<GMenuModel*(const TemplateKey&)> menu;
   };
 
+  /// Where in the list a row is.
+  struct Place {
+    /// Among the rows that are shown, and whether it is their last.
+    std::size_t place = 0;
+    bool isLast = false;
+    /// Among all templates, and how many there are.
+    std::size_t position = 0;
+    std::size_t count = 0;
+    bool isWritable = true;
+  };
+
   /// `rowHandlers` outlives this.
-  TemplateRowView(const TemplateKey& key, const Handlers& rowHandlers);
+  explicit TemplateRowView(const Handlers& rowHandlers);
   TemplateRowView(const TemplateRowView&) = delete;
   TemplateRowView& operator=(const TemplateRowView&) = delete;
 
   GtkListBoxRow* widget() const { return row; }
+  /// Of the template that it shows, or showed last.
   const TemplateKey& key() const { return templateKey; }
-  const TemplateRow& shown() const { return data; }
-  std::size_t position() const { return place; }
+  /// Absent while it shows none.
+  std::optional<std::size_t> place() const { return shownAt; }
   void openMenu();
 
-  void update(const TemplateRow& newData, std::size_t position, std::size_t count, bool isWritable);
+  void show(const TemplateRow& row, const Place& where);
+  /// Shows none. The list takes it off the screen.
+  void hide() { shownAt.reset(); }
 
  private:
   GtkWidget* makeContent();
@@ -47,7 +64,6 @@ class TemplateRowView {
   void unmarkDrop();
   bool isInLowerHalf(double y) const;
 
-  const TemplateKey templateKey;
   const Handlers& handlers;
   GtkListBoxRow* const row;
   GtkWidget* const icon;
@@ -56,8 +72,8 @@ class TemplateRowView {
   GtkWidget* const star;
   GtkWidget* const enabled;
   GtkWidget* const menuButton;
-  TemplateRow data;
-  std::size_t place = 0;
+  TemplateKey templateKey;
+  std::optional<std::size_t> shownAt;
   bool isUpdating = false;
 };
 

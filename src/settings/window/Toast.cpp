@@ -10,7 +10,7 @@ namespace sprig::settings {
 
 namespace {
 
-constexpr guint secondsShown = 8;
+constexpr std::chrono::seconds timeShown(8);
 
 /// Screen readers read it out when it changes.
 GtkWidget* makeAlert() {
@@ -23,7 +23,7 @@ GtkWidget* makeAlert() {
 }  // namespace
 
 Toast::Toast(GtkOverlay* overlay)
-    : revealer(gtk_revealer_new()), label(makeAlert()), button(gtk_button_new()) {
+    : revealer(gtk_revealer_new()), label(makeAlert()), button(gtk_button_new()), end([this] { hide(); }) {
   auto* box = makeBox(GTK_ORIENTATION_HORIZONTAL, gap);
   gtk_widget_add_css_class(box, "sprig-toast");
   setMargins(box, pageMargin, pageMargin);
@@ -50,8 +50,6 @@ Toast::Toast(GtkOverlay* overlay)
   });
 }
 
-Toast::~Toast() { stopTimer(); }
-
 void Toast::show(const std::string& message) {
   action = nullptr;
   reveal(message);
@@ -64,31 +62,18 @@ void Toast::show(const std::string& message, const std::string& title, std::func
 }
 
 void Toast::reveal(const std::string& message) {
-  stopTimer();
   setVisible(button, static_cast<bool>(action));
   gtk_label_set_text(GTK_LABEL(label), message.c_str());
   setAccessibleName(label, message);
   setVisible(revealer, true);
   gtk_revealer_set_reveal_child(GTK_REVEALER(revealer), TRUE);
-  timer = g_timeout_add_seconds(
-      secondsShown,
-      [](void* self) -> gboolean {
-        static_cast<Toast*>(self)->timer = 0;
-        static_cast<Toast*>(self)->hide();
-        return G_SOURCE_REMOVE;
-      },
-      this);
+  end.start(timeShown);
 }
 
 void Toast::hide() {
-  stopTimer();
+  end.stop();
   action = nullptr;
   gtk_revealer_set_reveal_child(GTK_REVEALER(revealer), FALSE);
-}
-
-void Toast::stopTimer() {
-  if (timer != 0) g_source_remove(timer);
-  timer = 0;
 }
 
 }  // namespace sprig::settings

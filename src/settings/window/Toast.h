@@ -7,6 +7,8 @@
 #include <functional>
 #include <string>
 
+#include "settings/window/DelayedCall.h"
+
 namespace sprig::settings {
 
 /// A short message over a page that goes by itself, perhaps with a button.
@@ -15,7 +17,6 @@ namespace sprig::settings {
 class Toast {
  public:
   explicit Toast(GtkOverlay* overlay);
-  ~Toast();
   Toast(const Toast&) = delete;
   Toast& operator=(const Toast&) = delete;
 
@@ -26,13 +27,12 @@ class Toast {
 
  private:
   void reveal(const std::string& message);
-  void stopTimer();
 
   GtkWidget* const revealer;
   GtkWidget* const label;
   GtkWidget* const button;
   std::function<void()> action;
-  guint timer = 0;
+  DelayedCall end;
 };
 
 }  // namespace sprig::settings

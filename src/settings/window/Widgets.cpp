@@ -40,6 +40,8 @@ constexpr const char* style = R"(
 .sprig-card { background: @theme_base_color; border: 1px solid @borders; border-radius: 12px; }
 .sprig-card > row { padding: 5px 12px; min-height: 36px; }
 .sprig-card > row:not(:last-child), .sprig-card > .sprig-divider { border-bottom: 1px solid alpha(@borders, 0.6); }
+.sprig-card > row.sprig-row { border-bottom: 1px solid alpha(@borders, 0.6); }
+.sprig-card > row.sprig-row.last { border-bottom-color: transparent; }
 .sprig-card > row:focus-visible { outline-offset: -3px; border-radius: 11px; }
 .sprig-card > row.drop-above { box-shadow: inset 0 2px @theme_selected_bg_color; }
 .sprig-card > row.drop-below { box-shadow: inset 0 -2px @theme_selected_bg_color; }
@@ -206,6 +208,14 @@ bool isVisible(GtkWidget* widget) { return gtk_widget_get_visible(widget) != FAL
 
 void setVisible(GtkWidget* widget, bool isVisible) {
   gtk_widget_set_visible(widget, isVisible ? TRUE : FALSE);
+}
+
+void setStyle(GtkWidget* widget, const char* name, bool isOn) {
+  if (isOn) {
+    gtk_widget_add_css_class(widget, name);
+  } else {
+    gtk_widget_remove_css_class(widget, name);
+  }
 }
 
 std::string textIn(GtkTextBuffer* buffer) {

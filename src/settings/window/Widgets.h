@@ -60,6 +60,8 @@ std::string drawableIcon(const std::string& symbol);
 
 bool isVisible(GtkWidget* widget);
 void setVisible(GtkWidget* widget, bool isVisible);
+/// Gives a widget a class of the style, or takes it away.
+void setStyle(GtkWidget* widget, const char* name, bool isOn);
 std::string textIn(GtkTextBuffer* buffer);
 
 /// Colours and spaces that themes don't have.
