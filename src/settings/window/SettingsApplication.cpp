@@ -48,7 +48,20 @@ void SettingsApplication::start(GDBusConnection& bus) {
   addStyle();
   desktop.emplace(bus, systemLog, alerts);
   model.emplace();
+  // Behind the first frame of the window, which needs none of it.
+  g_idle_add_full(
+      G_PRIORITY_LOW,
+      [](void* self) -> gboolean {
+        static_cast<SettingsApplication*>(self)->followConfiguration();
+        return G_SOURCE_REMOVE;
+      },
+      this, nullptr);
+}
+
+void SettingsApplication::followConfiguration() {
   desktop->whenConfigurationChanges([this] { model->reload(); });
+  // For what was changed meanwhile.
+  model->reload();
 }
 
 void SettingsApplication::showWindow() {

@@ -30,6 +30,7 @@ class SettingsApplication {
 
  private:
   void start(GDBusConnection& bus);
+  void followConfiguration();
   void showWindow();
   void dropWindow();
   void open(GFile** files, int count);

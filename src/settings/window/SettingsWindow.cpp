@@ -43,10 +43,7 @@ SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& setti
       list(model, {[this](const TemplateKey& key) { edit(key); },
                    [this](const std::string& name) {
                      toast.show("Removed “" + name + "”", "Undo", [this] { undo(); });
-                   }}),
-      editor(model, [this](const std::string& failure) { toast.show(failure); }),
-      menuSettings(model),
-      broken(model, [this](const std::string& message) { toast.show(message); }) {
+                   }}) {
   gtk_window_set_title(window, "Sprig Settings");
   gtk_window_set_icon_name(window, "com.kestrel.Sprig");
   gtk_window_set_default_size(window, defaultWidth, defaultHeight);
@@ -55,7 +52,7 @@ SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& setti
   addShortcuts();
   acceptFiles();
   connectDeciding(window, "close-request", [this, whenClosed = std::move(whenClosed)] {
-    editor.finish();
+    if (editor) editor->finish();
     model.onChange({});
     model.onFailure({});
     setVisible(GTK_WIDGET(window), false);
@@ -120,13 +117,22 @@ GtkWidget* SettingsWindow::makeMenuButton() {
 
 void SettingsWindow::addPages() {
   gtk_stack_add_titled(GTK_STACK(stack), list.widget(), listPage, "Templates");
-  gtk_stack_add_titled(GTK_STACK(stack), menuSettings.widget(), settingsPage, "Settings");
-  gtk_stack_add_named(GTK_STACK(stack), editor.widget(), editorPage);
-  gtk_stack_add_named(GTK_STACK(stack), broken.widget(), brokenPage);
+  // The others are made when they are first shown.
+  gtk_stack_add_titled(GTK_STACK(stack), makeBox(GTK_ORIENTATION_VERTICAL, 0), settingsPage, "Settings");
+  for (const auto* name : {editorPage, brokenPage})
+    gtk_stack_add_named(GTK_STACK(stack), makeBox(GTK_ORIENTATION_VERTICAL, 0), name);
   hideOtherPages(GTK_STACK(stack));
   gtk_stack_set_transition_type(GTK_STACK(stack), GTK_STACK_TRANSITION_TYPE_CROSSFADE);
   gtk_overlay_set_child(GTK_OVERLAY(overlay), stack);
   gtk_window_set_child(window, overlay);
+}
+
+void SettingsWindow::fillPage() {
+  const auto tellUser = [this](const std::string& message) { toast.show(message); };
+  auto* page = GTK_BOX(gtk_stack_get_visible_child(GTK_STACK(stack)));
+  if (isOn(settingsPage) && !menuSettings) gtk_box_append(page, menuSettings.emplace(model).widget());
+  if (isOn(editorPage) && !editor) gtk_box_append(page, editor.emplace(model, tellUser).widget());
+  if (isOn(brokenPage) && !broken) gtk_box_append(page, broken.emplace(model, tellUser).widget());
 }
 
 void SettingsWindow::addShortcuts() {
@@ -153,13 +159,14 @@ void SettingsWindow::addShortcut(const char* keys, std::function<void()> perform
 void SettingsWindow::update() {
   if (model.fault().has_value() != isOn(brokenPage)) {
     // What was not written yet can't be any more.
-    if (model.fault()) editor.finish();
+    if (model.fault() && editor) editor->finish();
     return showPage(model.fault() ? brokenPage : listPage);
   }
+  fillPage();
   list.update();
-  menuSettings.update();
-  editor.update();
-  broken.update();
+  if (menuSettings) menuSettings->update();
+  if (editor) editor->update();
+  if (broken) broken->update();
   const bool isList = isOn(listPage);
   const bool isSwitching = isList || isOn(settingsPage);
   gtk_stack_set_visible_child_name(GTK_STACK(titles), isSwitching ? switcherTitle : plainTitle);
@@ -195,20 +202,20 @@ void SettingsWindow::show(const SettingsTarget& target) {
 void SettingsWindow::edit(const TemplateKey& key) {
   if (isHeld()) return;
   toast.hide();
-  editor.open(key);
   showPage(editorPage);
+  editor->open(key);
 }
 
 /// What was edited would be lost.
 bool SettingsWindow::isHeld() {
-  if (!editor.isAsking()) return false;
+  if (!editor || !editor->isAsking()) return false;
   toast.show("Choose “Reload” or “Keep Mine” first.");
   return true;
 }
 
 void SettingsWindow::leaveEditor() {
   if (isHeld()) return;
-  const auto key = editor.finish();
+  const auto key = editor ? editor->finish() : std::nullopt;
   if (!isOn(editorPage)) return;
   showPage(listPage);
   if (key) list.focus(*key);

@@ -5,6 +5,7 @@
 #include <gtk/gtk.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,7 @@ class SettingsWindow {
   GtkWidget* makeTitleBar();
   GtkWidget* makeMenuButton();
   void addPages();
+  void fillPage();
   void addShortcuts();
   void addShortcut(const char* keys, std::function<void()> perform);
   void update();
@@ -67,9 +69,10 @@ class SettingsWindow {
   GtkWidget* const overlay;
   Toast toast;
   TemplateList list;
-  TemplateEditor editor;
-  MenuSettings menuSettings;
-  BrokenPage broken;
+  /// Those of the other pages that have been shown.
+  std::optional<TemplateEditor> editor;
+  std::optional<MenuSettings> menuSettings;
+  std::optional<BrokenPage> broken;
 };
 
 }  // namespace sprig::settings
