@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Measures what needs a screen: the prompt, a pick in Thunar, and the extension's memory. Prints the samples as JSON,
+"""Measures what needs a screen: the prompt, a pick in Thunar, the settings, and the extension's memory. Prints the samples as JSON,
 nanoseconds and bytes.
 
 Runs where the tests of the file managers do, in session.sh.
@@ -20,8 +20,12 @@ from sprigtest.screenreader import middle, nodes, wait_to_see, windows
 from sprigtest.waiting import DEADLINE, output_of, wait_for
 
 BENCH = pathlib.Path(os.environ["SPRIG_BENCH"])
+PROGRAMS = pathlib.Path(os.environ["SPRIG_PROGRAMS"])
 PROMPTS = 15
 PICKS = 11
+STARTS = 11
+SETTINGS_SIZE = ("700", "720")
+KEYS = 192
 CONTENT = "made of a template\n" * 54  # 1 kB
 NAME = "com.kestrel.Sprig.Extension"
 PATH = "/com/kestrel/Sprig/Extension"
@@ -126,7 +130,7 @@ class Measuring(SprigDesktop):
     def measure_prompt(self):
         self.configure(template("Plain Text"), defaultBehavior="prompt")
         self.bus.menu()
-        active = ActiveWindow(self)
+        active = self.active = ActiveWindow(self)
         size = self.open_prompt(active, "before")
         for _ in range(PROMPTS):
             self.note("prompt/floor", self.bare_window(active, size))
@@ -147,12 +151,29 @@ class Measuring(SprigDesktop):
         return re.findall(r"(?:WIDTH|HEIGHT)=(\d+)", geometry)
 
     def bare_window(self, active, size):
+        return self.start_of(active, BENCH / "sprig-bench-bare-window", "New Plain Text", *size)
+
+    def start_of(self, active, *command):
+        """How long a program takes to a window that has the keyboard."""
         begin = time.perf_counter_ns()
-        process = self.launch(BENCH / "sprig-bench-bare-window", "New Plain Text", *size)
+        process = self.launch(*command)
         window, taken = active.until_open(begin)
         active.close(window)
         process.wait(DEADLINE)
         return taken
+
+    def measure_settings(self):
+        # What our windows are drawn by, for the bare one, too.
+        self.environment["GSK_RENDERER"] = "cairo"
+        for count in (0, 11, 1000):
+            self.configure(*(template(f"Template {number}") for number in range(count)))
+            keys = subprocess.run([BENCH / "sprig-bench-search", str(KEYS)], env=self.environment, check=True,
+                                  stdout=subprocess.PIPE, stderr=self.log, text=True, timeout=DEADLINE).stdout
+            self.samples[f"search/{count}"] = [int(time) for time in keys.split()]
+            for _ in range(STARTS if count else 0):
+                self.note(f"settings/ours/{count}", self.start_of(self.active, PROGRAMS / "sprig-settings"))
+                self.note(f"settings/floor/{count}", self.start_of(self.active, BENCH / "sprig-bench-bare-window", "Bare",
+                                                                   *SETTINGS_SIZE, str(count)))
 
     def measure_picks(self):
         self.home.write("Templates/Theirs", CONTENT)
@@ -204,6 +225,7 @@ def main():
             desktop.measure_memory()
             desktop.measure_prompt()
             desktop.measure_picks()
+            desktop.measure_settings()
         except BaseException:
             sys.stderr.write(desktop.output.read_text(errors="replace"))
             raise
