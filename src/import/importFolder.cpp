@@ -3,6 +3,7 @@
 #include "import/importFolder.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -72,27 +73,45 @@ class Surveyor {
   std::size_t bytes = 0;
 };
 
+/// The template that was imported from there before.
+std::optional<std::size_t> importedFrom(const ConfigDocument& document, const FileURL& file) {
+  const auto source = text::toValidUTF8(file.path());
+  for (std::size_t index = 0; index < document.config().templates.size(); ++index) {
+    if (document.otherText(index, sourceKey) == source) return index;
+  }
+  return std::nullopt;
+}
+
+TemplateItem withContent(TemplateItem item, const TemplateItem& source) {
+  item.content = source.content;
+  item.contentBase64 = source.contentBase64;
+  return item;
+}
+
 }  // namespace
 
 ImportSurvey surveyFolder(const FileURL& folder) { return Surveyor().survey(folder); }
 
+ImportOutcome importOutcome(const ConfigDocument& document, const ImportCandidate& candidate) {
+  const auto index = importedFrom(document, candidate.source);
+  if (!index) return ImportOutcome::added;
+  const auto& item = document.config().templates[*index];
+  return withContent(item, candidate.item) == item ? ImportOutcome::unchanged : ImportOutcome::updated;
+}
+
 ImportOutcome importTemplate(ConfigDocument& document, const ImportCandidate& candidate) {
-  const auto source = text::toValidUTF8(candidate.source.path());
-  const auto end = document.config().templates.size();
-  for (std::size_t index = 0; index < end; ++index) {
-    if (document.otherText(index, sourceKey) != source) continue;
-    auto item = document.config().templates[index];
-    item.content = candidate.item.content;
-    item.contentBase64 = candidate.item.contentBase64;
-    if (item == document.config().templates[index]) return ImportOutcome::unchanged;
-    document.setTemplate(index, item);
-    return ImportOutcome::updated;
+  const auto outcome = importOutcome(document, candidate);
+  if (const auto index = importedFrom(document, candidate.source)) {
+    const auto wanted = withContent(document.config().templates[*index], candidate.item);
+    if (outcome == ImportOutcome::updated) document.setTemplate(*index, wanted);
+    return outcome;
   }
+  const auto end = document.config().templates.size();
   auto item = candidate.item;
   item.id = newTemplateId(document.config(), item.name);
   document.insertTemplate(end, item);
-  document.setOtherText(end, sourceKey, source);
-  return ImportOutcome::added;
+  document.setOtherText(end, sourceKey, text::toValidUTF8(candidate.source.path()));
+  return outcome;
 }
 
 }  // namespace sprig

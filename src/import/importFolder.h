@@ -38,6 +38,9 @@ ImportSurvey surveyFolder(const platform::FileURL& folder);
 
 enum class ImportOutcome { added, updated, unchanged };
 
+/// What `importTemplate` would do.
+ImportOutcome importOutcome(const ConfigDocument& document, const ImportCandidate& candidate);
+
 /// Adds a template at the end, with an id of its own; or, if the document has it from the same source
 /// already, gives that one the file's content of now and leaves all else to its owner.
 ///

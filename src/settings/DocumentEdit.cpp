@@ -95,15 +95,35 @@ DocumentEdit removeTemplate(const TemplateKey& key) {
   }};
 }
 
-DocumentEdit duplicateTemplate(const TemplateKey& key, const std::function<void(TemplateItem&)>& change) {
+DocumentEdit duplicateTemplate(const TemplateKey& key, const std::string& name) {
   return {[=](ConfigDocument& document) -> DocumentEdit {
     const auto index = document.find(key);
     if (!index) return {};
+    auto item = document.config().templates[*index];
+    item.id = newTemplateId(document.config(), name);
+    item.name = name;
+    item.isBuiltin = false;
     document.insertText(*index + 1, document.textOf(*index));
-    auto item = document.config().templates[*index + 1];
-    change(item);
     document.setTemplate(*index + 1, item);
     return removeTemplate(document.keyOf(*index + 1));
+  }};
+}
+
+DocumentEdit changeInPlace(const std::function<void(ConfigDocument&)>& change) {
+  return {[=](ConfigDocument& document) -> DocumentEdit {
+    const auto before = document.config().templates;
+    change(document);
+    const auto& after = document.config().templates;
+    DocumentEdit back;
+    const auto takeBack = [&](const DocumentEdit& edit) { back = back.apply ? both(edit, back) : edit; };
+    for (std::size_t index = 0; index < after.size(); ++index) {
+      if (index >= before.size()) {
+        takeBack(removeTemplate(document.keyOf(index)));
+      } else if (!(after[index] == before[index])) {
+        takeBack(changeTemplate(document.keyOf(index), after[index], before[index]));
+      }
+    }
+    return back;
   }};
 }
 

@@ -35,8 +35,11 @@ DocumentEdit insertTemplate(std::size_t position, const TemplateItem& item);
 DocumentEdit insertNew(const std::vector<TemplateItem>& items);
 DocumentEdit removeTemplate(const TemplateKey& key);
 
-/// A copy behind the original, with everything that it has but for what the function changes.
-DocumentEdit duplicateTemplate(const TemplateKey& key, const std::function<void(TemplateItem&)>& change);
+/// A copy behind the original, with everything that it has, under this name and an id of its own.
+DocumentEdit duplicateTemplate(const TemplateKey& key, const std::string& name);
+
+/// What a function does that changes fields of templates and adds others at the end.
+DocumentEdit changeInPlace(const std::function<void(ConfigDocument&)>& change);
 
 /// One edit after the other.
 DocumentEdit both(const DocumentEdit& first, const DocumentEdit& second);

@@ -30,6 +30,10 @@ std::string builtinText() { return encodeConfig(defaultFallbackConfig()); }
 
 std::string inQuotes(const std::string& name) { return "“" + name + "”"; }
 
+std::string titleOfAdding(std::size_t count, const std::string& firstName) {
+  return count == 1 ? "Add " + inQuotes(firstName) : "Add " + std::to_string(count) + " Templates";
+}
+
 /// As a sentence: begins with a capital letter, and ends in a full stop.
 std::string sentence(std::string text) {
   if (!text.empty() && text.front() >= 'a' && text.front() <= 'z')
@@ -38,9 +42,9 @@ std::string sentence(std::string text) {
   return text;
 }
 
-TemplateItem newTemplate(std::string id) {
+/// With an id when it is inserted.
+TemplateItem newTemplate() {
   TemplateItem item;
-  item.id = std::move(id);
   item.name = newName;
   item.extensionName = ".txt";
   item.filenamePattern = item.name;
@@ -163,25 +167,27 @@ bool SettingsModel::remove(const TemplateKey& key) {
   return perform(titleFor("Remove", key), removeTemplate(key));
 }
 
+std::optional<TemplateKey> SettingsModel::performInsert(const std::string& title, const DocumentEdit& edit) {
+  std::optional<TemplateKey> inserted;
+  const DocumentEdit noting{[&](ConfigDocument& current) -> DocumentEdit {
+    const auto before = current.config().templates;
+    auto back = edit.apply(current);
+    const auto& after = current.config().templates;
+    const auto difference = std::mismatch(after.begin(), after.end(), before.begin(), before.end()).first;
+    if (back.apply) inserted = current.keyOf(static_cast<std::size_t>(difference - after.begin()));
+    return back;
+  }};
+  return perform(title, noting) ? inserted : std::nullopt;
+}
+
 std::optional<TemplateKey> SettingsModel::addNew() {
-  const auto id = newTemplateId(document.config(), newName);
-  if (!perform(std::string("Add ") + inQuotes(newName), insertTemplate(0, newTemplate(id))))
-    return std::nullopt;
-  return TemplateKey{id, 0};
+  return performInsert(std::string("Add ") + inQuotes(newName), insertNew({newTemplate()}));
 }
 
 std::optional<TemplateKey> SettingsModel::duplicate(const TemplateKey& key) {
   const auto* original = find(key);
   if (original == nullptr) return std::nullopt;
-  const auto name = original->name + " Copy";
-  const auto id = newTemplateId(document.config(), name);
-  const auto edit = duplicateTemplate(key, [&](TemplateItem& item) {
-    item.id = id;
-    item.name = name;
-    item.isBuiltin = false;
-  });
-  if (!perform(titleFor("Duplicate", key), edit)) return std::nullopt;
-  return TemplateKey{id, 0};
+  return performInsert(titleFor("Duplicate", key), duplicateTemplate(key, original->name + " Copy"));
 }
 
 bool SettingsModel::addFiles(const std::vector<FileURL>& files) {
@@ -192,11 +198,16 @@ bool SettingsModel::addFiles(const std::vector<FileURL>& files) {
     if (item) items.push_back(std::move(*item));
     if (!item && failure.empty()) failure = item.error().description;
   }
-  const auto title = items.size() == 1 ? "Add " + inQuotes(items.front().name)
-                                       : "Add " + std::to_string(items.size()) + " Templates";
-  const bool isAdded = !items.empty() && perform(title, insertNew(items));
+  const bool isAdded =
+      !items.empty() && perform(titleOfAdding(items.size(), items.front().name), insertNew(items));
   if (!failure.empty() && failed) failed(sentence(failure));
   return isAdded;
+}
+
+bool SettingsModel::addImported(const TemplateImport& offer, const std::vector<std::size_t>& chosen) {
+  if (chosen.empty() || problem) return false;
+  const auto& first = offer.entries()[chosen.front()].item.name;
+  return perform(titleOfAdding(chosen.size(), first), offer.adding(chosen));
 }
 
 bool SettingsModel::setSettings(const AppSettingsItem& wanted) {
@@ -233,14 +244,14 @@ std::optional<TextFault> SettingsModel::faultIn(const std::string& text) {
   return std::nullopt;
 }
 
-bool SettingsModel::replaceText(const std::string& wanted) {
-  if (const auto error = editor.replaceText(fileText, wanted)) return fail(*error);
+bool SettingsModel::saveText(const std::string& old, const std::string& wanted) {
+  // No file and an empty one are both shown as no text.
+  const auto expected = old.empty() && !fileText ? std::nullopt : std::make_optional(old);
+  if (const auto error = editor.replaceText(expected, wanted)) return fail(*error);
   read();
   announce();
   return true;
 }
-
-bool SettingsModel::saveText(const std::string& wanted) { return replaceText(wanted); }
 
 std::optional<FileURL> SettingsModel::backup() const {
   for (const auto& file : ConfigEditor::backups()) {
@@ -254,7 +265,7 @@ bool SettingsModel::restoreBackup() {
   const auto file = backup();
   if (!file) return false;
   const auto text = platform::current().files.contentsOfFile(*file);
-  return text && replaceText(*text);
+  return text && saveText(source, *text);
 }
 
 std::optional<FileURL> SettingsModel::startAfresh() {
@@ -265,7 +276,7 @@ std::optional<FileURL> SettingsModel::startAfresh() {
     fail({ConfigEditError::Reason::inaccessible, error->description});
     return std::nullopt;
   }
-  if (!replaceText(builtinText())) return std::nullopt;
+  if (!saveText(source, builtinText())) return std::nullopt;
   return copy;
 }
 

@@ -12,6 +12,7 @@
 #include "config/ConfigEditor.h"
 #include "platform/FileURL.h"
 #include "settings/DocumentEdit.h"
+#include "settings/TemplateImport.h"
 #include "settings/TemplateRow.h"
 
 namespace sprig::settings {
@@ -73,6 +74,12 @@ class SettingsModel {
   /// Adds templates at the top whose files are copies of these. False if there is none; the failure handler
   /// is told of the first file that can't become one, even if others can.
   bool addFiles(const std::vector<platform::FileURL>& files);
+  /// What a folder has to offer, beside what is here already.
+  TemplateImport templatesIn(const platform::FileURL& folder) const {
+    return TemplateImport::fromFolder(folder, document);
+  }
+  /// Adds the entries at these places, which is one step. False if nothing was added or changed.
+  bool addImported(const TemplateImport& offer, const std::vector<std::size_t>& chosen);
   bool setSettings(const AppSettingsItem& wanted);
   /// Writes what differs between two states of a template. Changes in one `session`, whatever the number is,
   /// are undone together.
@@ -85,8 +92,9 @@ class SettingsModel {
 
   /// Why a text is no configuration; nothing if it is one.
   static std::optional<TextFault> faultIn(const std::string& text);
-  /// Writes a whole text. Requires: a configuration.
-  bool saveText(const std::string& wanted);
+  /// Writes a whole text in place of `old`, which `text` gave. False, too, if the file has another text now,
+  /// or `wanted` is no configuration.
+  bool saveText(const std::string& old, const std::string& wanted);
   /// The newest backup that is a configuration, and another text than the file's.
   std::optional<platform::FileURL> backup() const;
   bool restoreBackup();
@@ -102,11 +110,12 @@ class SettingsModel {
   };
   /// Applies an edit; what takes it back, null if nothing was to be done or it failed.
   std::optional<DocumentEdit> apply(const DocumentEdit& edit);
+  /// What a step that inserts one has brought: the template whose key was not there before.
+  std::optional<TemplateKey> performInsert(const std::string& title, const DocumentEdit& edit);
   bool perform(const std::string& title, const DocumentEdit& edit);
   bool performStep(std::vector<Step>& from, std::vector<Step>& to);
   bool changeField(const TemplateKey& key, const std::string& title,
                    const std::function<void(TemplateItem&)>& edit);
-  bool replaceText(const std::string& wanted);
   std::string titleFor(std::string_view verb, const TemplateKey& key) const;
   void read();
   void take(ConfigDocument newDocument);

@@ -212,9 +212,10 @@ TEST_F(SettingsModelTest, LeavesABrokenFileAloneUntilTheUserDecides) {
   };
   breakIt();
   EXPECT_TRUE(model.rows().empty());
-  EXPECT_FALSE(model.remove(key("a")) || model.addNew() || model.setSettings({}) || model.saveText("{"));
+  EXPECT_FALSE(model.remove(key("a")) || model.addNew() || model.setSettings({}) ||
+               model.saveText(broken, "{"));
   EXPECT_EQ(test::readFile(file), broken);
-  EXPECT_TRUE(model.saveText(whole));
+  EXPECT_TRUE(model.saveText(broken, whole));
   EXPECT_EQ(test::readFile(file), whole);
   breakIt();
   EXPECT_TRUE(model.restoreBackup());

@@ -137,7 +137,7 @@ class ConfiguredDesktop(Desktop):
 def session():
     with throw_away_home() as home:
         install_settings(home, PROGRAMS / "sprig-settings")
-        home.write(".config/user-dirs.dirs", 'XDG_DOCUMENTS_DIR="$HOME/Projects"\n')
+        home.write(".config/user-dirs.dirs", 'XDG_DOCUMENTS_DIR="$HOME/Projects"\nXDG_TEMPLATES_DIR="$HOME/Templates"\n')
         (home.path / "Projects").mkdir()
         result = ConfiguredDesktop(home)
         result.start()

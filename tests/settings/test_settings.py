@@ -2,6 +2,7 @@
 """Stories of the settings: keys, mouse, a screen reader, and the file that others change, too."""
 
 import datetime
+import json
 import os
 import subprocess
 
@@ -154,6 +155,61 @@ def test_bytes_are_shown_as_what_they_are(desktop, open_settings):
     settings.reads("PNG image, 8 bytes")
     settings.click("Use a Text")
     wait_for(lambda: "contentBase64" not in desktop.config()["templates"][0], "the text")
+
+
+def test_the_templates_folder_is_looked_at_before_it_is_imported(desktop, open_settings):
+    desktop.home.write("Templates/Letters/Invoice.odt", "PK")
+    desktop.home.write("Templates/Report.md", "# Report")
+    (desktop.home.path / "Templates/dead.txt").symlink_to("/none")
+    settings = open_settings()
+    settings.lists("Alpha", "Beta", "Gamma")
+    settings.click("Menu").choose(1)
+    wait_for(lambda: output_of("xdotool", "getactivewindow", "getwindowname") == "Import Templates Folder", "the dialog")
+    settings.press("Return").reads("2 templates to add")
+    settings.reads("Invoice.odt")
+    settings.picture("import")
+    settings.click("1 file can’t be taken").reads("“dead.txt” is a link to nothing.")
+    settings.press("Escape", "shift+Tab", "Up", "Down").reads("Report.md")
+    assert settings.text("Content") == "# Report"
+    assert desktop.templates("name") == ["Alpha", "Beta", "Gamma"]
+    settings.click("Add 2 Templates").lists("Alpha", "Beta", "Gamma", "Invoice", "Report")
+    assert desktop.templates("name", "category")[3:] == [("Invoice", "Letters"), ("Report", "writing")]
+    settings.click("Undo").lists("Alpha", "Beta", "Gamma")
+    assert desktop.templates("name") == ["Alpha", "Beta", "Gamma"]
+
+
+def test_templates_that_somebody_shares_are_shown_before_they_are_added(desktop, open_settings):
+    file = desktop.home.demo / "Letter.sprig-template"
+    desktop.home.write(file, json.dumps({"version": 1, "settings": {}, "templates": [
+        template("Letter", content="Dear {{name}}", custom="kept")]}))
+    (desktop.home.demo / "Bad.sprig-template").write_text("{")
+    settings = open_settings(desktop.home.demo / "Bad.sprig-template")
+    settings.reads("“Bad.sprig-template” holds no templates")
+    subprocess.run([PROGRAMS / "sprig-settings", file], env=desktop.environment, check=True, timeout=DEADLINE)
+    settings.reads("1 template to add")
+    assert settings.text("Content") == "Dear {{name}}"
+    settings.press("Escape").lists("Alpha", "Beta", "Gamma")
+    subprocess.run([PROGRAMS / "sprig-settings", file], env=desktop.environment, check=True, timeout=DEADLINE)
+    settings.click("Add 1 Template").lists("Alpha", "Beta", "Gamma", "Letter")
+    assert desktop.config()["templates"][3]["custom"] == "kept"
+
+
+def test_the_whole_configuration_is_edited_as_text(desktop, open_settings):
+    whole = desktop.home.config.read_text()
+    settings = open_settings()
+    settings.click("Menu").choose(4).reads("This text is in force.")
+    assert settings.text("Configuration") == whole
+    settings.fill("Configuration", "{")
+    wait_to_see(lambda: not settings.seen({"label"}, "This text is in force."), "the fault")
+    settings.press("Escape").click("Discard").lists("Alpha", "Beta", "Gamma")
+    settings.click("Menu").choose(4)
+    settings.fill("Configuration", mine := whole.replace("Alpha", "Mine"))
+    desktop.home.write(desktop.home.config, whole.replace("Alpha", "Theirs"))
+    settings.reads("The file was changed elsewhere, too.")
+    settings.press("alt+F4").reads("What you typed is not saved.")
+    settings.click("Keep Mine").click("Save").reads("This text is in force.")
+    assert desktop.home.config.read_text() == mine
+    settings.press("Escape").lists("Mine", "Beta", "Gamma")
 
 
 def test_the_settings_of_the_menu_are_set(desktop, open_settings):

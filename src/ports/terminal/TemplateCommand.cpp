@@ -10,12 +10,12 @@
 #include <vector>
 
 #include "config/ConfigDecoder.h"
+#include "import/TemplateExchange.h"
+#include "import/TemplateLayout.h"
 #include "import/importFolder.h"
 #include "import/templateFromFile.h"
 #include "ports/terminal/DataOutput.h"
 #include "ports/terminal/FolderArgument.h"
-#include "ports/terminal/TemplateExchange.h"
-#include "ports/terminal/TemplateLayout.h"
 #include "ports/terminal/TemplateTextEdit.h"
 #include "text/Text.h"
 

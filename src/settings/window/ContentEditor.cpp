@@ -6,6 +6,7 @@
 
 #include "create/Base64.h"
 #include "platform/Platform.h"
+#include "settings/window/ContentKind.h"
 #include "settings/window/FileChooser.h"
 #include "settings/window/PlaceholderButton.h"
 #include "settings/window/Widgets.h"
@@ -24,34 +25,6 @@ constexpr int mostHighlighted = 100'000;  // characters
 constexpr const char* textPage = "text";
 constexpr const char* previewPage = "preview";
 constexpr const char* filePage = "file";
-
-GtkWidget* makeTextView(const std::string& name) {
-  auto* view = gtk_text_view_new();
-  gtk_text_view_set_wrap_mode(GTK_TEXT_VIEW(view), GTK_WRAP_WORD_CHAR);
-  gtk_text_view_set_monospace(GTK_TEXT_VIEW(view), TRUE);
-  gtk_text_view_set_top_margin(GTK_TEXT_VIEW(view), smallGap);
-  gtk_text_view_set_bottom_margin(GTK_TEXT_VIEW(view), smallGap);
-  gtk_text_view_set_left_margin(GTK_TEXT_VIEW(view), gap);
-  gtk_text_view_set_right_margin(GTK_TEXT_VIEW(view), gap);
-  setAccessibleName(view, name);
-  return view;
-}
-
-GtkWidget* scrolled(GtkWidget* view) {
-  auto* scroller = gtk_scrolled_window_new();
-  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller), view);
-  gtk_scrolled_window_set_min_content_height(GTK_SCROLLED_WINDOW(scroller), contentHeight);
-  gtk_widget_add_css_class(scroller, "sprig-editor-frame");
-  gtk_widget_set_overflow(scroller, GTK_OVERFLOW_HIDDEN);
-  gtk_widget_set_vexpand(scroller, TRUE);
-  return scroller;
-}
-
-void setText(GtkWidget* view, const std::string& text) {
-  auto* buffer = gtk_text_view_get_buffer(GTK_TEXT_VIEW(view));
-  // What is typed keeps its cursor.
-  if (textIn(buffer) != text) gtk_text_buffer_set_text(buffer, text.c_str(), static_cast<int>(text.size()));
-}
 
 }  // namespace
 
@@ -89,11 +62,9 @@ void ContentEditor::makeHeader() {
 }
 
 void ContentEditor::makeText() {
-  // The Tab key goes on to the next field.
-  gtk_text_view_set_accepts_tab(GTK_TEXT_VIEW(text), FALSE);
   gtk_text_view_set_editable(GTK_TEXT_VIEW(preview), FALSE);
-  gtk_stack_add_titled(GTK_STACK(stack), scrolled(text), textPage, "Text");
-  gtk_stack_add_titled(GTK_STACK(stack), scrolled(preview), previewPage, "Preview");
+  gtk_stack_add_titled(GTK_STACK(stack), makeTextFrame(text, contentHeight), textPage, "Text");
+  gtk_stack_add_titled(GTK_STACK(stack), makeTextFrame(preview, contentHeight), previewPage, "Preview");
   connect(gtk_text_view_get_buffer(GTK_TEXT_VIEW(text)), "changed", [this] {
     highlight();
     if (!isUpdating) handlers.changed();
@@ -122,7 +93,7 @@ GtkWidget* ContentEditor::makeFilePage() {
 void ContentEditor::show(const TemplateItem& item) {
   isUpdating = true;
   shown = item;
-  setText(text, item.content);
+  setTextIn(text, item.content);
   update();
   isUpdating = false;
 }
@@ -140,18 +111,13 @@ void ContentEditor::update() {
 
 void ContentEditor::showPreview(const TemplatePreview& newPreview) {
   if (newPreview.hasOwnBytes) return showKind(newPreview.filename);
-  setText(preview, text::toValidUTF8(newPreview.content));
+  setTextIn(preview, text::toValidUTF8(newPreview.content));
 }
 
 void ContentEditor::showKind(const std::string& filename) {
-  const auto bytes = ownBytes(shown).value_or("");
-  const auto* data = reinterpret_cast<const guchar*>(bytes.data());
-  const wire::TextPointer type(g_content_type_guess(filename.c_str(), data, bytes.size(), nullptr));
-  const wire::TextPointer description(g_content_type_get_description(type.get()));
-  const wire::TextPointer size(g_format_size(bytes.size()));
-  const wire::ObjectPointer<GIcon> icon(g_content_type_get_icon(type.get()));
-  gtk_image_set_from_gicon(GTK_IMAGE(kindIcon), icon.get());
-  gtk_label_set_text(GTK_LABEL(kind), (std::string(description.get()) + ", " + size.get()).c_str());
+  const auto found = kindOf(filename, ownBytes(shown).value_or(""));
+  gtk_image_set_from_gicon(GTK_IMAGE(kindIcon), found.icon.get());
+  gtk_label_set_text(GTK_LABEL(kind), found.text.c_str());
 }
 
 void ContentEditor::store(TemplateItem& item) const {

@@ -10,7 +10,8 @@
 namespace sprig::settings {
 
 /// Has the user choose a file or folder in the desktop's own dialog, and calls the function with it; not if
-/// the user cancels. `name` is what a file to save is called at first.
+/// the user cancels. `name` is what a file to save is called at first, and the path of the folder that is
+/// shown at first where a folder is chosen; empty for none.
 ///
 /// Threads: main thread. Requires: `parent` is in a window, which outlives the dialog with all that the
 /// function uses.

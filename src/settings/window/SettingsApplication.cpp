@@ -3,9 +3,12 @@
 #include "settings/window/SettingsApplication.h"
 
 #include <cstdlib>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "dialog/ColorScheme.h"
+#include "import/TemplateExchange.h"
 #include "settings/SettingsURL.h"
 #include "settings/window/Widgets.h"
 
@@ -78,10 +81,16 @@ void SettingsApplication::dropWindow() {
 
 void SettingsApplication::open(GFile** files, int count) {
   showWindow();
+  std::vector<platform::FileURL> shared;
   for (int index = 0; index < count; ++index) {
     const wire::TextPointer uri(g_file_get_uri(files[index]));
     if (const auto target = parseSettingsURL(uri.get())) return window->show(*target);
+    const wire::TextPointer path(g_file_get_path(files[index]));
+    // Nothing else becomes a template without having been chosen in the window.
+    if (path && std::string_view(path.get()).ends_with(sharedTemplatesSuffix))
+      shared.emplace_back(path.get());
   }
+  if (!shared.empty()) window->open(shared);
 }
 
 }  // namespace sprig::settings

@@ -6,8 +6,12 @@
 #include <utility>
 
 #include "dialog/WindowPlace.h"
+#include "import/TemplateExchange.h"
+#include "platform/Platform.h"
 #include "settings/window/FileChooser.h"
 #include "settings/window/Widgets.h"
+#include "settings/window/WindowSize.h"
+#include "text/Text.h"
 #include "wire/Pointers.h"
 
 namespace sprig::settings {
@@ -20,7 +24,8 @@ constexpr int defaultHeight = 720;
 constexpr const char* listPage = "templates";
 constexpr const char* settingsPage = "settings";
 constexpr const char* editorPage = "editor";
-constexpr const char* brokenPage = "broken";
+constexpr const char* textPage = "text";
+constexpr const char* importPage = "import";
 
 constexpr const char* switcherTitle = "switcher";
 constexpr const char* plainTitle = "plain";
@@ -30,6 +35,7 @@ constexpr const char* plainTitle = "plain";
 SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& settingsModel,
                                std::function<void()> whenClosed)
     : model(settingsModel),
+      closed(std::move(whenClosed)),
       window(GTK_WINDOW(gtk_application_window_new(application))),
       stack(gtk_stack_new()),
       titles(gtk_stack_new()),
@@ -46,17 +52,13 @@ SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& setti
                    }}) {
   gtk_window_set_title(window, "Sprig Settings");
   gtk_window_set_icon_name(window, "com.kestrel.Sprig");
-  gtk_window_set_default_size(window, defaultWidth, defaultHeight);
+  restoreSize(window, defaultWidth, defaultHeight);
   gtk_window_set_titlebar(window, makeTitleBar());
   addPages();
   addShortcuts();
   acceptFiles();
-  connectDeciding(window, "close-request", [this, whenClosed = std::move(whenClosed)] {
-    if (editor) editor->finish();
-    model.onChange({});
-    model.onFailure({});
-    setVisible(GTK_WIDGET(window), false);
-    whenClosed();
+  connectDeciding(window, "close-request", [this] {
+    if (!isHeld([this] { close(); })) close();
     return true;
   });
   connect(stack, "notify::visible-child", [this] { update(); });
@@ -67,6 +69,15 @@ SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& setti
 }
 
 SettingsWindow::~SettingsWindow() { gtk_window_destroy(window); }
+
+void SettingsWindow::close() {
+  if (editor) editor->finish();
+  rememberSize(window);
+  model.onChange({});
+  model.onFailure({});
+  setVisible(GTK_WIDGET(window), false);
+  closed();
+}
 
 GtkWidget* SettingsWindow::makeTitleBar() {
   auto* switcher = gtk_stack_switcher_new();
@@ -82,7 +93,7 @@ GtkWidget* SettingsWindow::makeTitleBar() {
   gtk_header_bar_pack_start(GTK_HEADER_BAR(bar), newButton);
   gtk_header_bar_pack_end(GTK_HEADER_BAR(bar), menuButton);
   gtk_header_bar_pack_end(GTK_HEADER_BAR(bar), searchButton);
-  connect(backButton, "clicked", [this] { leaveEditor(); });
+  connect(backButton, "clicked", [this] { leave(); });
   connect(newButton, "clicked", [this] { list.addNew(); });
   connect(searchButton, "clicked", [this] { list.beginSearch(); });
   return bar;
@@ -93,10 +104,10 @@ GtkWidget* SettingsWindow::makeMenuButton() {
   gtk_menu_button_set_icon_name(GTK_MENU_BUTTON(button), "open-menu-symbolic");
   gtk_widget_set_tooltip_text(button, "Menu");
   setAccessibleName(button, "Menu");
-  const std::pair<const char*, void (SettingsWindow::*)()> items[] = {{"file", &SettingsWindow::chooseFile},
-                                                                      {"undo", &SettingsWindow::undo},
-                                                                      {"redo", &SettingsWindow::redo},
-                                                                      {"about", &SettingsWindow::showAbout}};
+  const std::pair<const char*, void (SettingsWindow::*)()> items[] = {
+      {"file", &SettingsWindow::chooseFile}, {"import", &SettingsWindow::importFolder},
+      {"text", &SettingsWindow::editText},   {"undo", &SettingsWindow::undo},
+      {"redo", &SettingsWindow::redo},       {"about", &SettingsWindow::showAbout}};
   for (const auto& [name, perform] : items) {
     const wire::ObjectPointer<GSimpleAction> action(g_simple_action_new(name, nullptr));
     connect(action.get(), "activate", [this, run = perform] { (this->*run)(); });
@@ -105,9 +116,13 @@ GtkWidget* SettingsWindow::makeMenuButton() {
   const wire::ObjectPointer<GMenu> menu(g_menu_new());
   const wire::ObjectPointer<GMenu> news(g_menu_new());
   g_menu_append(news.get(), "New from _File…", "win.file");
+  g_menu_append(news.get(), "_Import Templates Folder…", "win.import");
   g_menu_append_section(menu.get(), nullptr, G_MENU_MODEL(news.get()));
-  g_menu_append(menu.get(), "_Undo", "win.undo");
-  g_menu_append(menu.get(), "_Redo", "win.redo");
+  const wire::ObjectPointer<GMenu> edits(g_menu_new());
+  g_menu_append(edits.get(), "_Undo", "win.undo");
+  g_menu_append(edits.get(), "_Redo", "win.redo");
+  g_menu_append(edits.get(), "_Edit as Text", "win.text");
+  g_menu_append_section(menu.get(), nullptr, G_MENU_MODEL(edits.get()));
   const wire::ObjectPointer<GMenu> about(g_menu_new());
   g_menu_append(about.get(), "_About Sprig", "win.about");
   g_menu_append_section(menu.get(), nullptr, G_MENU_MODEL(about.get()));
@@ -119,7 +134,7 @@ void SettingsWindow::addPages() {
   gtk_stack_add_titled(GTK_STACK(stack), list.widget(), listPage, "Templates");
   // The others are made when they are first shown.
   gtk_stack_add_titled(GTK_STACK(stack), makeBox(GTK_ORIENTATION_VERTICAL, 0), settingsPage, "Settings");
-  for (const auto* name : {editorPage, brokenPage})
+  for (const auto* name : {editorPage, textPage, importPage})
     gtk_stack_add_named(GTK_STACK(stack), makeBox(GTK_ORIENTATION_VERTICAL, 0), name);
   hideOtherPages(GTK_STACK(stack));
   gtk_stack_set_transition_type(GTK_STACK(stack), GTK_STACK_TRANSITION_TYPE_CROSSFADE);
@@ -132,7 +147,16 @@ void SettingsWindow::fillPage() {
   auto* page = GTK_BOX(gtk_stack_get_visible_child(GTK_STACK(stack)));
   if (isOn(settingsPage) && !menuSettings) gtk_box_append(page, menuSettings.emplace(model).widget());
   if (isOn(editorPage) && !editor) gtk_box_append(page, editor.emplace(model, tellUser).widget());
-  if (isOn(brokenPage) && !broken) gtk_box_append(page, broken.emplace(model, tellUser).widget());
+  if (isOn(textPage) && !text) gtk_box_append(page, text.emplace(model, tellUser).widget());
+  if (isOn(importPage) && !imports) {
+    const auto whenAdded = [this](std::size_t count) {
+      showPage(listPage);
+      list.focusNews();
+      toast.show(count == 1 ? "Added a template" : "Added " + std::to_string(count) + " templates", "Undo",
+                 [this] { undo(); });
+    };
+    gtk_box_append(page, imports.emplace(model, whenAdded).widget());
+  }
 }
 
 void SettingsWindow::addShortcuts() {
@@ -146,7 +170,7 @@ void SettingsWindow::addShortcuts() {
   addShortcut("<Control>z", [this] { undo(); });
   addShortcut("<Control><Shift>z", [this] { redo(); });
   addShortcut("<Control>w", [this] { gtk_window_close(window); });
-  for (const auto* keys : {"Escape", "<Alt>Left"}) addShortcut(keys, [this] { leaveEditor(); });
+  for (const auto* keys : {"Escape", "<Alt>Left"}) addShortcut(keys, [this] { leave(); });
 }
 
 void SettingsWindow::addShortcut(const char* keys, std::function<void()> perform) {
@@ -157,21 +181,30 @@ void SettingsWindow::addShortcut(const char* keys, std::function<void()> perform
 }
 
 void SettingsWindow::update() {
-  if (model.fault().has_value() != isOn(brokenPage)) {
+  if (const bool isText = model.fault() || isEditingText; isText != isOn(textPage)) {
     // What was not written yet can't be any more.
     if (model.fault() && editor) editor->finish();
-    return showPage(model.fault() ? brokenPage : listPage);
+    return showPage(isText ? textPage : listPage);
   }
   fillPage();
   list.update();
   if (menuSettings) menuSettings->update();
   if (editor) editor->update();
-  if (broken) broken->update();
+  if (text && isOn(textPage)) text->update();
+  if (imports) imports->update();
+  updateTitleBar();
+}
+
+void SettingsWindow::updateTitleBar() {
   const bool isList = isOn(listPage);
   const bool isSwitching = isList || isOn(settingsPage);
+  const char* name = "Sprig Settings";
+  if (isOn(editorPage)) name = "Edit Template";
+  if (isOn(importPage)) name = "Add Templates";
+  if (isEditingText) name = "Edit as Text";
   gtk_stack_set_visible_child_name(GTK_STACK(titles), isSwitching ? switcherTitle : plainTitle);
-  gtk_label_set_text(GTK_LABEL(title), isOn(editorPage) ? "Edit Template" : "Sprig Settings");
-  setVisible(backButton, isOn(editorPage));
+  gtk_label_set_text(GTK_LABEL(title), name);
+  setVisible(backButton, !isSwitching && !model.fault());
   setVisible(newButton, isList);
   setVisible(searchButton, isList);
   gtk_widget_set_sensitive(newButton, model.isWritable() ? TRUE : FALSE);
@@ -192,33 +225,50 @@ void SettingsWindow::present(const std::string& activationToken) {
 void SettingsWindow::show(const SettingsTarget& target) {
   if (model.fault()) return;
   if (!target.templateId) {
-    leaveEditor();
-    if (!isOn(editorPage)) showPage(listPage);
+    leave();
+    if (isOn(settingsPage)) showPage(listPage);
   } else if (model.find({*target.templateId, 0}) != nullptr) {
     edit({*target.templateId, 0});
   }
 }
 
 void SettingsWindow::edit(const TemplateKey& key) {
-  if (isHeld()) return;
+  if (isHeld([this, key] { edit(key); })) return;
   toast.hide();
+  isEditingText = false;
   showPage(editorPage);
   editor->open(key);
 }
 
-/// What was edited would be lost.
-bool SettingsWindow::isHeld() {
-  if (!editor || !editor->isAsking()) return false;
-  toast.show("Choose “Reload” or “Keep Mine” first.");
+/// What was edited would be lost; `discard` goes on all the same, if the user wants that.
+bool SettingsWindow::isHeld(const std::function<void()>& discard) {
+  if (editor && editor->isAsking()) {
+    toast.show("Choose “Reload” or “Keep Mine” first.");
+    return true;
+  }
+  if (!text || !isOn(textPage) || !text->isTyped()) return false;
+  toast.show("What you typed is not saved.", "Discard", [this, discard] {
+    text->reload();
+    discard();
+  });
   return true;
 }
 
-void SettingsWindow::leaveEditor() {
-  if (isHeld()) return;
+void SettingsWindow::leave() {
+  if (isOn(listPage) || isOn(settingsPage) || model.fault()) return;
+  if (isHeld([this] { leave(); })) return;
+  toast.hide();
   const auto key = editor ? editor->finish() : std::nullopt;
-  if (!isOn(editorPage)) return;
+  isEditingText = false;
   showPage(listPage);
   if (key) list.focus(*key);
+}
+
+void SettingsWindow::editText() {
+  if (!isOn(listPage) && !isOn(settingsPage)) return;
+  toast.hide();
+  isEditingText = true;
+  showPage(textPage);
 }
 
 void SettingsWindow::undo() {
@@ -237,7 +287,7 @@ void SettingsWindow::chooseFile() {
   if (!isOn(listPage) || !model.isWritable()) return;
   chooseInDialog(stack, "New from File", GTK_FILE_CHOOSER_ACTION_OPEN, "", [this](GFile* file) {
     const wire::TextPointer path(g_file_get_path(file));
-    if (path) return addFiles({platform::FileURL(path.get())});
+    if (path) return open({platform::FileURL(path.get())});
     toast.show("Only files on this computer can be used.");
   });
 }
@@ -253,15 +303,46 @@ void SettingsWindow::acceptFiles() {
                        const wire::TextPointer path(g_file_get_path(static_cast<GFile*>(item->data)));
                        if (path) files.emplace_back(path.get());
                      }
-                     self->addFiles(files);
+                     self->open(files);
                      return static_cast<gboolean>(!files.empty());
                    }),
                    this);
   gtk_widget_add_controller(list.widget(), GTK_EVENT_CONTROLLER(target));
 }
 
-void SettingsWindow::addFiles(const std::vector<platform::FileURL>& files) {
-  if (model.addFiles(files)) list.focusNews();
+void SettingsWindow::importFolder() {
+  if (!isOn(listPage) || !model.isWritable()) return;
+  const auto usual = platform::current().files.templatesDirectory();
+  chooseInDialog(stack, "Import Templates Folder", GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER,
+                 usual ? usual->path() : "", [this](GFile* file) {
+                   const wire::TextPointer path(g_file_get_path(file));
+                   if (!path) return toast.show("Only folders on this computer can be used.");
+                   const platform::FileURL folder(path.get());
+                   offer(model.templatesIn(folder), "“" + text::toValidUTF8(folder.lastPathComponent()) +
+                                                        "” has nothing that can become a template.");
+                 });
+}
+
+void SettingsWindow::open(const std::vector<platform::FileURL>& files) {
+  if (model.fault()) return toast.show("The configuration has to be mended first.");
+  std::vector<platform::FileURL> shared;
+  std::vector<platform::FileURL> others;
+  for (const auto& file : files)
+    (file.path().ends_with(sharedTemplatesSuffix) ? shared : others).push_back(file);
+  if (!others.empty() && model.addFiles(others)) list.focusNews();
+  if (!shared.empty()) offer(TemplateImport::fromSharedFiles(shared), "There are no templates in the file.");
+}
+
+/// Or says why there is nothing to choose from.
+void SettingsWindow::offer(TemplateImport found, const std::string& otherwise) {
+  if (isHeld([] {})) return;
+  const auto& skipped = found.skipped();
+  if (found.entries().empty()) return toast.show(skipped.empty() ? otherwise : skipped.front());
+  if (editor) editor->finish();
+  toast.hide();
+  isEditingText = false;
+  showPage(importPage);
+  imports->show(std::move(found));
 }
 
 void SettingsWindow::showAbout() {

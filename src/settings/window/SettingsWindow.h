@@ -11,10 +11,11 @@
 
 #include "settings/SettingsModel.h"
 #include "settings/SettingsURL.h"
-#include "settings/window/BrokenPage.h"
+#include "settings/window/ImportPage.h"
 #include "settings/window/MenuSettings.h"
 #include "settings/window/TemplateEditor.h"
 #include "settings/window/TemplateList.h"
+#include "settings/window/TextPage.h"
 #include "settings/window/Toast.h"
 
 namespace sprig::settings {
@@ -36,6 +37,8 @@ class SettingsWindow {
   void present(const std::string& activationToken);
   /// Shows what a URL wants, if there is such a thing.
   void show(const SettingsTarget& target);
+  /// Shows what files with templates to share offer; makes templates of other files.
+  void open(const std::vector<platform::FileURL>& files);
 
  private:
   GtkWidget* makeTitleBar();
@@ -45,19 +48,24 @@ class SettingsWindow {
   void addShortcuts();
   void addShortcut(const char* keys, std::function<void()> perform);
   void update();
+  void updateTitleBar();
   void showPage(const char* name);
   bool isOn(const char* name) const;
   void edit(const TemplateKey& key);
-  bool isHeld();
-  void leaveEditor();
+  bool isHeld(const std::function<void()>& discard);
+  void leave();
+  void close();
+  void editText();
+  void importFolder();
+  void offer(TemplateImport found, const std::string& otherwise);
   void undo();
   void redo();
   void chooseFile();
   void acceptFiles();
-  void addFiles(const std::vector<platform::FileURL>& files);
   void showAbout();
 
   SettingsModel& model;
+  const std::function<void()> closed;
   GtkWindow* const window;
   GtkWidget* const stack;
   GtkWidget* const titles;
@@ -72,7 +80,9 @@ class SettingsWindow {
   /// Those of the other pages that have been shown.
   std::optional<TemplateEditor> editor;
   std::optional<MenuSettings> menuSettings;
-  std::optional<BrokenPage> broken;
+  std::optional<TextPage> text;
+  std::optional<ImportPage> imports;
+  bool isEditingText = false;
 };
 
 }  // namespace sprig::settings

@@ -197,6 +197,35 @@ GtkWidget* addCardRow(GtkWidget* card, const std::string& name, const std::strin
   return row;
 }
 
+GtkWidget* makeTextView(const std::string& name) {
+  auto* view = gtk_text_view_new();
+  gtk_text_view_set_wrap_mode(GTK_TEXT_VIEW(view), GTK_WRAP_WORD_CHAR);
+  gtk_text_view_set_monospace(GTK_TEXT_VIEW(view), TRUE);
+  gtk_text_view_set_top_margin(GTK_TEXT_VIEW(view), smallGap);
+  gtk_text_view_set_bottom_margin(GTK_TEXT_VIEW(view), smallGap);
+  gtk_text_view_set_left_margin(GTK_TEXT_VIEW(view), gap);
+  gtk_text_view_set_right_margin(GTK_TEXT_VIEW(view), gap);
+  gtk_text_view_set_accepts_tab(GTK_TEXT_VIEW(view), FALSE);
+  setAccessibleName(view, name);
+  return view;
+}
+
+GtkWidget* makeTextFrame(GtkWidget* view, int height) {
+  auto* scroller = gtk_scrolled_window_new();
+  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller), view);
+  gtk_scrolled_window_set_min_content_height(GTK_SCROLLED_WINDOW(scroller), height);
+  gtk_widget_add_css_class(scroller, "sprig-editor-frame");
+  gtk_widget_set_overflow(scroller, GTK_OVERFLOW_HIDDEN);
+  gtk_widget_set_vexpand(scroller, TRUE);
+  return scroller;
+}
+
+void setTextIn(GtkWidget* view, const std::string& text) {
+  auto* buffer = gtk_text_view_get_buffer(GTK_TEXT_VIEW(view));
+  // What is typed keeps its cursor.
+  if (textIn(buffer) != text) gtk_text_buffer_set_text(buffer, text.c_str(), static_cast<int>(text.size()));
+}
+
 std::string drawableIcon(const std::string& symbol) {
   auto* theme = gtk_icon_theme_get_for_display(gdk_display_get_default());
   const auto name = ports::iconName(symbol);

@@ -55,6 +55,11 @@ GtkWidget* makeCard();
 GtkWidget* addCardRow(GtkWidget* card, const std::string& name, const std::string& description,
                       GtkWidget* control);
 
+/// A view of a text in which all letters have one width, with its name for screen readers; the Tab key goes
+/// on to the next widget. And a frame around it that scrolls, at least that high.
+GtkWidget* makeTextView(const std::string& name);
+GtkWidget* makeTextFrame(GtkWidget* view, int height);
+
 /// The name in the icon theme under which a template's symbol can be drawn.
 std::string drawableIcon(const std::string& symbol);
 
@@ -62,7 +67,9 @@ bool isVisible(GtkWidget* widget);
 void setVisible(GtkWidget* widget, bool isVisible);
 /// Gives a widget a class of the style, or takes it away.
 void setStyle(GtkWidget* widget, const char* name, bool isOn);
+/// What a view of a text shows; a text that is there already keeps its cursor.
 std::string textIn(GtkTextBuffer* buffer);
+void setTextIn(GtkWidget* view, const std::string& text);
 
 /// Colours and spaces that themes don't have.
 void addStyle();

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ports/terminal/TemplateExchange.h"
+#include "import/TemplateExchange.h"
 
+#include "import/TemplateLayout.h"
 #include "import/templateFromFile.h"
-#include "ports/terminal/TemplateLayout.h"
 
-namespace sprig::terminal {
+namespace sprig {
 
 namespace {
 
@@ -39,4 +39,4 @@ void addShared(ConfigDocument& document, const std::string& text) {
   }
 }
 
-}  // namespace sprig::terminal
+}  // namespace sprig

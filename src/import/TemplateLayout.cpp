@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ports/terminal/TemplateLayout.h"
+#include "import/TemplateLayout.h"
 
 #include <algorithm>
 
-namespace sprig::terminal {
+namespace sprig {
 
 std::string indentationOf(const std::string& text) {
   const auto last = text.rfind('\n');
@@ -27,4 +27,4 @@ std::string reindented(const std::string& text, std::string_view before, std::st
   return result.append(text, begin);
 }
 
-}  // namespace sprig::terminal
+}  // namespace sprig

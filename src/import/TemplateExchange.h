@@ -9,7 +9,7 @@
 
 #include "config/ConfigDocument.h"
 
-namespace sprig::terminal {
+namespace sprig {
 
 /// The end of the names of files that hold templates to share.
 inline constexpr std::string_view sharedTemplatesSuffix = ".sprig-template";
@@ -22,4 +22,4 @@ std::string sharedTemplates(const ConfigDocument& document, const std::vector<st
 /// Failure: throws `DecodingError` if `text` is no such document.
 void addShared(ConfigDocument& document, const std::string& text);
 
-}  // namespace sprig::terminal
+}  // namespace sprig

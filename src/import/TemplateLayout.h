@@ -8,7 +8,7 @@
 /// The layout of a template's text in a document, where all line breaks are layout.
 ///
 /// Threads: any.
-namespace sprig::terminal {
+namespace sprig {
 
 /// The white space before the last line, if that stands before all lines but the first.
 std::string indentationOf(const std::string& text);
@@ -16,4 +16,4 @@ std::string indentationOf(const std::string& text);
 /// With `now` instead of `before` at the beginning of each line but the first.
 std::string reindented(const std::string& text, std::string_view before, std::string_view now);
 
-}  // namespace sprig::terminal
+}  // namespace sprig

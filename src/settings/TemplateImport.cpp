@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "settings/TemplateImport.h"
+
+#include <utility>
+
+#include "config/ConfigDecoder.h"
+#include "import/TemplateExchange.h"
+#include "platform/Platform.h"
+#include "text/Text.h"
+
+namespace sprig::settings {
+
+using platform::FileURL;
+
+namespace {
+
+std::string sentenceOn(const FileURL& file, const std::string& reason) {
+  return "“" + text::toValidUTF8(file.lastPathComponent()) + "” " + reason + ".";
+}
+
+}  // namespace
+
+TemplateImport TemplateImport::fromFolder(const FileURL& folder, const ConfigDocument& document) {
+  TemplateImport result;
+  auto survey = surveyFolder(folder);
+  for (auto& candidate : survey.candidates) {
+    result.offered.push_back({candidate.item, importOutcome(document, candidate)});
+    result.changes.emplace_back(
+        [found = std::move(candidate)](ConfigDocument& current) { importTemplate(current, found); });
+  }
+  for (const auto& [file, reason] : survey.skipped) result.notTaken.push_back(sentenceOn(file, reason));
+  return result;
+}
+
+TemplateImport TemplateImport::fromSharedFiles(const std::vector<FileURL>& files) {
+  TemplateImport result;
+  for (const auto& file : files) {
+    const auto text = platform::current().files.contentsOfFile(file);
+    if (!text) {
+      result.notTaken.push_back(sentenceOn(file, "can’t be read"));
+      continue;
+    }
+    try {
+      const ConfigDocument shared(*text);
+      for (std::size_t index = 0; index < shared.config().templates.size(); ++index) {
+        result.offered.push_back({shared.config().templates[index]});
+        result.changes.emplace_back(
+            [one = sharedTemplates(shared, {index})](ConfigDocument& current) { addShared(current, one); });
+      }
+    } catch (const DecodingError& error) {
+      result.notTaken.push_back(
+          sentenceOn(file, std::string("holds no templates that can be read: ") + error.what()));
+    }
+  }
+  return result;
+}
+
+DocumentEdit TemplateImport::adding(const std::vector<std::size_t>& chosen) const {
+  std::vector<Change> wanted;
+  wanted.reserve(chosen.size());
+  for (const auto place : chosen) wanted.push_back(changes[place]);
+  return changeInPlace([wanted](ConfigDocument& document) {
+    for (const auto& change : wanted) change(document);
+  });
+}
+
+}  // namespace sprig::settings
