@@ -37,23 +37,24 @@ TemplateImport TemplateImport::fromSharedFiles(const std::vector<FileURL>& files
   TemplateImport result;
   for (const auto& file : files) {
     const auto text = platform::current().files.contentsOfFile(file);
-    if (!text) {
-      result.notTaken.push_back(sentenceOn(file, "can’t be read"));
-      continue;
-    }
     try {
-      const ConfigDocument shared(*text);
-      for (std::size_t index = 0; index < shared.config().templates.size(); ++index) {
-        result.offered.push_back({shared.config().templates[index]});
-        result.changes.emplace_back(
-            [one = sharedTemplates(shared, {index})](ConfigDocument& current) { addShared(current, one); });
-      }
+      if (text) result.offerShared(ConfigDocument(*text));
+      if (!text) result.notTaken.push_back(sentenceOn(file, "can’t be read"));
     } catch (const DecodingError& error) {
-      result.notTaken.push_back(
-          sentenceOn(file, std::string("holds no templates that can be read: ") + error.what()));
+      const auto reason = std::string("holds no templates that can be read: ") + error.what();
+      result.notTaken.push_back(sentenceOn(file, reason));
     }
   }
   return result;
+}
+
+void TemplateImport::offerShared(const ConfigDocument& shared) {
+  std::size_t index = 0;
+  for (const auto& item : shared.config().templates) {
+    offered.push_back({item});
+    changes.emplace_back(
+        [one = sharedTemplates(shared, {index++})](ConfigDocument& current) { addShared(current, one); });
+  }
 }
 
 DocumentEdit TemplateImport::adding(const std::vector<std::size_t>& chosen) const {

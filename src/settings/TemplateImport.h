@@ -36,6 +36,8 @@ class TemplateImport {
   DocumentEdit adding(const std::vector<std::size_t>& chosen) const;
 
  private:
+  void offerShared(const ConfigDocument& shared);
+
   using Change = std::function<void(ConfigDocument&)>;
   std::vector<Entry> offered;
   /// What adds each.

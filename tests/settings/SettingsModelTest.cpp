@@ -215,6 +215,7 @@ TEST_F(SettingsModelTest, LeavesABrokenFileAloneUntilTheUserDecides) {
   EXPECT_FALSE(model.remove(key("a")) || model.addNew() || model.setSettings({}) ||
                model.saveText(broken, "{"));
   EXPECT_EQ(test::readFile(file), broken);
+  EXPECT_FALSE(model.saveText("{}", whole));  // which is not what was edited
   EXPECT_TRUE(model.saveText(broken, whole));
   EXPECT_EQ(test::readFile(file), whole);
   breakIt();
@@ -281,6 +282,23 @@ TEST_F(SettingsModelTest, WhatOneEditorWroteIsOneStep) {
   EXPECT_EQ(order(), "dnewbc");
   EXPECT_TRUE(model.undo());
   EXPECT_EQ(order(), "dabc");
+  EXPECT_TRUE(model.undo());
+  EXPECT_EQ(onDisk(), initial());
+}
+
+TEST_F(SettingsModelTest, ImportsAgainWhatHasChangedAndTakesItBackInOneStep) {
+  const auto folder = platform.makeFolder("Templates");
+  for (const auto* name : {"x.txt", "y.txt"}) test::writeFile(folder.appendingPath(name), "old");
+  ASSERT_TRUE(model.addImported(model.templatesIn(folder), {0, 1}));
+  EXPECT_EQ(order(), "abcdxy");
+  test::writeFile(folder.appendingPath("x.txt"), "new");
+  const auto again = model.templatesIn(folder);
+  EXPECT_EQ(again.entries()[0].outcome, ImportOutcome::updated);
+  EXPECT_EQ(again.entries()[1].outcome, ImportOutcome::unchanged);
+  ASSERT_TRUE(model.addImported(again, {0, 1}));
+  EXPECT_EQ(onDisk().templates[4].content, "new");
+  EXPECT_TRUE(model.undo());
+  EXPECT_EQ(onDisk().templates[4].content, "old");
   EXPECT_TRUE(model.undo());
   EXPECT_EQ(onDisk(), initial());
 }

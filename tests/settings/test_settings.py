@@ -10,7 +10,7 @@ import pytest
 from conftest import PROGRAMS
 from sprigtest.home import template
 from sprigtest.screenreader import has, wait_to_see
-from sprigtest.waiting import DEADLINE, output_of, wait_for
+from sprigtest.waiting import DEADLINE, output_of, settled, wait_for
 
 TODAY = datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%d")
 
@@ -112,6 +112,8 @@ def test_a_newcomer_makes_a_template_with_a_placeholder(desktop, open_settings):
     desktop.type(" ")
     settings.insert(0, 0)
     settings.fill("Extension", ".md")
+    settings.click("Symbol: doc text").sees({"table cell"}, "star")
+    settings.press("End", "Return").sees({"push button"}, "Symbol: star")
     settings.reads(f"The next file: “Log {TODAY} 2.md”")
     settings.click("Content", {"text"})
     desktop.type("It is ")
@@ -123,8 +125,8 @@ def test_a_newcomer_makes_a_template_with_a_placeholder(desktop, open_settings):
     settings.click("Back")
     settings.focuses("Log")
     made = desktop.config()["templates"][0]
-    assert (made["name"], made["filenamePattern"], made["extension"], made["content"]) == (
-        "Log", "Log {{date}}", ".md", "It is {{year}}")
+    assert (made["name"], made["filenamePattern"], made["extension"], made["content"], made["icon"]) == (
+        "Log", "Log {{date}}", ".md", "It is {{year}}", "star")
     assert len(desktop.templates("name")) == 12
 
 
@@ -138,7 +140,9 @@ def test_what_others_write_meanwhile_is_taken_in_or_asked_about(desktop, open_se
     assert not settings.seen({"push button"}, "Keep Mine")
     desktop.change(lambda config: config["templates"][1].update(content="their text"))
     settings.reads("This template was changed elsewhere, too.")
-    settings.press("Escape").reads("Choose “Reload” or “Keep Mine” first.")
+    for keys in ("Escape", "alt+F4"):
+        settings.press(keys).reads("Choose “Reload” or “Keep Mine” first.")
+        settings.click("Close", {"push button"})
     settings.click("Keep Mine")
     wait_for(lambda: desktop.templates("content")[1] == "mine", "mine")
     desktop.change(lambda config: config["templates"][1].update(content="their text"))
@@ -225,6 +229,8 @@ def test_the_settings_of_the_menu_are_set(desktop, open_settings):
 def test_a_broken_file_is_mended_by_hand(desktop, open_settings):
     whole = desktop.home.config.read_text()
     settings = open_settings()
+    settings.press("alt+Down").lists("Beta", "Alpha", "Gamma")
+    settings.press("ctrl+z").lists("Alpha", "Beta", "Gamma")
     broken = whole.replace('"enabled": true', '"enabled": 1', 1)
     desktop.home.write(desktop.home.config, broken)
     settings.reads("templates[0].enabled: expected true or false")
@@ -240,6 +246,20 @@ def test_a_broken_file_is_mended_by_hand(desktop, open_settings):
     settings.click("Start Afresh").reads("The old text is kept in “")
     assert (desktop.home.path / ".local/state/sprig/broken-config.json").read_text() == "{"
     assert len(desktop.templates("name")) == 11
+    desktop.home.write(desktop.home.config, "{")
+    settings.click("Restore Backup").lists("Alpha", "Beta", "Gamma")
+    assert desktop.home.config.read_text() == whole
+
+
+def test_the_window_keeps_its_size(desktop, open_settings):
+    settings = open_settings()
+    output_of("xdotool", "windowsize", "--sync", settings.window, "800", "600")
+    size = settled(lambda: desktop.area(settings.window)[2:], "the size")
+    settings.press("alt+F4")
+    assert settings.process.wait(DEADLINE) == 0
+    settings = open_settings()
+    wait_for(lambda: desktop.area(settings.window)[2:] == size, "the same size")
+    (desktop.home.path / ".local/state/sprig/window.ini").unlink()
 
 
 def test_a_file_that_cannot_be_written_is_shown_and_nothing_offered(desktop, open_settings):

@@ -184,6 +184,8 @@ void SettingsWindow::update() {
   if (const bool isText = model.fault() || isEditingText; isText != isOn(textPage)) {
     // What was not written yet can't be any more.
     if (model.fault() && editor) editor->finish();
+    // It would lie over the buttons.
+    toast.hide();
     return showPage(isText ? textPage : listPage);
   }
   fillPage();

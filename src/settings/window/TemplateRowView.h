@@ -51,7 +51,7 @@ class TemplateRowView {
   std::optional<std::size_t> place() const { return shownAt; }
   void openMenu();
 
-  void show(const TemplateRow& row, const Place& where);
+  void show(const TemplateRow& data, const Place& where);
   /// Shows none. The list takes it off the screen.
   void hide() { shownAt.reset(); }
 
