@@ -245,8 +245,7 @@ std::optional<TextFault> SettingsModel::faultIn(const std::string& text) {
 }
 
 bool SettingsModel::saveText(const std::string& old, const std::string& wanted) {
-  // No file and an empty one are both shown as no text.
-  const auto expected = old.empty() && !fileText ? std::nullopt : std::make_optional(old);
+  const auto expected = fileText ? std::make_optional(old) : std::nullopt;
   if (const auto error = editor.replaceText(expected, wanted)) return fail(*error);
   read();
   announce();

@@ -48,6 +48,8 @@ class SettingsModel {
   const std::optional<TextFault>& fault() const { return problem; }
   /// The file's text; empty while there is none.
   const std::string& text() const { return source; }
+  /// What is edited as text: the file's, or what the first change would write.
+  const std::string& editableText() const { return fileText || problem ? source : document.text(); }
   /// False while the file, or the folder for the first one, is read-only for this user.
   bool isWritable() const { return canWrite; }
 
@@ -92,8 +94,8 @@ class SettingsModel {
 
   /// Why a text is no configuration; nothing if it is one.
   static std::optional<TextFault> faultIn(const std::string& text);
-  /// Writes a whole text in place of `old`, which `text` gave. False, too, if the file has another text now,
-  /// or `wanted` is no configuration.
+  /// Writes a whole text in place of `old`, which `editableText` gave. False, too, if the file has another
+  /// text now, or `wanted` is no configuration.
   bool saveText(const std::string& old, const std::string& wanted);
   /// The newest backup that is a configuration, and another text than the file's.
   std::optional<platform::FileURL> backup() const;

@@ -196,6 +196,10 @@ TEST_F(SettingsModelTest, WritesTheBuiltInTemplatesOnTheFirstChangeOnly) {
   EXPECT_FALSE(platform.files.fileExists(file));
   EXPECT_TRUE(model.remove(key("builtin-json")));
   EXPECT_EQ(decodeConfig(*ConfigEditor::text().value()).templates.size(), 10U);
+  platform.files.removeFile(ConfigEditor::newDocumentURL());
+  model.reload();
+  EXPECT_EQ(decodeConfig(model.editableText()), defaultFallbackConfig());
+  EXPECT_TRUE(model.saveText(model.editableText(), encodeConfig(initial())));
 }
 
 TEST_F(SettingsModelTest, LeavesABrokenFileAloneUntilTheUserDecides) {

@@ -25,6 +25,8 @@ TextPage::TextPage(SettingsModel& settingsModel, std::function<void(const std::s
       restoreButton(gtk_button_new_with_label("Restore Backup")),
       afreshButton(gtk_button_new_with_label("Start Afresh")) {
   setMargins(page, pageMargin, pageMargin);
+  // Its brackets, in every language.
+  gtk_widget_set_direction(view, GTK_TEXT_DIR_LTR);
   gtk_widget_add_css_class(title, "title-3");
   gtk_widget_add_css_class(explanation, "dim-label");
   gtk_widget_add_css_class(reason, "sprig-note");
@@ -66,12 +68,12 @@ GtkWidget* TextPage::makeButtons() {
 bool TextPage::isTyped() const { return shown && textIn(buffer) != text::toValidUTF8(*shown); }
 
 void TextPage::update() {
-  if (!shown || (shown != model.text() && !isTyped())) return reload();
+  if (!shown || (shown != model.editableText() && !isTyped())) return reload();
   check();
 }
 
 void TextPage::reload() {
-  shown = model.text();
+  shown = model.editableText();
   const auto text = text::toValidUTF8(*shown);
   gtk_text_buffer_set_text(buffer, text.c_str(), static_cast<int>(text.size()));
   check();
@@ -85,7 +87,7 @@ void TextPage::reload() {
 }
 
 void TextPage::keepMine() {
-  shown = model.text();
+  shown = model.editableText();
   check();
 }
 
@@ -108,7 +110,7 @@ void TextPage::check() {
 void TextPage::updateButtons(bool isSaveable) {
   const bool isBroken = model.fault().has_value();
   const bool canWrite = model.isWritable() && (!isBroken || model.fault()->position);
-  const bool isAsking = isTyped() && shown != model.text();
+  const bool isAsking = isTyped() && shown != model.editableText();
   gtk_label_set_text(GTK_LABEL(title), isBroken ? "Your configuration can’t be read" : "Your configuration");
   gtk_label_set_text(GTK_LABEL(explanation),
                      isBroken ? "Until it can, the menu has the templates that come with Sprig."
