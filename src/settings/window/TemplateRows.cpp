@@ -171,7 +171,7 @@ double TemplateRows::topInScroller() const {
   auto* viewport = gtk_widget_get_ancestor(column, GTK_TYPE_VIEWPORT);
   if (viewport == nullptr) return 0;
   auto* content = gtk_viewport_get_child(GTK_VIEWPORT(viewport));
-  const graphene_point_t origin = GRAPHENE_POINT_INIT_ZERO;
+  const graphene_point_t origin{0, 0};
   graphene_point_t top;
   if (gtk_widget_compute_point(column, content, &origin, &top) == FALSE) return 0;
   return gtk_widget_get_margin_top(content) + static_cast<double>(top.y);
