@@ -139,6 +139,7 @@ class FileManager:
     window_class = ""
     # Where in a row of the list a click is one on the item, from its left end.
     row_offset = 20
+    row_roles = {"table cell"}
     # What an entry of a menu is that the next key is for.
     highlighted = "SELECTED"
     copied_as = "x-special/gnome-copied-files"
@@ -190,7 +191,7 @@ class FileManager:
     # The list of files.
 
     def rows(self, name=None):
-        return [row for frame in self.frames() for row in nodes(frame, {"table cell"}, name)
+        return [row for frame in self.frames() for row in nodes(frame, self.row_roles, name)
                 if has(row, "SHOWING") and area(row).width > 0]
 
     def selected_rows(self):
@@ -455,6 +456,8 @@ class Dolphin(FileManager):
     what the program's windows hold. Entries that Dolphin has in other menus, too, never seem to be in this one."""
 
     command = ("dolphin", "--new-window", "{}")
+    # Those of Qt 6 are items of a list.
+    row_roles = {"table cell", "list item"}
     window_class = "dolphin"
     # Shows icons with their names below: what is not in the middle is the background.
     row_offset = 1000
