@@ -3,13 +3,13 @@
 #include "import/DesktopEntry.h"
 
 #include <algorithm>
-#include <charconv>
 #include <functional>
 #include <map>
 #include <string_view>
 
 #include "platform/Platform.h"
 #include "text/Text.h"
+#include "text/percentDecoded.h"
 
 namespace sprig {
 
@@ -65,23 +65,13 @@ std::string nameIn(const Keys& keys) {
   return name;
 }
 
-std::string withoutEscapes(std::string_view url) {
-  std::string result;
-  for (std::size_t at = 0; at < url.size(); ++at) {
-    unsigned char byte = 0;
-    const auto digits = url.substr(at + 1, 2);
-    const bool isEscape = url[at] == '%' && digits.size() == 2 &&
-                          std::from_chars(digits.begin(), digits.end(), byte, 16).ptr == digits.end();
-    result += isEscape ? static_cast<char>(byte) : url[at];
-    if (isEscape) at += digits.size();
-  }
-  return result;
-}
-
 std::optional<FileURL> targetOf(const Keys& keys, const FileURL& folder) {
   constexpr std::string_view scheme = "file://";
   auto url = valueOf(keys, "URL");
-  if (url.starts_with(scheme)) url = withoutEscapes(std::string_view(url).substr(scheme.size()));
+  if (url.starts_with(scheme)) {
+    url.erase(0, scheme.size());
+    url = text::percentDecoded(url).value_or(url);
+  }
   const bool isElsewhere = url.find("://") != std::string::npos || url.find('\0') != std::string::npos;
   if (valueOf(keys, "Type") != "Link" || url.empty() || isElsewhere) return std::nullopt;
   auto target = (url.starts_with('/') ? FileURL(url) : folder.appendingPath(url)).standardized();

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "text/Text.h"
+#include "text/percentDecoded.h"
 
 namespace sprig::settings {
 
@@ -33,29 +34,6 @@ std::vector<std::string_view> segmentsOf(std::string_view path) {
   return segments;
 }
 
-std::optional<unsigned> hexDigit(char character) {
-  const char digit = lowered(character);
-  if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
-  if (digit >= 'a' && digit <= 'f') return static_cast<unsigned>(digit - 'a' + 10);
-  return std::nullopt;
-}
-
-std::optional<std::string> decoded(std::string_view segment) {
-  std::string result;
-  for (std::size_t index = 0; index < segment.size(); ++index) {
-    if (segment[index] != '%') {
-      result += segment[index];
-      continue;
-    }
-    const auto high = index + 2 < segment.size() ? hexDigit(segment[index + 1]) : std::nullopt;
-    const auto low = high ? hexDigit(segment[index + 2]) : std::nullopt;
-    if (!low) return std::nullopt;
-    result += static_cast<char>(*high * 16 + *low);
-    index += 2;
-  }
-  return text::isValidUTF8(result) ? std::optional(result) : std::nullopt;
-}
-
 }  // namespace
 
 std::optional<SettingsTarget> parseSettingsURL(std::string_view url) {
@@ -66,8 +44,8 @@ std::optional<SettingsTarget> parseSettingsURL(std::string_view url) {
   if (segments.empty() || !isEqualInAnyCase(segments[0], "settings")) return std::nullopt;
   if (segments.size() == 1) return SettingsTarget{};
   if (segments.size() != 3 || segments[1] != "templates") return std::nullopt;
-  auto id = decoded(segments[2]);
-  if (!id) return std::nullopt;
+  auto id = text::percentDecoded(segments[2]);
+  if (!id || !text::isValidUTF8(*id)) return std::nullopt;
   return SettingsTarget{std::move(id)};
 }
 

@@ -13,6 +13,7 @@
 #include "ports/linux/Descriptor.h"
 #include "ports/linux/LockFile.h"
 #include "ports/linux/retrying.h"
+#include "text/percentDecoded.h"
 
 namespace sprig::ports {
 
@@ -44,24 +45,6 @@ std::string escaped(std::string_view path) {
   return result;
 }
 
-std::optional<std::string> unescaped(std::string_view text) {
-  std::string result;
-  for (std::size_t index = 0; index < text.size(); ++index) {
-    if (text[index] != '%') {
-      result += text[index];
-      continue;
-    }
-    unsigned char byte = 0;
-    const auto digits = text.substr(index + 1, 2);
-    const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
-    if (failure != std::errc() || digits.size() < 2 || end != digits.data() + 2 || byte == 0)
-      return std::nullopt;
-    result += static_cast<char>(byte);
-    index += 2;
-  }
-  return result;
-}
-
 /// Takes a number and the space behind it off the front.
 template <typename Number>
 bool takeNumber(std::string_view& line, Number& number) {
@@ -83,9 +66,10 @@ std::optional<Creation> creationIn(std::string_view line) {
   const bool hasNumbers = takeNumber(line, identity.inode) && takeNumber(line, identity.size) &&
                           takeNumber(line, identity.modifiedSeconds) &&
                           takeNumber(line, identity.modifiedNanoseconds);
-  const auto path = hasNumbers ? unescaped(line) : std::nullopt;
+  const auto path = hasNumbers ? text::percentDecoded(line) : std::nullopt;
   const bool hasTime = identity.modifiedSeconds >= 0 && identity.modifiedSeconds <= maxSeconds;
-  if (!path || !path->starts_with("/") || !hasTime) return std::nullopt;
+  if (!path || !path->starts_with('/') || path->find('\0') != std::string::npos || !hasTime)
+    return std::nullopt;
   return Creation{FileURL(*path), identity};
 }
 
