@@ -8,6 +8,7 @@
 
 #include "config/BuiltinTemplates.h"
 #include "config/ConfigDecoder.h"
+#include "config/ConfigEditor.h"
 #include "config/ConfigEncoder.h"
 #include "config/ConfigManager.h"
 #include "ports/terminal/ConfigWarnings.h"
@@ -51,26 +52,24 @@ ExitStatus ConfigCommand::run() {
 ExitStatus ConfigCommand::path() const {
   const auto file = ConfigManager::configURL();
   if (!platform::current().files.fileExists(file)) {
-    const auto folder = platform::current().files.containerURL(applicationGroupIdentifier);
-    const auto first = folder ? ", " + folder->appendingPath(shortConfigName).path() : "";
     terminal.screen().complain(
-        "there is no file at that place yet, so the built-in templates are used; "
-        "“sprig config init” writes a first file" +
-        first);
+        "there is no file at that place yet, so the built-in templates are used; “sprig config init” writes "
+        "a "
+        "first file, " +
+        ConfigEditor::newDocumentURL().path());
   }
   return printData(file.path() + "\n", terminal.screen());
 }
 
 ExitStatus ConfigCommand::init() const {
   auto& files = platform::current().files;
-  const auto folder = files.containerURL(applicationGroupIdentifier);
-  if (!folder) return refuse("there is no folder for configuration files");
-  const auto file = folder->appendingPath(shortConfigName);
+  const auto file = ConfigEditor::newDocumentURL();
   const auto inForce = ConfigManager::configURL();
   if (files.fileExists(inForce) && inForce != file) {
     return refuse("another configuration file is in force already: " + inForce.path());
   }
-  if (const auto error = files.createDirectory(*folder)) return refuse(error->description);
+  if (const auto error = files.createDirectory(file.deletingLastPathComponent()))
+    return refuse(error->description);
   switch (createNewFile(file, encodeConfig(defaultFallbackConfig()))) {
     case NewFileResult::created:
       return printData(file.path() + "\n", terminal.screen());
