@@ -61,11 +61,20 @@ class SprigDesktop(Desktop):
                         f"[D-BUS Service]\nName={SERVICE}\nExec={command}\n")
 
     @staticmethod
-    def ask_bus(method, *arguments):
-        bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-        signature = {"ReloadConfig": "()", "StartServiceByName": "(su)"}[method]
-        bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
-                      GLib.Variant(signature, arguments), None, Gio.DBusCallFlags.NONE, -1)
+    def call(name, path, interface, method, *arguments):
+        """Over the bus; all arguments but flags are texts."""
+        signature = "".join("u" if isinstance(argument, int) else "s" for argument in arguments)
+        return Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
+            name, path, interface, method, GLib.Variant(f"({signature})", arguments), None, Gio.DBusCallFlags.NONE, -1)
+
+    def ask_bus(self, method, *arguments):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method, *arguments)
+
+    def selects(self, file):
+        """Whether the module in the running file manager selects it when asked."""
+        owner, = self.ask_bus("GetNameOwner", "org.freedesktop.FileManager1")
+        return self.call(owner, "/com/kestrel/Sprig/FileManager", "com.kestrel.Sprig.FileManager1", "Select",
+                         file.as_uri(), "")[0]
 
     def reinstall(self, command=PROGRAMS / "sprig-extension"):
         self.install(command)

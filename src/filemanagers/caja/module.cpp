@@ -39,6 +39,10 @@ struct CajaMenus : MenuTraits {
   static void setSubmenu(Item* item, Submenu* submenu) { caja_menu_item_set_submenu(item, submenu); }
 };
 
+wire::ObjectPointer<GObject> existingFile(const char* uri) {
+  return wire::ObjectPointer<GObject>(reinterpret_cast<GObject*>(caja_file_info_lookup_for_uri(uri)));
+}
+
 GList* fileItems(CajaMenuProvider* provider, GtkWidget* window, GList* files) {
   return atBorder([&] {
     endOldMenuWidgets(provider);
@@ -106,7 +110,7 @@ GType providerType() {
                                {wire::Kind::items, wire::Kind::background, wire::Kind::toolbar},
                                {{CAJA_TYPE_MENU_PROVIDER, fillMenuProvider}},
                                askAgain,
-                               selectionInViews({CAJA_TYPE_FILE_INFO, CajaMenus::uriOf})});
+                               selectionInViews({CAJA_TYPE_FILE_INFO, CajaMenus::uriOf, existingFile})});
 }
 
 }  // namespace

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
+#include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/LocationUri.h"
 #include "filemanagers/gtk3/GtkViews.h"
 #include "wire/FileUri.h"
@@ -40,22 +42,17 @@ std::string labelOfFile(const std::string& uri) {
   return label ? label.get() : "";
 }
 
-struct Icon {
-  int index;
-  ObjectPointer<AtkObject> accessible;
-};
-
-/// The only icon with the label; nothing when there is none. Names that are not UTF-8 may look alike: then
-/// `isOnly` is false.
-std::optional<Icon> findIcon(AtkObject* container, const std::string& label, bool& isOnly) {
-  std::optional<Icon> found;
+/// The only icon with the label; null when there is none. Names that are not UTF-8 may look alike: then
+/// `isOnly` is false. Looks at all of them, and the container counts to each of them anew.
+ObjectPointer<AtkObject> findIcon(AtkObject* container, const std::string& label, bool& isOnly) {
+  ObjectPointer<AtkObject> found;
   const int count = atk_object_get_n_accessible_children(container);
   for (int index = 0; index < count; ++index) {
     ObjectPointer<AtkObject> child(atk_object_ref_accessible_child(container, index));
     const char* name = child ? atk_object_get_name(child.get()) : nullptr;
     if (!name || label != name) continue;
     isOnly = !found;
-    found = Icon{index, std::move(child)};
+    found = std::move(child);
   }
   return found;
 }
@@ -95,14 +92,19 @@ std::optional<std::pair<double, double>> extentOf(GtkWidget* container, AtkCompo
                          : std::pair<double, double>(x - left + axis.value(), width);
 }
 
-/// Items out of sight tell no place: scrolls by pages until it does, and then no further than needed.
-void scrollTo(GtkWidget* container, AtkComponent* item) {
+/// An item out of sight tells no place, so this scrolls by pages until it does, and then no further than
+/// needed. `share` is how much of all items comes before it: most likely it is that far down, or near.
+void scrollTo(GtkWidget* container, AtkComponent* item, double share) {
   const auto axis = axisOf(container);
   const double before = axis.value();
+  const double likely = share * axis.last();
   auto extent = extentOf(container, item, axis);
-  for (double at = 0; !extent && axis.page() > 0 && at < axis.last() + axis.page(); at += axis.page()) {
-    axis.setValue(std::min(at, axis.last()));
-    extent = extentOf(container, item, axis);
+  for (double away = 0; !extent && axis.page() > 0 && away < axis.last() + axis.page(); away += axis.page()) {
+    for (const double at : {likely + away, likely - away}) {
+      if (extent || at < -axis.page() || at > axis.last() + axis.page()) continue;
+      axis.setValue(std::clamp(at, 0.0, axis.last()));
+      extent = extentOf(container, item, axis);
+    }
   }
   axis.setValue(before);
   if (extent) {
@@ -140,24 +142,72 @@ bool isIconContainer(GtkWidget* widget) {
          GTK_IS_SCROLLABLE(widget);
 }
 
-State selectIcon(GtkWidget* container, const std::string& uri) {
+NewIcon::NewIcon(GtkWidget* iconContainer, const FileObjects& fileObjects, std::string fileUri,
+                 std::function<void()> appeared)
+    : container(static_cast<GtkWidget*>(g_object_ref(iconContainer))),
+      parent(static_cast<AtkObject*>(g_object_ref(gtk_widget_get_accessible(iconContainer)))),
+      objects(fileObjects),
+      uri(std::move(fileUri)),
+      tell(std::move(appeared)) {
+  constexpr const char* added = "icon-added";
+  GSignalQuery signal{};
+  g_signal_query(g_signal_lookup(added, G_OBJECT_TYPE(iconContainer)), &signal);
+  if (!objects.lookUp || signal.signal_id == 0 || signal.n_params != 1 ||
+      signal.param_types[0] != G_TYPE_POINTER) {
+    return;
+  }
+  // The container's accessible object has been listening to it for longer, so it tells of an icon first.
+  g_signal_connect(parent.get(), "children-changed::add", G_CALLBACK(childAdded), this);
+  g_signal_connect(container.get(), added, G_CALLBACK(iconAdded), this);
+}
+
+NewIcon::~NewIcon() {
+  g_signal_handlers_disconnect_by_data(parent.get(), this);
+  g_signal_handlers_disconnect_by_data(container.get(), this);
+}
+
+void NewIcon::childAdded(AtkObject* /*parent*/, guint /*index*/, void* child, void* self) noexcept {
+  static_cast<NewIcon*>(self)->lastChild.reset(
+      ATK_IS_OBJECT(child) ? static_cast<AtkObject*>(g_object_ref(child)) : nullptr);
+}
+
+void NewIcon::iconAdded(GtkWidget* /*widget*/, void* file, void* self) noexcept {
+  atBorder([&] {
+    auto& icons = *static_cast<NewIcon*>(self);
+    const auto wanted = icons.objects.lookUp(icons.uri.c_str());
+    if (!wanted || wanted.get() != file || !icons.lastChild) return;
+    icons.icon = std::move(icons.lastChild);
+    icons.tell();
+  });
+}
+
+State selectIcon(GtkWidget* container, const FileObjects& objects, const std::string& uri, AtkObject* icon) {
   if (shownFolder(container) != folderOf(uri)) return State::impossible;
   auto* accessible = gtk_widget_get_accessible(container);
   if (!accessible || !ATK_IS_SELECTION(accessible)) return State::impossible;
   bool isOnly = true;
-  const auto icon = findIcon(accessible, labelOfFile(uri), isOnly);
+  ObjectPointer<AtkObject> found;
+  if (!icon && objects.lookUp && !objects.lookUp(uri.c_str())) return State::notYet;
+  if (!icon) {
+    found = findIcon(accessible, labelOfFile(uri), isOnly);
+    icon = found.get();
+  }
   if (!icon) return State::notYet;
   if (!isOnly) return State::impossible;
   // The focus may be on an item that is not selected. Keys alone take it from there, by selecting another
   // one.
   press(container, GDK_KEY_Home, 0);
   atk_selection_clear_selection(ATK_SELECTION(accessible));
-  if (atk_selection_add_selection(ATK_SELECTION(accessible), icon->index) == FALSE) return State::impossible;
+  const int index = atk_object_get_index_in_parent(icon);
+  if (index < 0 || atk_selection_add_selection(ATK_SELECTION(accessible), index) == FALSE) {
+    return State::impossible;
+  }
   gtk_widget_grab_focus(container);
-  if (ATK_IS_COMPONENT(icon->accessible.get())) {
-    scrollTo(container, ATK_COMPONENT(icon->accessible.get()));
+  if (ATK_IS_COMPONENT(icon)) {
+    const int count = atk_object_get_n_accessible_children(accessible);
+    scrollTo(container, ATK_COMPONENT(icon), static_cast<double>(index) / std::max(1, count));
   } else {
-    scrollByKeys(container, icon->index == 0);
+    scrollByKeys(container, index == 0);
   }
   return State::selected;
 }

@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/LocationUri.h"
@@ -159,13 +158,13 @@ class ViewSelection final : public FileSelection {
   ViewSelection(FileObjects fileObjects, FileToSelect fileToSelect, std::function<void()> tellChange)
       : objects(fileObjects), file(std::move(fileToSelect)), changed(std::move(tellChange)) {}
 
-  ~ViewSelection() override { forgetSources(); }
+  ~ViewSelection() override { forgetRows(); }
   ViewSelection(const ViewSelection&) = delete;
   ViewSelection& operator=(const ViewSelection&) = delete;
 
   /// The first view that shows the folder is the one where the user is, also if another gets the file sooner.
   State attempt() override {
-    forgetSources();
+    forgetRows();
     for (auto* window : windowsOf(file.parentWindow)) {
       for (auto* widget : widgetsOn(window)) {
         const auto state = attemptIn(widget);
@@ -176,12 +175,6 @@ class ViewSelection final : public FileSelection {
   }
 
  private:
-  /// What tells that a view has changed.
-  struct Source {
-    ObjectPointer<GObject> object;
-    gulong handler;
-  };
-
   State attemptIn(GtkWidget* widget) {
     if (const auto model = thunarModel(widget)) {
       const RowSearch search(model.get(), objects, file.uri);
@@ -199,6 +192,7 @@ class ViewSelection final : public FileSelection {
     const RowSearch search(model, objects, file.uri);
     if (!search.isFound()) {
       auto* widget = GTK_WIDGET(list);
+      if (!isHidden(file.uri) && isOpenIn(list)) return awaitRow(model);
       return stateWithout(search, model, {locationAround(widget), showsHiddenFiles(widget)});
     }
     selectInList(list, search);
@@ -206,36 +200,47 @@ class ViewSelection final : public FileSelection {
   }
 
   State attemptInIcons(GtkWidget* container) {
-    const auto state = selectIcon(container, file.uri);
+    const bool isAwaited = newIcon && newIcon->widget() == container;
+    const auto state = selectIcon(container, objects, file.uri, isAwaited ? newIcon->accessible() : nullptr);
     if (state != State::notYet) return state;
-    if (isHidden(file.uri) && !showsHiddenFiles(container).value_or(true)) return State::impossible;
-    awaitChange(container, "icon-added");
+    if (isHidden(file.uri) && !showsHiddenFiles(container).value_or(false)) return State::impossible;
+    if (!isAwaited) newIcon = std::make_unique<NewIcon>(container, objects, file.uri, changed);
     return state;
   }
 
   State stateWithout(const RowSearch& search, GtkTreeModel* model, const ViewFacts& view) {
-    if (!mayCome(file.uri, search, view)) return State::impossible;
-    awaitChange(model, "row-inserted");
+    return mayCome(file.uri, search, view) ? awaitRow(model) : State::impossible;
+  }
+
+  /// Whether the file's folder is one of those in a list, with its own files below it, or none yet.
+  bool isOpenIn(GtkTreeView* list) const {
+    const std::string folderUri(folderOf(file.uri));
+    const RowSearch folder(gtk_tree_view_get_model(list), objects, folderUri);
+    return folder.isFound() && gtk_tree_view_row_expanded(list, folder.foundPath()) != FALSE;
+  }
+
+  State awaitRow(GtkTreeModel* model) {
+    awaited.reset(static_cast<GtkTreeModel*>(g_object_ref(model)));
+    g_signal_connect_swapped(model, "row-inserted", G_CALLBACK(rowsChanged), this);
+    // The first file in an open folder takes the row that said that there is none.
+    g_signal_connect_swapped(model, "row-changed", G_CALLBACK(rowsChanged), this);
     return State::notYet;
   }
 
-  void awaitChange(void* object, const char* signal) {
-    if (g_signal_lookup(signal, G_OBJECT_TYPE(object)) == 0) return;
-    const auto handler = g_signal_connect_swapped(object, signal, G_CALLBACK(sourceChanged), this);
-    sources.push_back({ObjectPointer<GObject>(G_OBJECT(g_object_ref(object))), handler});
-  }
+  static void rowsChanged(ViewSelection* self) noexcept { atBorder(self->changed); }
 
-  static void sourceChanged(ViewSelection* self) noexcept { atBorder(self->changed); }
-
-  void forgetSources() {
-    for (const auto& source : sources) g_signal_handler_disconnect(source.object.get(), source.handler);
-    sources.clear();
+  void forgetRows() {
+    if (awaited) g_signal_handlers_disconnect_by_data(awaited.get(), this);
+    awaited.reset();
   }
 
   const FileObjects objects;
   const FileToSelect file;
   const std::function<void()> changed;
-  std::vector<Source> sources;
+  /// The model in which the file is awaited.
+  ObjectPointer<GtkTreeModel> awaited;
+  /// The same, among icons.
+  std::unique_ptr<NewIcon> newIcon;
 };
 
 }  // namespace

@@ -46,6 +46,10 @@ struct NemoMenus : MenuTraits {
   static void setSubmenu(Item* item, Submenu* submenu) { nemo_menu_item_set_submenu(item, submenu); }
 };
 
+wire::ObjectPointer<GObject> existingFile(const char* uri) {
+  return wire::ObjectPointer<GObject>(reinterpret_cast<GObject*>(nemo_file_info_lookup_for_uri(uri)));
+}
+
 GList* fileItems(NemoMenuProvider* provider, GtkWidget* window, GList* files) {
   return atBorder([&] {
     endOldMenuWidgets(provider);
@@ -90,7 +94,7 @@ GType providerType() {
        {wire::Kind::items, wire::Kind::background},
        {{NEMO_TYPE_MENU_PROVIDER, fillMenuProvider}, {NEMO_TYPE_NAME_AND_DESC_PROVIDER, fillNameProvider}},
        askAgain,
-       selectionInViews({NEMO_TYPE_FILE_INFO, NemoMenus::uriOf})});
+       selectionInViews({NEMO_TYPE_FILE_INFO, NemoMenus::uriOf, existingFile})});
 }
 
 }  // namespace

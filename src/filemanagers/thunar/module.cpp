@@ -74,7 +74,7 @@ GType providerType() {
                                {wire::Kind::items, wire::Kind::background, wire::Kind::sidebar},
                                {{THUNARX_TYPE_MENU_PROVIDER, fillMenuProvider}},
                                nullptr,
-                               selectionInViews({THUNARX_TYPE_FILE_INFO, ThunarMenus::uriOf})});
+                               selectionInViews({THUNARX_TYPE_FILE_INFO, ThunarMenus::uriOf, nullptr})});
 }
 
 }  // namespace
