@@ -65,6 +65,15 @@ def open_manager(desktop):
         manager.stop()
 
 
+@pytest.fixture(params=MANAGERS[os.environ["SPRIG_MANAGER"]].views)
+def view(desktop, request):
+    """Each kind of view of the file manager, for the windows that are opened then."""
+    manager = MANAGERS[os.environ["SPRIG_MANAGER"]]
+    manager.choose_view(desktop, request.param)
+    yield request.param
+    manager.choose_view(desktop, manager.views[0])
+
+
 @pytest.fixture
 def manager(desktop, folder, open_manager):
     """The file manager, which shows the folder, with a few templates."""

@@ -16,3 +16,13 @@ def test_a_template_is_picked_from_the_button_in_the_toolbar(desktop, folder, ma
     made = folder / "More 1.txt"
     wait_for(made.exists, "the file")
     manager.shows(made)
+
+
+def test_a_new_file_is_selected_in_a_folder_that_is_open_in_the_list_and_empty(desktop, folder, manager):
+    desktop.click(manager.on("inner"))
+    desktop.press("plus")
+    wait_for(lambda: [row for row in manager.rows() if "empty" in row.name.lower()], "the folder to be open")
+    made = folder / "inner/zzz.txt"
+    made.touch()
+    assert desktop.selects(made)
+    manager.shows(made)

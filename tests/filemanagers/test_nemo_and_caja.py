@@ -1,8 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The desktop, as Nemo and Caja draw it: a window without frame that shows the folder under an address of its own."""
+"""What only Nemo and Caja have: icons that a screen reader tells from one another by their labels, and the desktop, a
+window without frame that shows the folder under an address of its own."""
 
 import os
+import pathlib
 
+import pytest
 from driving import Caja, Nemo
 from sprigtest.home import template
 from sprigtest.waiting import wait_for
@@ -27,3 +30,13 @@ def test_a_file_is_made_on_the_desktop_and_selected_there(desktop):
     wait_for(lambda: shown.copies() == [made.as_uri()], "the file, and nothing else, to be what keys are for")
     assert len(shown.large_windows()) == 1
     shown.stop()
+
+
+@pytest.mark.usefixtures("view")
+def test_a_new_file_is_told_from_another_one_that_looks_alike(desktop, folder, open_manager):
+    other, new = [folder / pathlib.Path(os.fsdecode(name)) for name in (b"\xfe.txt", b"\xff.txt")]
+    other.touch()
+    open_manager(folder)
+    wait_for(lambda: desktop.selects(folder / "letter.txt"), "the view")
+    new.touch()
+    assert desktop.selects(new)
