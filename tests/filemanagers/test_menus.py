@@ -3,7 +3,7 @@
 
 import pytest
 from sprigtest.home import template
-from sprigtest.screenreader import nodes, wait_to_see
+from sprigtest.screenreader import has, nodes, wait_to_see
 from sprigtest.waiting import output_of, wait_for
 
 BUILTINS = ["Markdown Note", "Plain Text", "Meeting Notes", "Daily To-Do List", "React Component", "TypeScript Module",
@@ -82,21 +82,25 @@ def test_a_folder_without_permission_is_explained(desktop, folder, manager):
     assert names_in(folder) == ["inner", "letter.txt"]
 
 
+def comes_to_list(manager, place, *names):
+    """Opens menus until Sprig's begins with these."""
+    def offered():
+        manager.open_menu(place)
+        manager.pick("Sprig")
+        if manager.submenu("Sprig")[:len(names)] == list(names):
+            return True
+        manager.close_menus()
+        return False
+    wait_to_see(offered, "the new menu")
+
+
 @pytest.mark.parametrize("item", ["letter.txt", None], ids=["item", "background"])
 def test_a_changed_configuration_changes_the_next_menu(desktop, manager, item):
     place = manager.on(item) if item else manager.background()
     manager.open_menu(place)
     manager.close_menus()
     desktop.configure(template("Brand New"), template("Deep"), maxVisibleTemplates=1, showCategories=False)
-
-    def offered():
-        manager.open_menu(place)
-        manager.pick("Sprig")
-        if manager.submenu("Sprig")[:2] == ["Brand New", "More Templates"]:
-            return True
-        manager.close_menus()
-        return False
-    wait_to_see(offered, "the new menu")
+    comes_to_list(manager, place, "Brand New", "More Templates")
     if item:
         manager.pick("More Templates")
         assert manager.submenu("More Templates") == ["Deep"]
@@ -115,13 +119,21 @@ def test_a_menu_is_for_the_folder_of_its_window(desktop, folder, manager):
     desktop.end(process)
 
 
-def test_the_settings_open_in_front(desktop, manager):
-    manager.open_menu(manager.background())
+def test_the_settings_open_in_front_and_put_the_next_menu_in_order(desktop, manager):
+    place = manager.background()
+    manager.open_menu(place)
     manager.pick("Sprig", SETTINGS)
     window = desktop.dialog("Sprig Settings")
-    assert [row.name for row in nodes(window, {"list item"})] == ["R&D_notes", "Plain Text", "More 1", "Hidden"]
+
+    def rows(*states):
+        return [row.name for row in nodes(window, {"list item"}) if has(row, *states)]
+    assert rows() == ["R&D_notes", "Plain Text", "More 1", "Hidden"]
+    wait_to_see(lambda: rows("FOCUSED") == ["R&D_notes"], "the focus")
+    desktop.press("alt+Down")
+    wait_to_see(lambda: rows()[:2] == ["Plain Text", "R&D_notes"], "the new order")
     desktop.press("alt+F4")
     wait_for(lambda: not output_of("pgrep", "-f", "sprig-settings"), "the settings to end")
+    comes_to_list(manager, place, "Plain Text", "R&D_notes")
 
 
 def test_there_is_no_menu_where_sprig_does_not_serve(desktop, open_manager):
