@@ -9,6 +9,9 @@
 
 namespace sprig::settings {
 
+/// With “␀” in place of each null character.
+std::string shownText(const std::string& text);
+
 /// A template while it is edited. What is edited is written when the editor says so; what others change
 /// meanwhile in other fields is taken in. Where they change a field that was edited here, too, nothing is
 /// written until the user has decided.
@@ -35,6 +38,11 @@ class TemplateDraft {
 
   /// Replaces what is edited. Not written yet.
   void edit(const TemplateItem& wanted) { edited = wanted; }
+
+  /// The same for widgets, which end a text at its first null character: see `shownText`. What stands for
+  /// such characters is taken for them in a text that had some when it was opened.
+  TemplateItem shown() const;
+  void editShown(const TemplateItem& wanted);
 
   /// Writes what was edited since the last time. False if that was not possible.
   bool write();

@@ -153,6 +153,15 @@ def test_what_others_write_meanwhile_is_taken_in_or_asked_about(desktop, open_se
     settings.reads("This template was removed elsewhere.")
 
 
+def test_null_characters_stay_though_widgets_have_none(desktop, open_settings):
+    desktop.home.configure(template("Odd", content="a\0b"))
+    settings = open_settings("sprig://settings/templates/odd")
+    wait_to_see(lambda: settings.text("Content") == "a␀b", "the content")
+    for field, text, wanted in (("Name in the menu", "Even", ["Even", "a\0b"]), ("Content", "c␀d", ["Even", "c\0d"])):
+        settings.fill(field, text)
+        wait_for(lambda: [*desktop.templates("name", "content")[0]] == wanted, field)
+
+
 def test_bytes_are_shown_as_what_they_are(desktop, open_settings):
     desktop.home.configure(template("Picture", filenamePattern="Picture.png", contentBase64="iVBORw0KGgo="))
     settings = open_settings("sprig://settings/templates/picture")

@@ -177,7 +177,7 @@ void TemplateEditor::update() {
 }
 
 void TemplateEditor::show() {
-  const auto& item = draft->item();
+  const auto item = draft->shown();
   isUpdating = true;
   symbol.show(item.icon);
   setText(name, item.name);
@@ -206,20 +206,22 @@ void TemplateEditor::showBar() {
 }
 
 void TemplateEditor::showPreview() {
-  const auto preview = previewOf(draft->item(), folder);
+  auto preview = previewOf(draft->item(), folder);
   const auto filename = text::toValidUTF8(preview.filename);
-  gtk_label_set_text(GTK_LABEL(previewName), ("The next file: “" + filename + "”").c_str());
+  gtk_label_set_text(GTK_LABEL(previewName), ("The next file: “" + shownText(filename) + "”").c_str());
   const auto place = text::toValidUTF8(folder.lastPathComponent());
   gtk_button_set_label(GTK_BUTTON(folderButton), ("in " + place).c_str());
   const auto note = dialog::noteOn(filename);
   gtk_label_set_text(GTK_LABEL(previewNote), note.text.c_str());
   setVisible(previewNote, !note.text.empty());
+  if (!preview.hasOwnBytes) preview.content = shownText(preview.content);
   content.showPreview(preview);
 }
 
 /// What stands for a section in the file; the text itself for a section of the user's own.
 std::string TemplateEditor::categoryIn(const std::string& text) const {
-  if (draft && categoryDisplayName(draft->item().category) == text) return draft->item().category;
+  auto current = draft ? draft->shown().category : std::string();
+  if (draft && categoryDisplayName(current) == text) return current;
   for (const auto& known : categories) {
     if (categoryDisplayName(known) == text) return known;
   }
@@ -236,7 +238,7 @@ void TemplateEditor::followName(const TemplateItem& before) {
 
 void TemplateEditor::takeIn() {
   if (isUpdating || !draft) return;
-  auto item = draft->item();
+  auto item = draft->shown();
   followName(item);
   item.icon = symbol.symbol();
   item.name = textOf(name);
@@ -246,7 +248,7 @@ void TemplateEditor::takeIn() {
   item.requiresInput = gtk_switch_get_active(GTK_SWITCH(asks)) != FALSE;
   item.favorite = gtk_switch_get_active(GTK_SWITCH(favorite)) != FALSE;
   content.store(item);
-  draft->edit(item);
+  draft->editShown(item);
   showPreview();
   writing.start(pause);
 }
