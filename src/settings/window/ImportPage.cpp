@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "finder/TemplateCategories.h"
+#include "settings/TemplateDraft.h"
 #include "settings/TemplatePreview.h"
 #include "settings/window/ContentKind.h"
 #include "settings/window/Widgets.h"
@@ -129,6 +130,8 @@ GtkWidget* ImportPage::makeRow(std::size_t place) {
   setAccessibleDescription(check, kindOfContent(entry.item));
   checks.push_back(check);
   connect(check, "toggled", [this, place] {
+    // All at once are not looked at.
+    if (isUpdating) return;
     showChosen();
     showContent(place);
   });
@@ -190,7 +193,7 @@ void ImportPage::showContent(std::size_t place) {
   const auto& item = offer->entries()[place].item;
   gtk_label_set_text(GTK_LABEL(contentTitle), text::toValidUTF8(filenameOf(item)).c_str());
   const auto text = item.content.substr(0, mostShown);
-  setTextIn(content, ownBytes(item) ? kindOfContent(item) : text::toValidUTF8(text));
+  setTextIn(content, ownBytes(item) ? kindOfContent(item) : shownText(text::toValidUTF8(text)));
 }
 
 /// To the next check button, from the one that has the keyboard.
