@@ -51,7 +51,12 @@ class Settings:
 
     def click(self, name, roles=frozenset(BUTTONS)):
         node = self.sees(roles, name)
-        self.desktop.click(middle(area_in_gtk4(node, self.desktop.area(self.window), self.accessible())))
+
+        def look():
+            place = area_in_gtk4(node, self.desktop.area(self.window), self.accessible())
+            return place.width and place.height and place
+        # What has just appeared is not laid out yet.
+        self.desktop.click(middle(settled(look, f"the place of {name}")))
         return self
 
     def rows(self):
