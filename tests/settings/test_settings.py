@@ -258,6 +258,12 @@ def test_a_broken_file_is_mended_by_hand(desktop, open_settings):
     desktop.home.write(desktop.home.config, "{")
     settings.click("Restore Backup").lists("Alpha", "Beta", "Gamma")
     assert desktop.home.config.read_text() == whole
+    desktop.home.write(desktop.home.config, "{")
+    settings.fill("Configuration", "{}")
+    desktop.home.write(desktop.home.config, whole)
+    settings.sees({"push button"}, "Keep Mine")
+    assert settings.text("Configuration") == "{}"
+    settings.click("Reload").press("Escape").lists("Alpha", "Beta", "Gamma")
 
 
 def test_the_window_keeps_its_size(desktop, open_settings):

@@ -2,6 +2,7 @@
 
 #include "settings/window/SettingsWindow.h"
 
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -181,6 +182,8 @@ void SettingsWindow::addShortcut(const char* keys, std::function<void()> perform
 }
 
 void SettingsWindow::update() {
+  // Mended elsewhere while the user types, who goes on with it.
+  if (!model.fault() && text && isOn(textPage) && text->isTyped()) isEditingText = true;
   if (const bool isText = model.fault() || isEditingText; isText != isOn(textPage)) {
     // What was not written yet can't be any more.
     if (model.fault() && editor) editor->finish();
@@ -337,14 +340,15 @@ void SettingsWindow::open(const std::vector<platform::FileURL>& files) {
 
 /// Or says why there is nothing to choose from.
 void SettingsWindow::offer(TemplateImport found, const std::string& otherwise) {
-  if (isHeld([] {})) return;
-  const auto& skipped = found.skipped();
-  if (found.entries().empty()) return toast.show(skipped.empty() ? otherwise : skipped.front());
+  const auto kept = std::make_shared<TemplateImport>(std::move(found));
+  if (isHeld([this, kept, otherwise] { offer(*kept, otherwise); })) return;
+  const auto& skipped = kept->skipped();
+  if (kept->entries().empty()) return toast.show(skipped.empty() ? otherwise : skipped.front());
   if (editor) editor->finish();
   toast.hide();
   isEditingText = false;
   showPage(importPage);
-  imports->show(std::move(found));
+  imports->show(std::move(*kept));
 }
 
 void SettingsWindow::showAbout() {

@@ -55,7 +55,7 @@ GtkWidget* TextPage::makeButtons() {
   gtk_widget_add_css_class(saveButton, "suggested-action");
   connect(saveButton, "clicked", [this] { save(); });
   connect(restoreButton, "clicked", [this] {
-    if (model.restoreBackup()) tell("The backup is in force again.");
+    if (replaceTyped([this] { return model.restoreBackup(); })) tell("The backup is in force again.");
   });
   connect(afreshButton, "clicked", [this] { startAfresh(); });
   auto* space = makeLabel("");
@@ -133,15 +133,24 @@ void TextPage::mark(const TextFault& fault) {
 }
 
 void TextPage::save() {
-  const auto typed = textIn(buffer);
-  const auto old = std::exchange(shown, typed);
-  if (model.saveText(old.value_or(""), typed)) return tell("The configuration is saved, and in force.");
+  const auto old = shown.value_or("");
+  if (replaceTyped([&] { return model.saveText(old, textIn(buffer)); }))
+    tell("The configuration is saved, and in force.");
+}
+
+/// Does what leaves nothing of what was typed unsaved, unless it fails.
+bool TextPage::replaceTyped(const std::function<bool()>& replace) {
+  const auto old = std::exchange(shown, textIn(buffer));
+  if (replace()) return true;
   shown = old;
   update();
+  return false;
 }
 
 void TextPage::startAfresh() {
-  if (const auto copy = model.startAfresh()) tell("The old text is kept in “" + copy->path() + "”.");
+  std::optional<platform::FileURL> copy;
+  replaceTyped([&] { return (copy = model.startAfresh()).has_value(); });
+  if (copy) tell("The old text is kept in “" + copy->path() + "”.");
 }
 
 }  // namespace sprig::settings

@@ -41,6 +41,7 @@ class TextPage {
   void updateButtons(bool isSaveable);
   void mark(const TextFault& fault);
   void save();
+  bool replaceTyped(const std::function<bool()>& replace);
   void startAfresh();
 
   SettingsModel& model;
