@@ -46,6 +46,15 @@ TEST_F(Creator, WritesTheRenderedTextUnderAFreeNameAndRevealsIt) {
   EXPECT_EQ(test::namesIn(platform.files.home), std::vector<std::string>{}) << "no line in the log file";
 }
 
+TEST_F(Creator, RendersNameAndContentOfOneInstant) {
+  platform.clock.step = std::chrono::hours(30);
+  auto item = notes();
+  item.filenamePattern = item.content = "{{datetime}}";
+  const auto created = FileCreator::createFile(item, folder, {});
+  ASSERT_TRUE(created);
+  EXPECT_EQ(test::readFile(*created) + ".md", created->lastPathComponent());
+}
+
 TEST_F(Creator, PrefersUsableBase64ToTheText) {
   struct Row {
     std::optional<std::string> base64;
@@ -191,6 +200,8 @@ TEST_F(Creator, NeverLeavesTheFolderAndSaysFirstWhatIsWrongWithTheName) {
     EXPECT_NE(alert.informativeText.find("\nTechnical details:\n" + row.reason), std::string::npos);
     EXPECT_NE(alert.informativeText.find(row.namedAs), std::string::npos) << alert.informativeText;
     EXPECT_LT(alert.informativeText.size(), 10'000U);
+    EXPECT_NE(platform.systemLog.takeLines().at(0).find("FileCreator error: " + row.reason),
+              std::string::npos);
   }
   EXPECT_EQ(test::readFile(outside), "mine");
   EXPECT_EQ(test::namesIn(folder), std::vector<std::string>{});
@@ -203,9 +214,12 @@ TEST_F(Creator, RefusesTextThatIsNotUnicode) {
   platform.mainQueue.runPending();
   EXPECT_EQ(platform.application.shown.back().messageText, "Encoding error");
   EXPECT_EQ(platform.application.shown.back().informativeText, "Unable to encode template content.");
-  auto plain = notes();
-  plain.content = "no placeholder";
-  EXPECT_TRUE(FileCreator::createFile(plain, strange, "a.md"));
+  auto usable = notes();
+  usable.contentBase64 = "Zg==";
+  EXPECT_TRUE(FileCreator::createFile(usable, strange, "a.md")) << "its text isn't used";
+  usable = notes();
+  usable.content = "no placeholder";
+  EXPECT_TRUE(FileCreator::createFile(usable, strange, "a.md"));
 }
 
 TEST(Base64, SkipsStrangersAndRefusesBrokenGroups) {

@@ -56,11 +56,19 @@ TEST(TemplateEngine, SuggestsANameFromThePattern) {
         Row{"Log {{time}}", ".txt", {}, "Log 09:05:02.txt"}, Row{" {{name}}\n", ".tsx", {}, "Untitled.tsx"},
         Row{"   ", ".txt", {}, "Untitled.txt"}, Row{"", "", {}, "Untitled"},
         Row{"{{filename}}", ".md", {}, "{{filename}}.md"}, Row{"{{folder}}", ".md", {}, ".md"},
-        Row{"{{project}}", ".md", "my.app", "my.app"}, Row{"{{ project }}", ".md", "app", "app.md"},
-        Row{"notes", "md", {}, "notes.md"}, Row{".env", ".env", {}, ".env"}}) {
+        Row{"{{project}}", ".md", "my.app", "my.app"}, Row{"{{project}}", "", " x ", " x "},
+        Row{"{{ project }}", ".md", "app", "app.md"}, Row{"notes", "md", {}, "notes.md"},
+        Row{".env", ".env", {}, ".env"}}) {
     EXPECT_EQ(TemplateEngine::renderSuggestedFilename(templateOf(row.pattern, row.extension), row.folder, {}),
               row.expected);
   }
+}
+
+TEST(TemplateEngine, RendersTheInstantItIsGiven) {
+  test::TestPlatform platform;
+  const auto date = test::TestClock::at(1987, 3, 7, 9, 5, 2);
+  const auto rendered = TemplateEngine::render(templateOf("{{date}}", "", "{{date}}"), {}, {}, {}, date);
+  EXPECT_EQ(rendered.filename + " " + rendered.content, "1987-03-07 1987-03-07");
 }
 
 TEST(TemplateEngine, SplitsNamesAtTheLastDotButNotAtALeadingOne) {
@@ -101,6 +109,7 @@ TEST_F(Collision, IsSolvedByTheNextNumber) {
         Row{"report.md", {"report.md", "report 2.md", "report 3.md"}, "report 4.md"},
         Row{"report.md", {"report.md", "report 3.md"}, "report 2.md"},
         Row{"notes 3.md", {"notes 3.md"}, "notes 4.md"},
+        Row{"a 0.md", {"a 0.md"}, "a 1.md"},
         Row{"file 007.txt", {"file 007.txt"}, "file 8.txt"},
         Row{"a\t5.txt", {"a\t5.txt"}, "a 6.txt"},
         Row{"a 2 3.txt", {"a 2 3.txt"}, "a 2 4.txt"},

@@ -96,6 +96,8 @@ TEST_F(Menus, ShowAsManyTemplatesAsTheSettingsSay) {
     configure(categories, {.maxVisibleTemplates = many});
     EXPECT_EQ(menuText(), "T1\nT2\nT3\n---\nSprig Settings…\n") << many;
   }
+  configure(std::vector<std::string>(11, "notes"), {.showCategories = false, .maxVisibleTemplates = -1});
+  EXPECT_TRUE(menuText().ends_with("T10\n---\nMore Templates\n  T11\n---\nSprig Settings…\n"));
 }
 
 TEST_F(Menus, OfferEnabledTemplatesInTheOrderOfTheDocumentOnly) {

@@ -28,7 +28,7 @@ TemplateItem templateOf(const std::string& id, const std::string& name, const st
   item.id = id;
   item.name = name;
   item.extensionName = ".txt";
-  item.filenamePattern = "{{folder}}";
+  item.filenamePattern = "{{folder}} {{project}}";
   item.content = content;
   return item;
 }
@@ -43,7 +43,7 @@ struct Action : testing::Test {
     platform.controller.targeted = folder;
     config.settings.defaultBehavior = "create";
     config.templates = {templateOf("a", "Alpha", "first a"), templateOf("a", "Beta", "second a"),
-                        templateOf("c", "Caf\u00E9", "c")};
+                        templateOf("c", "Caf\u00E9", "c"), templateOf("", "Nameless", "no id")};
   }
 
   void load() {
@@ -73,6 +73,7 @@ struct Action : testing::Test {
 TEST_F(Action, FindsTheTemplateByIdentifierThenByTitle) {
   EXPECT_EQ(created(entry("Beta", "a")), "first a") << "the first of equal ids";
   EXPECT_EQ(created(entry("Beta", "unknown")), "second a");
+  EXPECT_EQ(created(entry("Beta", "")), "no id") << "an empty identifier is one";
   EXPECT_EQ(created(entry("\u3000 Beta\t")), "second a");
   EXPECT_EQ(created(entry("Cafe\u0301")), "c") << "canonically equivalent";
   platform.workspace.revealed.clear();
@@ -84,11 +85,16 @@ TEST_F(Action, FindsTheTemplateByIdentifierThenByTitle) {
 }
 
 TEST_F(Action, StillKnowsWhatAMenuOffered) {
-  for (auto& item : config.templates) item.enabled = true;
+  for (auto& item : config.templates) item.enabled = item.id != "";
+  config.settings.maxVisibleTemplates = 1;
   load();
   static_cast<void>(finder->menu(FIMenuKind::contextualMenuForContainer));
-  config.templates = {templateOf("a", "Alpha", "new a"), templateOf("d", "Delta", "d")};
+  config.templates = {templateOf("a", "Alpha", "new a"), templateOf("d", "Delta", "d"),
+                      templateOf("b", "Beta", "new b")};
   load();
+  EXPECT_EQ(created(entry("Nameless")), "nothing") << "gone, and never offered since it was disabled";
+  EXPECT_EQ(created(entry("Beta")), "second a") << "offered under the title before it was configured";
+  EXPECT_EQ(created(entry("Beta", "d")), "d") << "an id that is configured before a title that was offered";
   EXPECT_EQ(created(entry("x", "a")), "second a") << "the last one offered under the id";
   EXPECT_EQ(created(entry("Cafe\u0301")), "c") << "gone from the configuration since";
   EXPECT_EQ(created(entry("Delta")), "d") << "never offered, disabled, but configured";
@@ -125,9 +131,13 @@ TEST_F(Action, CreatesInTheFolderClickedSelectedLastUsedOrOnTheDesktop) {
   EXPECT_EQ(folderOf(), desktop);
   platform.controller.targeted = folder;
   static_cast<void>(finder->menu(FIMenuKind::contextualMenuForContainer));
+  config.settings.showInFinder = false;
+  load();
+  platform.controller.targeted = selected;
+  EXPECT_EQ(finder->menu(FIMenuKind::contextualMenuForContainer), nullptr);
   platform.controller.targeted.reset();
   platform.controller.selected = std::vector<FileURL>{};
-  EXPECT_EQ(folderOf(), folder);
+  EXPECT_EQ(folderOf(), folder) << "only a menu that is shown counts";
 
   FinderSync fresh;
   platform.users.home.reset();
@@ -161,6 +171,8 @@ TEST_F(Action, UsesTheNameTheUserTypesAndStopsWhenTheUserDoes) {
   EXPECT_EQ(platform.workspace.revealed.back(), folder.appendingPath("mine.txt"));
   EXPECT_EQ(platform.application.shown.back().informativeText,
             "Enter a name for the new file in “Projects”:");
+  EXPECT_EQ(platform.application.shown.back().window->initialFirstResponder->placeholderString,
+            "Projects Projects.txt");
   platform.application.user = [this](Alert& alert) { platform.application.press(alert, "\x1b"); };
   const auto log = pick(entry("Alpha"));
   EXPECT_TRUE(log.ends_with("templateAction: User cancelled prompt\n")) << log;
