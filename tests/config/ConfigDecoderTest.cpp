@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include "config/BuiltinTemplates.h"
 #include "config/ConfigEncoder.h"
+#include "config/JsonIndex.h"
 #include "support/TemporaryFolder.h"
 
 namespace sprig {
@@ -110,6 +112,9 @@ TEST(ConfigDecoder, NamesLineAndColumnOfWhatIsNotJSON) {
            Row{"{\n \"name\": \"caf\u00E9\" oops", "line 2, column 17: syntax error at \"o\""},
            Row{"{\"a\":01}", "line 1, column 7: syntax error at \"1\""},
            Row{"{} {}", "line 1, column 4: expected the end of the document, found \"{\""},
+           Row{"{}~", "line 1, column 3: expected the end of the document, found \"~\""},
+           Row{"{}\x7F", "line 1, column 3: expected the end of the document, found byte 0x7F"},
+           Row{"{\"a\"\0}"s, "line 1, column 5: syntax error at byte 0x00"},
            Row{"\xFF\xFE{\0"s,
                "line 1, column 1: the document is not UTF-8 text (it looks like UTF-16 or UTF-32)"},
            Row{"{\0}\0"s,
@@ -172,13 +177,25 @@ TEST(ConfigEncoder, WritesKeysInTheOrderOfTheFields) {
 }
 
 TEST(BuiltinTemplates, HaveTheTextsThatUsersRelyOn) {
-  std::ostringstream told;
-  for (const auto& item : defaultFallbackConfig().templates) {
-    EXPECT_TRUE(item.enabled && item.isBuiltin && !item.contentBase64);
-    told << item.extensionName << item.content.size() << (item.favorite ? "*" : "")
-         << (item.requiresInput ? "?" : "") << (item.scope ? "@ " : " ");
+  EXPECT_EQ(encodeConfig(defaultFallbackConfig()),
+            test::readFile(platform::FileURL(SPRIG_GOLDEN "/builtin-templates.json")));
+}
+
+TEST(JsonIndex, FindsTheSamePlacesAsASearch) {
+  auto text = "\xEF\xBB\xBF" + encodeConfig(defaultFallbackConfig());
+  for (const char lineBreak : {'\n', ' '}) {
+    std::replace(text.begin(), text.end(), '\n', lineBreak);
+    const JsonIndex index(text);
+    for (std::size_t number = 0; number < 12; ++number) {
+      for (const char* key : {"id", "scope", "missing"}) {
+        const std::vector<JsonStep> path{"templates", number, key};
+        const auto found = index.position(path);
+        const auto searched = positionIn(text, offsetInJson(text, path));
+        EXPECT_EQ(std::pair(found.line, found.column), std::pair(searched.line, searched.column))
+            << number << key;
+      }
+    }
   }
-  EXPECT_EQ(told.str(), ".md15* .txt0* .md130 .txt118 .tsx220*?@ .ts64@ .py88@ .json7 .env24 .docx0 .xlsx0 ");
 }
 
 TEST(Documentation, HasAnExampleThatLoads) {

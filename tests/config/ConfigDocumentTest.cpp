@@ -65,6 +65,10 @@ TEST(ConfigDocument, ChangesOnlyTheBytesOfAnEdit) {
       document.setSettings(wanted);
     };
   };
+  const std::string inserted =
+      R"({"id": "b", "name": "Nb", "extension": ".x", "filenamePattern": "p", "content": "c", )"
+      R"("icon": "s", "category": "k", "enabled": true, "favorite": false, )"
+      R"("requiresInput": true, "isBuiltin": false})";
   const Row rows[] = {
       {compact, [](ConfigDocument& it) { it.setTemplate(1, it.config().templates[1]); }, compact},
       {compact, change(0, [](TemplateItem& it) { it.name = "ü\"\n"; }),
@@ -90,10 +94,13 @@ TEST(ConfigDocument, ChangesOnlyTheBytesOfAnEdit) {
        replaced(spacious, manyLines("a") + ",\r\n\t\t" + manyLines("b"),
                 manyLines("b") + ",\r\n\t\t" + manyLines("a"))},
       {compact, [](ConfigDocument& it) { it.insertTemplate(0, decodeConfig(compact).templates[1]); },
-       replaced(compact, "[{",
-                R"([{"id": "b", "name": "Nb", "extension": ".x", "filenamePattern": "p", "content": "c", )"
-                R"("icon": "s", "category": "k", "enabled": true, "favorite": false, )"
-                R"("requiresInput": true, "isBuiltin": false},{)")},
+       replaced(compact, "[{", "[" + inserted + ",{")},
+      {compact, [](ConfigDocument& it) { it.insertTemplate(2, decodeConfig(compact).templates[1]); },
+       replaced(compact, "false}]", "false}," + inserted + "]")},
+      {compact, [](ConfigDocument& it) { it.setText(1, it.textOf(0)); },
+       replaced(compact, oneLine("b"), oneLine("a"))},
+      {compact, [](ConfigDocument& it) { it.setOtherText(1, "note", "n"); },
+       replaced(compact, "false}]", R"(false,"note": "n"}])")},
       {empty, [](ConfigDocument& it) { it.insertTemplate(0, decodeConfig(compact).templates[0]); },
        replaced(empty, "[]",
                 "[\n    {\n      \"id\": \"a\",\n      \"name\": \"Na\",\n      \"extension\": \".x\",\n"
@@ -177,6 +184,20 @@ TEST(ConfigDocument, HoldsAfterAnyEditsWhatTheRecordsHold) {
     EXPECT_EQ(pair.document.text().find("$schema") == std::string::npos,
               text.find("$schema") == std::string::npos);
   }
+}
+
+TEST(ConfigDocument, KnowsTemplatesWithOneIdByTheirOrder) {
+  ConfigDocument document(compact);
+  document.insertText(2, document.textOf(0));
+  document.setOtherText(2, "note", "n\"");
+  const TemplateKey second{document.config().templates[0].id, 1};
+  EXPECT_EQ(document.find(document.keyOf(0)), 0U);
+  EXPECT_EQ(document.find(second), 2U);
+  EXPECT_EQ(document.keyOf(2).occurrence, 1U);
+  EXPECT_EQ(document.find({second.id, 2}), std::nullopt);
+  EXPECT_EQ(document.otherText(2, "note"), "n\"");
+  EXPECT_EQ(document.otherText(2, "enabled"), std::nullopt) << "no text";
+  EXPECT_EQ(document.otherText(0, "note"), std::nullopt);
 }
 
 TEST(ConfigDocument, RefusesWhatIsNoConfigurationAndStaysAsItWas) {

@@ -179,6 +179,22 @@ TEST_F(Action, UsesTheNameTheUserTypesAndStopsWhenTheUserDoes) {
   EXPECT_EQ(test::namesIn(folder), std::vector<std::string>{"mine.txt"});
 }
 
+TEST_F(Action, IsLoggedStepByStep) {
+  const auto file = folder.appendingPath("Projects Projects.txt").path();
+  EXPECT_EQ(pick(entry("Alpha", "a")),
+            "templateAction invoked for 'Alpha', identifier: 'a'\n"
+            "templateAction executing for template 'Alpha' in folder '" +
+                folder.path() +
+                "'\n"
+                "Successfully wrote file to " +
+                file +
+                "\n"
+                "templateAction SUCCESS: Created file '" +
+                file + "'\n");
+  finder->performAction(openSettingsActionSelector, entry("Sprig Settings…"));
+  EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"sprig://settings"});
+}
+
 TEST_F(Action, LeavesTheExplanationOfAFailureToTheAlert) {
   platform.controller.targeted = folder.appendingPath("gone");
   const auto log = pick(entry("Alpha"));

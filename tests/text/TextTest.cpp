@@ -52,6 +52,7 @@ TEST(Equality, IsCanonicalEquivalence) {
   EXPECT_TRUE(isEqual("caf\u00E9", "cafe\u0301"));
   EXPECT_TRUE(isEqual("\u212B", "A\u030A"));
   EXPECT_FALSE(isEqual("cafe", "caf\u00E9"));
+  EXPECT_FALSE(isEqual("caf\u00E9", "cafe"));
   EXPECT_FALSE(isEqual("a", "A"));
   EXPECT_FALSE(isEqual("\uFB01", "fi"));  // compatible, not canonically equivalent
   EXPECT_EQ(canonicalForm("e\u0301"), "\u00E9");
@@ -61,6 +62,7 @@ TEST(Length, CountsUTF16CodeUnits) {
   EXPECT_EQ(utf16Length("abc"), 3U);
   EXPECT_EQ(utf16Length("\u00E9\u20AC"), 2U);
   EXPECT_EQ(utf16Length("\U0001F600!"), 3U);
+  EXPECT_EQ(utf16Length("\uFFFF"), 1U);
 }
 
 TEST(Validity, RefusesWhatIsNotUTF8AndMendsIt) {
