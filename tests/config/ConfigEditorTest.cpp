@@ -76,6 +76,9 @@ TEST_F(ConfigEditorTest, KeepsModeAndLinkAndABackupOfWhatItFound) {
   ASSERT_EQ(::stat(target.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode, S_IFREG | 0640U);
   EXPECT_TRUE(std::filesystem::is_symlink(path));
+  for (const char* foreign : {"config-notes.txt", "notes.json"}) {
+    platform.files.appendData("not a backup", platform.files.stateDirectory().appendingPath(foreign));
+  }
   ASSERT_EQ(ConfigEditor::backups().size(), 1U);
   EXPECT_EQ(platform.files.contentsOfFile(ConfigEditor::backups()[0]), defaults);
   for (std::size_t index = 2; index < 9; ++index) {
@@ -118,6 +121,9 @@ TEST_F(ConfigEditorTest, ReplacesABrokenTextOnlyByAValidOneAndOnlyTheOneThatWasR
   EXPECT_FALSE(editor.replaceText("{", defaults));
   EXPECT_EQ(text(), defaults);
   EXPECT_EQ(platform.files.contentsOfFile(ConfigEditor::backups().at(0)), "{");
+  platform.calls->meanwhile = [this] { write(without(4)); };
+  EXPECT_EQ(editor.replaceText(defaults, without(1))->reason, Reason::changedMeanwhile);
+  EXPECT_EQ(text(), without(4));
 }
 
 TEST_F(ConfigEditorTest, AppliesAChangeAgainToWhatAnotherProgramWroteMeanwhile) {
