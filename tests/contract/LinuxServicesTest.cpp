@@ -26,7 +26,9 @@ namespace {
 using Text = std::optional<std::string>;
 
 TEST(LinuxFolders, AreTheOnesOfTheEnvironmentUnlessRelative) {
-  const std::string recorded = ports::LinuxUserDatabase().homeDirectory().value().path();
+  const passwd* user = ::getpwuid(::getuid());
+  ASSERT_NE(user, nullptr);
+  const std::string recorded = user->pw_dir;
   const auto share = recorded + "/.local/share/sprig";
   const auto state = recorded + "/.local/state/sprig";
   struct Row {
@@ -46,6 +48,7 @@ TEST(LinuxFolders, AreTheOnesOfTheEnvironmentUnlessRelative) {
     const ScopedVariable config("XDG_CONFIG_HOME", row.config);
     const ScopedVariable states("XDG_STATE_HOME", row.state);
     EXPECT_EQ(files.homeDirectory().path(), row.homeFolder);
+    EXPECT_EQ(ports::LinuxUserDatabase().homeDirectory().value().path(), recorded);
     EXPECT_EQ(files.homeDirectoryForCurrentUser().path(), row.ownHome);
     EXPECT_EQ(files.containerURL("sprig").value().path(), row.container);
     EXPECT_FALSE(files.containerURL("../sprig"));
@@ -80,15 +83,6 @@ TEST(LinuxUserDatabase, TakesTheNameFromTheCommentAndNeedsAHome) {
     const auto entry = ports::LinuxUserDatabase::entry(record);
     EXPECT_EQ(entry ? Text(entry->fullName) : Text(), row.fullName);
   }
-}
-
-TEST(LinuxUserDatabase, AsksForTheRealUserWhateverTheEnvironmentSays) {
-  const ScopedVariable home("HOME", "/elsewhere");
-  const ScopedVariable user("USER", "somebody");
-  const passwd* record = ::getpwuid(::getuid());
-  ASSERT_NE(record, nullptr);
-  EXPECT_EQ(ports::LinuxUserDatabase().homeDirectory().value().path(), record->pw_dir);
-  EXPECT_FALSE(ports::LinuxUserDatabase().fullUserName().empty());
 }
 
 /// A log daemon's socket in a temporary folder.
