@@ -186,6 +186,18 @@ TEST(ConfigDocument, HoldsAfterAnyEditsWhatTheRecordsHold) {
   }
 }
 
+TEST(ConfigDocument, LaysOutALateMemberAsIfItHadBeenThere) {
+  ConfigDocument late(empty), whole(empty);
+  auto item = decodeConfig(compact).templates[0];
+  late.insertTemplate(0, item);
+  item.scope = TemplateScope{{{"web"}}};
+  late.setTemplate(0, item);
+  whole.insertTemplate(0, item);
+  EXPECT_EQ(late.text(), whole.text());
+  whole.insertTemplate(1, item);
+  EXPECT_NE(whole.text().find("\n    },\n    {\n      \"id\": \"a\",\n      \"name\""), std::string::npos);
+}
+
 TEST(ConfigDocument, KnowsTemplatesWithOneIdByTheirOrder) {
   ConfigDocument document(compact);
   document.insertText(2, document.textOf(0));

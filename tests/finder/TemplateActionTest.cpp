@@ -6,6 +6,7 @@
 #include "config/ConfigEncoder.h"
 #include "config/ConfigManager.h"
 #include "finder/ContextMenu.h"
+#include "finder/TemplateAction.h"
 #include "support/TestPlatform.h"
 
 namespace sprig {
@@ -173,10 +174,13 @@ TEST_F(Action, UsesTheNameTheUserTypesAndStopsWhenTheUserDoes) {
             "Enter a name for the new file in “Projects”:");
   EXPECT_EQ(platform.application.shown.back().window->initialFirstResponder->placeholderString,
             "Projects Projects.txt");
+  const auto shown = platform.application.shown.size();
+  EXPECT_EQ(performTemplateAction(entry("Alpha"), {}, "given"), folder.appendingPath("given.txt"));
+  EXPECT_EQ(platform.application.shown.size(), shown) << "asked for a name that it had";
   platform.application.user = [this](Alert& alert) { platform.application.press(alert, "\x1b"); };
   const auto log = pick(entry("Alpha"));
   EXPECT_TRUE(log.ends_with("templateAction: User cancelled prompt\n")) << log;
-  EXPECT_EQ(test::namesIn(folder), std::vector<std::string>{"mine.txt"});
+  EXPECT_EQ(test::namesIn(folder), (std::vector<std::string>{"given.txt", "mine.txt"}));
 }
 
 TEST_F(Action, IsLoggedStepByStep) {
