@@ -187,7 +187,8 @@ TEST(ConfigDocument, HoldsAfterAnyEditsWhatTheRecordsHold) {
 }
 
 TEST(ConfigDocument, LaysOutALateMemberAsIfItHadBeenThere) {
-  ConfigDocument late(empty), whole(empty);
+  ConfigDocument late(empty);
+  ConfigDocument whole(empty);
   auto item = decodeConfig(compact).templates[0];
   late.insertTemplate(0, item);
   item.scope = TemplateScope{{{"web"}}};

@@ -77,8 +77,8 @@ TEST_F(Prompt, SelectsTheBaseOfTheName) {
     std::optional<platform::TextRange> selected;
   };
   for (const auto& row :
-       {Row{"notes.txt", {{0, 5}}}, Row{"archive.tar.gz", {{0, 11}}}, Row{".gitignore", {{0, 10}}},
-        Row{"\U0001F600é.md", {{0, 3}}}, Row{"", std::nullopt}}) {
+       {Row{"notes.txt", {{0, 5}}}, Row{"a.txt", {{0, 1}}}, Row{"archive.tar.gz", {{0, 11}}},
+        Row{".gitignore", {{0, 10}}}, Row{"\U0001F600é.md", {{0, 3}}}, Row{"", std::nullopt}}) {
     ask(row.suggested);
     const auto& editor = shown().window->firstResponder->currentEditor;
     ASSERT_TRUE(editor);
