@@ -140,6 +140,8 @@ TEST_F(Menus, GiveEntriesTheirActionsAndImages) {
   EXPECT_EQ(details(section), "");
   EXPECT_EQ(details(section.submenu->items[0]), "templateAction: t2; doc.text (T2)");
   EXPECT_EQ(details(items[4]), "openSettingsAction:");
+  platform.images.missing.clear();
+  EXPECT_EQ(details(finder.menu(forToolbar)->items.back()), "openSettingsAction:; gearshape (Settings)");
   EXPECT_TRUE(items[0].target == &finder && items[4].target == &finder && items[0].keyEquivalent.empty());
 }
 
