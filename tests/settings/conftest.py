@@ -56,7 +56,7 @@ class Settings:
             place = area_in_gtk4(node, self.desktop.area(self.window), self.accessible())
             return place.width and place.height and place
         # What has just appeared is not laid out yet.
-        self.desktop.click(middle(settled(look, f"the place of {name}")))
+        self.desktop.click(middle(settled(look, f"the place of {name}", not_yet=KeyError)))
         return self
 
     def rows(self):

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <compare>
 #include <map>
 #include <memory>
 #include <set>
@@ -108,8 +109,14 @@ class LentMenu {
     /// What the submenu lists.
     std::vector<Part*> children;
   };
-  /// With whether there is a submenu: an item that has one can't do without any more.
-  using Name = std::pair<std::string, bool>;
+  /// With whether there is a submenu: an item that has one can't do without any more. The number is for
+  /// another order of what is in it: Caja and Nemo leave what keeps its names where it was.
+  struct Name {
+    std::string text;
+    bool hasChildren = false;
+    int order = 0;
+    auto operator<=>(const Name&) const = default;
+  };
 
   void show(const MenuEntries& wanted) {
     std::set<const Part*> used;
@@ -127,7 +134,7 @@ class LentMenu {
       if (!Manager::shows(entry, kind)) continue;
       auto children = partsFor(entry.children, used);
       if (entry.type == MenuEntry::Type::submenu && children.empty()) continue;
-      auto& part = partFor(entry, !children.empty());
+      auto& part = partFor(entry, children);
       if (part.children != children) setChildren(part, std::move(children));
       used.insert(&part);
       result.push_back(&part);
@@ -135,13 +142,17 @@ class LentMenu {
     return result;
   }
 
-  Part& partFor(const MenuEntry& entry, bool hasChildren) {
-    const Name name(entry.name, hasChildren);
+  Part& partFor(const MenuEntry& entry, const std::vector<Part*>& children) {
+    const auto name = nameFor(entry, children);
     auto found = parts.find(name);
-    if (found == parts.end()) found = parts.try_emplace(name, Manager::newItem(entry, kind)).first;
+    if (found == parts.end()) {
+      auto named = entry;
+      if (name.order != 0) named.name += "-" + std::to_string(name.order);
+      found = parts.try_emplace(name, Manager::newItem(named, kind)).first;
+    }
     auto& part = found->second;
     Manager::show(part.item.get(), entry);
-    if (hasChildren || entry.action.empty()) return part;
+    if (name.hasChildren || entry.action.empty()) return part;
     if (part.pick) {
       part.pick->entry = {entry.action, entry.title};
     } else {
@@ -149,6 +160,28 @@ class LentMenu {
       activateOnPick(part.item.get(), part.pick);
     }
     return part;
+  }
+
+  Name nameFor(const MenuEntry& entry, const std::vector<Part*>& children) {
+    if (children.empty()) return {entry.name};
+    auto& order = orders[entry.name];
+    const auto last = parts.find(Name{entry.name, true, order});
+    if (last != parts.end() && !haveSameOrder(last->second.children, children)) ++order;
+    return {entry.name, true, order};
+  }
+
+  /// Whether what is in both stands in the same order.
+  static bool haveSameOrder(const std::vector<Part*>& before, const std::vector<Part*>& after) {
+    auto place = before.begin();
+    for (auto* part : after) {
+      const auto found = std::find(place, before.end(), part);
+      if (found != before.end()) {
+        place = found;
+      } else if (std::find(before.begin(), place, part) != place) {
+        return false;
+      }
+    }
+    return true;
   }
 
   void setChildren(Part& part, std::vector<Part*> children) {
@@ -173,6 +206,8 @@ class LentMenu {
   wire::Kind kind;
   MenuEntries entries;
   std::map<Name, Part> parts;
+  /// How often what is in a submenu has changed places.
+  std::map<std::string, int> orders;
   std::vector<Part*> top;
   /// Null when it has gone.
   GObject* holder = nullptr;
