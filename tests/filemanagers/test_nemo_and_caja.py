@@ -40,3 +40,10 @@ def test_a_new_file_is_told_from_another_one_that_looks_alike(desktop, folder, o
     wait_for(lambda: desktop.selects(folder / "letter.txt"), "the view")
     new.touch()
     assert desktop.selects(new)
+
+
+@pytest.mark.usefixtures("view")
+def test_a_file_is_selected_while_its_folder_is_still_being_read(desktop, open_manager):
+    manager = open_manager("/")
+    assert desktop.selects(pathlib.Path("/srv"))
+    wait_for(lambda: manager.copies() == ["file:///srv"], "the file to be what keys are for")

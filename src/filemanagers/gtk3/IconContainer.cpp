@@ -22,6 +22,8 @@ using wire::TextPointer;
 
 /// Room around an item that is scrolled to, in pixels.
 constexpr double margin = 6;
+/// Icons that a view adds while it loads follow one another more closely.
+constexpr guint millisecondsBetweenIcons = 100;
 
 /// The URI of the folder that is shown, without a slash at its end; empty when the container doesn't tell.
 std::string shownFolder(GtkWidget* container) {
@@ -162,6 +164,7 @@ NewIcon::NewIcon(GtkWidget* iconContainer, const FileObjects& fileObjects, std::
 }
 
 NewIcon::~NewIcon() {
+  if (others != 0) g_source_remove(others);
   g_signal_handlers_disconnect_by_data(parent.get(), this);
   g_signal_handlers_disconnect_by_data(container.get(), this);
 }
@@ -175,10 +178,23 @@ void NewIcon::iconAdded(GtkWidget* /*widget*/, void* file, void* self) noexcept 
   atBorder([&] {
     auto& icons = *static_cast<NewIcon*>(self);
     const auto wanted = icons.objects.lookUp(icons.uri.c_str());
-    if (!wanted || wanted.get() != file || !icons.lastChild) return;
+    if (!wanted || wanted.get() != file || !icons.lastChild) return icons.awaitOthers();
     icons.icon = std::move(icons.lastChild);
     icons.tell();
   });
+}
+
+/// A view that is still loading adds many at a time.
+void NewIcon::awaitOthers() {
+  if (others != 0) g_source_remove(others);
+  others = g_timeout_add(millisecondsBetweenIcons, allAdded, this);
+}
+
+gboolean NewIcon::allAdded(void* self) noexcept {
+  auto& icons = *static_cast<NewIcon*>(self);
+  icons.others = 0;
+  atBorder(icons.tell);
+  return G_SOURCE_REMOVE;
 }
 
 State selectIcon(GtkWidget* container, const FileObjects& objects, const std::string& uri, AtkObject* icon) {

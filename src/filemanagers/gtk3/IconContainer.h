@@ -16,10 +16,11 @@ namespace sprig::filemanagers {
 bool isIconContainer(GtkWidget* widget);
 
 /// Notices which of the icons that are new in such a widget is that of a file, so that nobody needs to look
-/// for it among all the others.
+/// for it among all the others; and when no more are added for a while, after which it may be there
+/// unnoticed.
 class NewIcon {
  public:
-  /// `appeared` is called when it is there.
+  /// `appeared` is called when it is there, or may be.
   NewIcon(GtkWidget* container, const FileObjects& fileObjects, std::string fileUri,
           std::function<void()> appeared);
   ~NewIcon();
@@ -33,6 +34,8 @@ class NewIcon {
  private:
   static void childAdded(AtkObject* parent, guint index, void* child, void* self) noexcept;
   static void iconAdded(GtkWidget* widget, void* file, void* self) noexcept;
+  void awaitOthers();
+  static gboolean allAdded(void* self) noexcept;
 
   const wire::ObjectPointer<GtkWidget> container;
   const wire::ObjectPointer<AtkObject> parent;
@@ -41,6 +44,7 @@ class NewIcon {
   const std::function<void()> tell;
   wire::ObjectPointer<AtkObject> lastChild;
   wire::ObjectPointer<AtkObject> icon;
+  guint others = 0;
 };
 
 /// Selects a file in such a widget by way of what it tells a screen reader, scrolls to it and gives it the
