@@ -80,6 +80,7 @@ def in_mounts_of(process, call, *arguments):
 
 
 BIND = 4096
+DETACH = 2  # also while the extension reads a file there
 
 
 @pytest.fixture
@@ -118,7 +119,7 @@ def test_a_mount_over_the_configurations_folder_counts_while_it_is_there(apart, 
         home.write(home.path / "disk/config.json", home.config.read_text().replace("own", name))
         wait_until(lambda: first(manager) == f"template:{name}")
         home.write(home.path / "disk/config.json", home.config.read_text().replace("own", "mounted"))
-        in_mounts_of(process, "umount", folder)
+        in_mounts_of(process, "umount2", folder, DETACH)
         wait_until(lambda: first(manager) == "template:own")
 
 
