@@ -4,16 +4,29 @@
 
 #include <unistd.h>
 
+#include "ports/linux/InotifyFileChangeSources.h"
+#include "ports/terminal/NoFileChangeSources.h"
+
 namespace sprig::terminal {
 
-TerminalPlatform::TerminalPlatform(Logging logging)
+namespace {
+
+std::unique_ptr<platform::FileChangeSources> sourcesFor(ConfigChanges changes) {
+  if (changes == ConfigChanges::ignored) return std::make_unique<NoFileChangeSources>();
+  return std::make_unique<ports::InotifyFileChangeSources>();
+}
+
+}  // namespace
+
+TerminalPlatform::TerminalPlatform(Logging logging, ConfigChanges changes)
     : standardError(STDERR_FILENO),
       reader(LineReader::make(mainQueue, standardError)),
       systemLog(logging, mainQueue, standardError),
       workspace(standardError),
       alerts(mainQueue, *reader, standardError),
       scope(services),
-      services{files,   users,     process,   clock,  systemLog, mainQueue, fileChanges,
+      fileChanges(sourcesFor(changes)),
+      services{files,   users,     process,   clock,  systemLog, mainQueue, *fileChanges,
                volumes, workspace, creations, images, alerts,    target} {}
 
 ExitStatus TerminalPlatform::outcomeOfPick() {

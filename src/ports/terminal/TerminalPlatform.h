@@ -6,7 +6,6 @@
 
 #include "platform/Platform.h"
 #include "ports/linux/CreationJournal.h"
-#include "ports/linux/InotifyFileChangeSources.h"
 #include "ports/linux/LinuxClock.h"
 #include "ports/linux/LinuxFileSystem.h"
 #include "ports/linux/LinuxMainQueue.h"
@@ -24,12 +23,15 @@
 
 namespace sprig::terminal {
 
+/// Whether a command goes on for so long that it has to take in changes of the configuration.
+enum class ConfigChanges { followed, ignored };
+
 /// The product's platform in a terminal, in force for as long as it lives.
 ///
 /// Threads: made and used on the main thread.
 class TerminalPlatform {
  public:
-  explicit TerminalPlatform(Logging logging);
+  TerminalPlatform(Logging logging, ConfigChanges changes);
 
   /// Standard error: menus, questions, everything that is not the answer itself.
   const Screen& screen() const { return standardError; }
@@ -62,7 +64,7 @@ class TerminalPlatform {
   // The order below matters at the end: first the product's objects go, then the background thread that may
   // still be at work for them, and the platform stays in force until then.
   platform::PlatformScope scope;
-  ports::InotifyFileChangeSources fileChanges;
+  std::unique_ptr<platform::FileChangeSources> fileChanges;
   platform::Platform services;
 };
 

@@ -28,7 +28,7 @@ namespace {
 /// Runs the command that a request is for.
 class Runner {
  public:
-  explicit Runner(Logging logging) : platform(logging) {}
+  explicit Runner(const CommandLine& line) : platform(line.logging, changesFor(line)) {}
 
   ExitStatus operator()(const BrowseRequest& request) { return BrowseCommand(platform, request).run(); }
   ExitStatus operator()(const ListRequest& request) { return ListCommand(platform, request).run(); }
@@ -40,6 +40,11 @@ class Runner {
   ExitStatus operator()(const TextRequest& request) { return printData(request.text, platform.screen()); }
 
  private:
+  static ConfigChanges changesFor(const CommandLine& line) {
+    const bool staysOpen = std::holds_alternative<BrowseRequest>(line.request);
+    return staysOpen ? ConfigChanges::followed : ConfigChanges::ignored;
+  }
+
   TerminalPlatform platform;
 };
 
@@ -51,7 +56,7 @@ ExitStatus run(std::vector<std::string> arguments) {
       errors.complain(commandLine.error() + "; see “sprig --help”");
       return ExitStatus::wrongUse;
     }
-    return std::visit(Runner(commandLine->logging), commandLine->request);
+    return std::visit(Runner(*commandLine), commandLine->request);
   } catch (const std::bad_alloc&) {
     errors.complain("there is not enough memory for this");
     return ExitStatus::failed;
