@@ -28,7 +28,7 @@ class Extension {
 
  private:
   Home home;
-  terminal::TerminalPlatform platform{terminal::Logging::quiet};
+  terminal::TerminalPlatform platform{terminal::Logging::quiet, terminal::ConfigChanges::followed};
   FinderSync finderSync;
 };
 
