@@ -22,11 +22,21 @@ std::string_view text(const char* field) { return field == nullptr ? "" : field;
 }  // namespace
 
 std::optional<LinuxUserDatabase::Entry> LinuxUserDatabase::entry() const {
+  const auto user = ::getuid();
+  const std::lock_guard guard(lock);
+  if (!known || knownUser != user) {
+    known = entryOf(user);
+    knownUser = user;
+  }
+  return known;
+}
+
+std::optional<LinuxUserDatabase::Entry> LinuxUserDatabase::entryOf(uid_t user) {
   std::vector<char> strings(1024);
   for (;;) {
     passwd record = {};
     passwd* found = nullptr;
-    const int failure = ::getpwuid_r(::getuid(), &record, strings.data(), strings.size(), &found);
+    const int failure = ::getpwuid_r(user, &record, strings.data(), strings.size(), &found);
     if (failure == 0) return found == nullptr ? std::nullopt : entry(record);
     if (failure == ERANGE && strings.size() < largestRecord) {
       strings.resize(strings.size() * 4);

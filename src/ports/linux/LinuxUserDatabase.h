@@ -4,6 +4,7 @@
 
 #include <pwd.h>
 
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -11,7 +12,8 @@
 
 namespace sprig::ports {
 
-/// The user database as the C library sees it (files, LDAP, systemd-homed, ...), asked anew each time.
+/// The user database as the C library sees it (files, LDAP, systemd-homed, ...). What it has said of a user
+/// stays the answer: nobody's home moves while they are logged in, and each log line wants to know it.
 class LinuxUserDatabase final : public platform::UserDatabase {
  public:
   struct Entry {
@@ -29,6 +31,14 @@ class LinuxUserDatabase final : public platform::UserDatabase {
 
   std::optional<platform::FileURL> homeDirectory() const override;
   std::string fullUserName() const override;
+
+ private:
+  static std::optional<Entry> entryOf(uid_t user);
+
+  mutable std::mutex lock;
+  // Guarded by lock.
+  mutable std::optional<Entry> known;
+  mutable uid_t knownUser = 0;
 };
 
 }  // namespace sprig::ports
