@@ -17,6 +17,7 @@
 #include "wire/FileUri.h"
 #include "wire/Interface.h"
 #include "wire/Pointers.h"
+#include "wire/Rows.h"
 
 namespace sprig::bench {
 
@@ -125,8 +126,9 @@ void warmMenu(benchmark::State& state) {
   auto& bus = sharedBus();
   for (auto _ : state) {
     const auto answer = bus.menu();
-    const wire::VariantPointer rows(g_variant_get_child_value(answer.get(), 1));
-    if (g_variant_n_children(rows.get()) != rowCount) return state.SkipWithError("not the expected menu");
+    const wire::VariantPointer bytes(g_variant_get_child_value(answer.get(), 1));
+    const auto rows = wire::rowsFromVariant(bytes.get());
+    if (!rows || rows->size() != rowCount) return state.SkipWithError("not the expected menu");
   }
 }
 

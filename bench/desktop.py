@@ -15,6 +15,7 @@ import sys
 import time
 
 from driving import SprigDesktop, Thunar
+from sprigtest.bus import rows_in
 from sprigtest.home import template, throw_away_home
 from sprigtest.screenreader import middle, nodes, wait_to_see, windows
 from sprigtest.waiting import DEADLINE, output_of, wait_for
@@ -47,7 +48,8 @@ class Bus:
                                          DEADLINE * 1000).unpack()
 
     def menu(self):
-        return self.call(NAME, PATH, f"{NAME}1.GetMenu", "(uasa{sv})", 1, self.targets, {})[1]
+        rows = self.call(NAME, PATH, f"{NAME}1.GetMenu", "(uasa{sv})", 1, self.targets, {})[1]
+        return rows_in(rows)
 
     def activate(self, action):
         self.call(NAME, PATH, f"{NAME}1.Activate", "(suasa{sv})", action, 1, self.targets, {})

@@ -32,13 +32,27 @@ struct MenuItem {
 
   static MenuItem separator();
   static MenuItem titled(std::string title);
+
+  /// Whether they are drawn and act alike, submenus included.
+  friend bool operator==(const MenuItem& left, const MenuItem& right);
 };
 
 /// A titled list of entries, in the order shown.
 struct Menu {
   std::string title;
   std::vector<MenuItem> items;
+
+  friend bool operator==(const Menu&, const Menu&) = default;
 };
+
+inline bool operator==(const MenuItem& left, const MenuItem& right) {
+  const bool haveEqualSubmenus =
+      left.submenu && right.submenu ? *left.submenu == *right.submenu : left.submenu == right.submenu;
+  return haveEqualSubmenus && left.kind == right.kind && left.title == right.title &&
+         left.identifier == right.identifier && left.action == right.action && left.target == right.target &&
+         left.keyEquivalent == right.keyEquivalent && left.isEnabled == right.isEnabled &&
+         left.image == right.image;
+}
 
 inline MenuItem MenuItem::separator() {
   MenuItem item;

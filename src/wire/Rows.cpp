@@ -53,6 +53,20 @@ class RowCheck {
   std::vector<std::int32_t> openSubmenus;
 };
 
+using BytesPointer = std::unique_ptr<GBytes, Releaser<g_bytes_unref>>;
+
+VariantPointer bytesOf(GVariant* laidOut) {
+  const BytesPointer bytes(g_variant_get_data_as_bytes(laidOut));
+  return VariantPointer(
+      g_variant_ref_sink(g_variant_new_from_bytes(G_VARIANT_TYPE(rowBytesType), bytes.get(), TRUE)));
+}
+
+VariantPointer rowsIn(GVariant* rowBytes) {
+  const BytesPointer bytes(g_variant_get_data_as_bytes(rowBytes));
+  return VariantPointer(
+      g_variant_ref_sink(g_variant_new_from_bytes(G_VARIANT_TYPE(rowsType), bytes.get(), FALSE)));
+}
+
 std::string tooManyBytes() { return "more than " + std::to_string(maxBytes) + " bytes"; }
 
 }  // namespace
@@ -79,20 +93,22 @@ tl::expected<VariantPointer, std::string> rowsToVariant(const std::vector<Row>& 
     static_cast<void>(g_variant_get_data(tuple));
     g_variant_builder_add_value(&builder, tuple);
   }
-  VariantPointer variant(g_variant_ref_sink(g_variant_builder_end(&builder)));
+  const VariantPointer variant(g_variant_ref_sink(g_variant_builder_end(&builder)));
   if (fault.empty() && g_variant_get_size(variant.get()) > maxBytes) fault = tooManyBytes();
   if (!fault.empty()) return tl::unexpected(fault);
-  return variant;
+  return bytesOf(variant.get());
 }
 
 tl::expected<std::vector<Row>, std::string> rowsFromVariant(GVariant* variant) {
-  if (!g_variant_is_of_type(variant, G_VARIANT_TYPE(rowsType))) {
+  if (!g_variant_is_of_type(variant, G_VARIANT_TYPE(rowBytesType))) {
     return tl::unexpected(std::string("rows of type ") + g_variant_get_type_string(variant));
   }
   if (g_variant_get_size(variant) > maxBytes) return tl::unexpected(tooManyBytes());
+  const auto laidOut = rowsIn(variant);
+  if (!g_variant_is_normal_form(laidOut.get())) return tl::unexpected(std::string("bytes that are no rows"));
   RowCheck check;
   std::vector<Row> rows;
-  for (std::size_t index = 0; index < g_variant_n_children(variant); ++index) {
+  for (std::size_t index = 0; index < g_variant_n_children(laidOut.get()); ++index) {
     std::int32_t parent = 0;
     std::uint32_t type = 0;
     const char* action = nullptr;
@@ -100,7 +116,7 @@ tl::expected<std::vector<Row>, std::string> rowsFromVariant(GVariant* variant) {
     const char* icon = nullptr;
     const char* description = nullptr;
     gboolean isEnabled = FALSE;
-    const VariantPointer child(g_variant_get_child_value(variant, index));
+    const VariantPointer child(g_variant_get_child_value(laidOut.get(), index));
     g_variant_get(child.get(), "(iu&s&s&s&sb)", &parent, &type, &action, &title, &icon, &description,
                   &isEnabled);
     rows.push_back(

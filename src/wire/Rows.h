@@ -44,14 +44,16 @@ inline constexpr std::size_t maxTextBytes = 1024;
 /// Of the rows as the bus carries them.
 inline constexpr std::size_t maxBytes = 1024 * 1024;
 
-/// The type of a menu on the bus.
+/// The rows as GLib lays them out in memory, and the bytes of that, as which they are on the bus: GLib makes
+/// an object of each value of a message, at both ends, but one only of all bytes.
 inline constexpr const char* rowsType = "a(iussssb)";
+inline constexpr const char* rowBytesType = "ay";
 
 /// How many bytes a row takes of `maxBytes`, at most.
 std::size_t byteSize(const Row& row);
 
-/// The rows as the bus carries them, not floating. Failure: a text that names the first row that is not as
-/// `Row` says (texts have to be UTF-8 without NUL), or the bound that is exceeded. Threads: any.
+/// The rows as the bus carries them, bytes, not floating. Failure: a text that names the first row that is
+/// not as `Row` says (texts have to be UTF-8 without NUL), or the bound that is exceeded. Threads: any.
 tl::expected<VariantPointer, std::string> rowsToVariant(const std::vector<Row>& rows);
 
 /// The other way; `variant` is of any type and stays the caller's. The same failures. Threads: any.

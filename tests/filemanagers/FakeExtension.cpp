@@ -5,27 +5,13 @@
 #include <stdexcept>
 #include <utility>
 
+#include "support/uncheckedRows.h"
 #include "wire/Interface.h"
 
 namespace sprig::test {
 
 using wire::ObjectPointer;
 using wire::VariantPointer;
-
-namespace {
-
-GVariant* variantOf(const std::vector<wire::Row>& rows) {
-  GVariantBuilder builder;
-  g_variant_builder_init(&builder, G_VARIANT_TYPE(wire::rowsType));
-  for (const auto& row : rows) {
-    g_variant_builder_add(&builder, "(iussssb)", row.parent, static_cast<std::uint32_t>(row.type),
-                          row.action.c_str(), row.title.c_str(), row.icon.c_str(), row.description.c_str(),
-                          row.isEnabled ? TRUE : FALSE);
-  }
-  return g_variant_builder_end(&builder);
-}
-
-}  // namespace
 
 wire::Row row(std::int32_t parent, wire::Row::Type type, std::string title, std::string action) {
   return {parent, type, std::move(action), std::move(title), {}, {}, true};
@@ -86,7 +72,7 @@ void FakeExtension::answer(GDBusMessage* call) {
 }
 
 GVariant* FakeExtension::replyTo(const std::string& method) const {
-  if (method == "GetMenu") return g_variant_new("(t@a(iussssb))", revision, variantOf(rows));
+  if (method == "GetMenu") return g_variant_new("(t@ay)", revision, uncheckedRows(rows).get());
   if (method != "GetAll") return nullptr;
   return g_variant_new_parsed(
       "({'ServedFolders': <['file:///home/ann', 'smb://elsewhere/']>, 'ToolbarName': <'Sprig'>, "

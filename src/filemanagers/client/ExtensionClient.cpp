@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr const char* propertiesReply = "(a{sv})";
-constexpr const char* menuReply = "(ta(iussssb))";
+constexpr const char* menuReply = "(tay)";
 
 GVariant* propertiesArguments() { return g_variant_new("(s)", wire::interfaceName); }
 
@@ -282,7 +282,7 @@ std::string ExtensionClient::takeProperties(GVariant* reply) {
 std::string ExtensionClient::takeMenu(Kind kind, GVariant* reply) {
   std::uint64_t revision = 0;
   GVariant* rowsVariant = nullptr;
-  g_variant_get(reply, "(t@a(iussssb))", &revision, &rowsVariant);
+  g_variant_get(reply, "(t@ay)", &revision, &rowsVariant);
   const VariantPointer owned(rowsVariant);
   const auto rows = wire::rowsFromVariant(rowsVariant);
   if (!rows) return "its menu is not in order: " + rows.error();

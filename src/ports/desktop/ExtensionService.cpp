@@ -197,9 +197,8 @@ VariantPointer ExtensionService::observe(const std::string& method, GVariant* pa
 
 VariantPointer ExtensionService::getMenu(GVariant* parameters) {
   const auto context = MenuContext::from(child(parameters, 0).get(), child(parameters, 1).get());
-  const auto rows = wire::rowsToVariant(menus.rows(context));
-  if (!rows) throw std::runtime_error("the menu can't be sent: " + rows.error());
-  return VariantPointer(g_variant_ref_sink(g_variant_new("(t@a(iussssb))", revision, rows->get())));
+  const auto rows = menus.rows(context);
+  return VariantPointer(g_variant_ref_sink(g_variant_new("(t@ay)", revision, rows.get())));
 }
 
 VariantPointer ExtensionService::activate(GVariant* parameters, const std::string& sender) {

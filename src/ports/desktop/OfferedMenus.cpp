@@ -2,16 +2,20 @@
 
 #include "ports/desktop/OfferedMenus.h"
 
+#include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "diag/logSprig.h"
 #include "finder/ContextMenu.h"
 #include "platform/Platform.h"
 #include "ports/desktop/MenuRows.h"
+#include "wire/Rows.h"
 
 namespace sprig::desktop {
 
 using platform::MenuItem;
+using wire::VariantPointer;
 
 namespace {
 
@@ -20,18 +24,32 @@ void logTemplatesLeftOut(std::size_t number) {
                                     std::to_string(number) + " templates");
 }
 
+VariantPointer rowBytes(const std::vector<wire::Row>& rows) {
+  auto bytes = wire::rowsToVariant(rows);
+  if (!bytes) throw std::runtime_error("the menu can't be sent: " + bytes.error());
+  return std::move(*bytes);
+}
+
 }  // namespace
 
-std::vector<wire::Row> OfferedMenus::rows(const MenuContext& context) {
+VariantPointer OfferedMenus::rows(const MenuContext& context) {
   controller.setTarget(context.kind, context.target);
-  const auto menu = extension.menu(context.kind);
-  if (!menu) return {};
-  auto flat = menuRows(*menu);
+  auto menu = extension.menu(context.kind);
+  if (!menu) return rowBytes({});
+  if (!lastMenu || *menu != *lastMenu) {
+    lastRows = rowsOf(*menu);
+    lastMenu = std::move(menu);
+  }
+  return VariantPointer(g_variant_ref(lastRows.get()));
+}
+
+VariantPointer OfferedMenus::rowsOf(const platform::Menu& menu) {
+  const auto flat = menuRows(menu);
   if (flat.leftOut > 0 && !std::exchange(hasLoggedLeftOut, true)) logTemplatesLeftOut(flat.leftOut);
   for (const auto& [action, item] : flat.entries) {
     offered.insert_or_assign(action, Entry{item->title, item->identifier});
   }
-  return std::move(flat.rows);
+  return rowBytes(flat.rows);
 }
 
 bool OfferedMenus::isAction(std::string_view action) {

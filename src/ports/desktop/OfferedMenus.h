@@ -3,15 +3,15 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/FIFinderSync.h"
 #include "ports/desktop/DesktopFinderSyncController.h"
 #include "ports/desktop/MenuContext.h"
-#include "wire/Rows.h"
+#include "wire/Pointers.h"
 
 namespace sprig::desktop {
 
@@ -23,8 +23,9 @@ class OfferedMenus {
   OfferedMenus(platform::FIFinderSync& finderSync, DesktopFinderSyncController& finderSyncController)
       : extension(finderSync), controller(finderSyncController) {}
 
-  /// The menu for a context, built anew; no rows for no menu.
-  std::vector<wire::Row> rows(const MenuContext& context);
+  /// The rows of the menu for a context, as the bus carries them; no rows for no menu. Failure: throws
+  /// `std::runtime_error` when the bus can't carry it.
+  wire::VariantPointer rows(const MenuContext& context);
 
   /// To be called when the menus may differ from those before.
   void configurationChanged() { hasLoggedLeftOut = false; }
@@ -43,12 +44,16 @@ class OfferedMenus {
     std::optional<std::string> identifier;
   };
 
+  wire::VariantPointer rowsOf(const platform::Menu& menu);
   /// The entry that was picked, as its menu had it.
   platform::MenuItem picked(const std::string& action, const std::string& title) const;
 
   platform::FIFinderSync& extension;
   DesktopFinderSyncController& controller;
   std::map<std::string, Entry, std::less<>> offered;
+  /// The menu before, and its rows: most menus are the same as the one before.
+  std::unique_ptr<platform::Menu> lastMenu;
+  wire::VariantPointer lastRows;
   bool hasLoggedLeftOut = false;
 };
 

@@ -113,7 +113,7 @@ class FileManager:
 
     def menu(self, kind=1, *targets):
         """The rows, without the revision."""
-        return self.call("GetMenu", "(uasa{sv})", kind, [uri(target) for target in targets], {})[1]
+        return rows_in(self.call("GetMenu", "(uasa{sv})", kind, [uri(target) for target in targets], {})[1])
 
     def pick(self, action, folder, kind=1, **platform_data):
         data = {key.replace("_", "-"): GLib.Variant("s", value) for key, value in platform_data.items()}
@@ -131,6 +131,11 @@ class FileManager:
 
     def leaves(self):
         self.connection.close_sync(None)
+
+
+def rows_in(answer):
+    """The rows that the bytes of a menu are."""
+    return GLib.Variant.new_from_bytes(GLib.VariantType("a(iussssb)"), GLib.Bytes(bytes(answer)), False).unpack()
 
 
 def uri(path):
