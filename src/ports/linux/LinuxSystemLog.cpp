@@ -14,7 +14,6 @@
 #include <string_view>
 #include <utility>
 
-#include "ports/linux/Descriptor.h"
 #include "ports/linux/retrying.h"
 
 namespace sprig::ports {
@@ -45,7 +44,10 @@ void writeToStandardError(std::string_view line) {
 }  // namespace
 
 LinuxSystemLog::LinuxSystemLog(std::string identifier, SystemLogFallback fallback, std::string socketPath)
-    : name(std::move(identifier)), fallbackWay(fallback), path(std::move(socketPath)) {}
+    : name(std::move(identifier)),
+      fallbackWay(fallback),
+      path(std::move(socketPath)),
+      socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {}
 
 void LinuxSystemLog::log(std::string_view line) {
   if (!sendToDaemon(line) && fallbackWay == SystemLogFallback::standardError) writeToStandardError(line);
@@ -54,10 +56,8 @@ void LinuxSystemLog::log(std::string_view line) {
 bool LinuxSystemLog::sendToDaemon(std::string_view line) const {
   sockaddr_un address = {};
   address.sun_family = AF_UNIX;
-  if (path.size() >= sizeof address.sun_path) return false;
+  if (!socket.isOpen() || path.size() >= sizeof address.sun_path) return false;
   std::memcpy(&address.sun_path, path.data(), path.size());
-  const Descriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-  if (!socket.isOpen()) return false;
   const std::string datagram = head(name).append(line);
   const auto sent = retrying([&] {
     return ::sendto(socket.get(), datagram.data(), datagram.size(), MSG_NOSIGNAL,

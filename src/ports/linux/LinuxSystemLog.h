@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/SystemLog.h"
+#include "ports/linux/Descriptor.h"
 
 namespace sprig::ports {
 
@@ -15,7 +16,7 @@ enum class SystemLogFallback { standardError, none };
 /// The journal or syslog, whichever listens at `/dev/log`.
 ///
 /// The datagrams are written here rather than by syslog(3), which waits for a log daemon that has stopped
-/// reading; this never waits for it. Nothing is kept between lines, so a restarted daemon is found again.
+/// reading; this never waits for it. Each is sent to the path anew, so a restarted daemon is found again.
 class LinuxSystemLog final : public platform::SystemLog {
  public:
   /// `identifier` is the program's name in the log.
@@ -29,6 +30,7 @@ class LinuxSystemLog final : public platform::SystemLog {
   const std::string name;
   const SystemLogFallback fallbackWay;
   const std::string path;
+  const Descriptor socket;
 };
 
 }  // namespace sprig::ports
