@@ -76,6 +76,8 @@ struct LiveStore : testing::Test, LiveWorld {
   FileURL folder = file.deletingLastPathComponent();
   std::shared_ptr<ConfigManager> manager = ConfigManager::make();
 
+  /// Watching begins in the background.
+  LiveStore() { settle(); }
   bool shows(std::int64_t version) {
     return eventually([&] { return manager->getConfig()->version == version; });
   }
@@ -173,6 +175,7 @@ TEST(LivePlaces, TheNextMenuIsThatOfTheFileAndEachEventIsOneLoad) {
     base.makeFolder("container");
     ASSERT_EQ(run(row.before), 0) << row.before;
     const auto manager = ConfigManager::make();
+    world.settle();
     base.takeLog();
     ASSERT_EQ(run(row.happens), 0) << row.happens;
     const auto isRight = [&] { return manager->getConfig()->templates.size() == row.templates; };
