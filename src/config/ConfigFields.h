@@ -11,8 +11,9 @@ namespace sprig {
 /// A field of a record and its key in the document.
 template <typename Record, typename Value>
 struct Field {
+  using Member = Value Record::*;
   const char* key;
-  Value Record::*member;
+  Member member;
 };
 template <typename Record, typename Value>
 Field(const char*, Value Record::*) -> Field<Record, Value>;

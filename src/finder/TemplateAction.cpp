@@ -17,8 +17,9 @@ using platform::MenuItem;
 
 namespace {
 
-TemplateReference firstInConfig(const ConfigSnapshot& config, std::string TemplateItem::*field,
-                                std::string_view value) {
+using TextField = std::string TemplateItem::*;
+
+TemplateReference firstInConfig(const ConfigSnapshot& config, TextField field, std::string_view value) {
   for (const auto& item : config->templates) {
     if (text::isEqual(item.*field, value)) return referTo(config, item);
   }

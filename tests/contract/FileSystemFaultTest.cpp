@@ -102,9 +102,8 @@ TEST_P(FileSystemFaults, LeaveTheWholeNewFileOrNoneWhateverTheFileSystemCanDo) {
 
 TEST_P(FileSystemFaults, AreReportedByAppendingAndReading) {
   const auto ignore = [](bool) {};
-  EXPECT_GE(sweep(
-                "", [&] { return files.appendData("+", target); }, ignore),
-            3);
+  const auto append = [&] { return files.appendData("+", target); };
+  EXPECT_GE(sweep("", append, ignore), 3);
   calls->mostBytes = 3;
   const auto read = [&]() -> Failure {
     const auto content = files.contentsOfFile(target);

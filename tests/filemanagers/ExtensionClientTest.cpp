@@ -248,9 +248,8 @@ TEST_F(ExtensionClientTest, NoMenuIsKeptLikeAMenu) {
 
 TEST_F(ExtensionClientTest, APickIsToldWithAllThatBelongsToIt) {
   loadReady();
-  MenuOccasion occasion{Kind::items, {"file:///home/ann/a%0Ab", "recent:///c"}, [] {
-                          return ClickOrigin{"token", "x11:2a"};
-                        }};
+  const auto origin = [] { return ClickOrigin{"token", "x11:2a"}; };
+  MenuOccasion occasion{Kind::items, {"file:///home/ann/a%0Ab", "recent:///c"}, origin};
   client->activate({"template:note", "Note"}, occasion);
   EXPECT_TRUE(inTime([&] { return extension->calls("Activate") == 1; }));
   EXPECT_EQ(extension->lastCall("Activate"),

@@ -21,6 +21,8 @@ namespace {
 
 using State = TemplateDraft::State;
 
+TemplateKey key(const char* id) { return {id, 0}; }
+
 /// A document with templates a, b, c and d, of which the menu itself has two; b is not enabled.
 class SettingsModelTest : public testing::Test {
  protected:
@@ -54,7 +56,6 @@ class SettingsModelTest : public testing::Test {
     change(config);
     test::writeFile(file, encodeConfig(config));
   }
-  static TemplateKey key(const char* id) { return {id, 0}; }
 
   test::TestPlatform platform;
   const platform::FileURL file = platform.writeConfig(encodeConfig(initial()));
@@ -109,51 +110,15 @@ TEST_P(OperationTest, ChangesTheFileAndCanBeUndoneAndRedone) {
 }
 
 const Operation operations[] = {
-    {"disable",
-     [](auto& model) {
-       return model.setEnabled({"a", 0}, false);
-     },
-     "abcd"},
-    {"favorite",
-     [](auto& model) {
-       return model.setFavorite({"b", 0}, true);
-     },
-     "abcd"},
-    {"up",
-     [](auto& model) {
-       return model.move({"c", 0}, 1);
-     },
-     "acbd"},
-    {"down",
-     [](auto& model) {
-       return model.move({"a", 0}, 1);
-     },
-     "bacd"},
-    {"top",
-     [](auto& model) {
-       return model.move({"d", 0}, 0);
-     },
-     "dabc"},
-    {"far",
-     [](auto& model) {
-       return model.move({"a", 0}, 99);
-     },
-     "bcda"},
-    {"remove",
-     [](auto& model) {
-       return model.remove({"b", 0});
-     },
-     "acd"},
-    {"new",
-     [](auto& model) {
-       return model.addNew() == TemplateKey{"new-template", 0};
-     },
-     "New Templateabcd"},
-    {"duplicate",
-     [](auto& model) {
-       return model.duplicate({"b", 0}) == TemplateKey{"b-copy", 0};
-     },
-     "abb Copycd"},
+    {"disable", [](auto& model) { return model.setEnabled(key("a"), false); }, "abcd"},
+    {"favorite", [](auto& model) { return model.setFavorite(key("b"), true); }, "abcd"},
+    {"up", [](auto& model) { return model.move(key("c"), 1); }, "acbd"},
+    {"down", [](auto& model) { return model.move(key("a"), 1); }, "bacd"},
+    {"top", [](auto& model) { return model.move(key("d"), 0); }, "dabc"},
+    {"far", [](auto& model) { return model.move(key("a"), 99); }, "bcda"},
+    {"remove", [](auto& model) { return model.remove(key("b")); }, "acd"},
+    {"new", [](auto& model) { return model.addNew() == key("new-template"); }, "New Templateabcd"},
+    {"duplicate", [](auto& model) { return model.duplicate(key("b")) == key("b-copy"); }, "abb Copycd"},
     {"files",
      [](auto& model) {
        return model.addFiles(
