@@ -13,8 +13,8 @@ import time
 
 from gi.repository import Gio, GLib
 from sprigtest.desktop import Desktop, install_settings
-from sprigtest.screenreader import (WITHIN_WINDOW, area, area_in_gtk4, children, has, middle, nodes, on_change,
-                                    selection_in, wait_to_see, windows)
+from sprigtest.screenreader import (WITHIN_WINDOW, Accessible, area, area_in_gtk4, children, has, middle, nodes,
+                                    on_change, selection_in, text_of, wait_to_see, windows)
 from sprigtest.waiting import output_of, settled, wait_for
 
 PROGRAMS = pathlib.Path(os.environ["SPRIG_PROGRAMS"])
@@ -372,58 +372,66 @@ class Nemo(FileManager):
     row_offset = 4
 
 
+class LabelledEntry(Accessible):
+    """An entry of a menu whose name newer releases of GTK tell of its label only."""
+
+    @property
+    def name(self):
+        return super().name or "".join(text_of(label) for label in self.related() if label.can("Text"))
+
+
 class Nautilus(FileManager):
     """GNOME Files, of GTK 4: everything counts as showing there, and menus are pages of a window of their own."""
 
     command = ("nautilus", "--new-window", "{}")
     window_class = "nautilus"
+    row_offset = 60
     highlighted = "FOCUSED"
     key_into_submenu = "Return"
     views = ("list-view", "icon-view")
     keys_go_on_from_selection = False
-    SELECTED = (224, 236, 251)
-    KNOWN_FOR = 10  # seconds
+    # As older releases have it, and newer ones.
+    SELECTED = {(224, 236, 251), (228, 228, 228)}
+    MENU_BUTTON = {"GtkMenuButton", "Current Folder Menu"}
 
-    def __init__(self, desktop, folder):
-        self.known = {}
-        super().__init__(desktop, folder)
-
-    def _parts(self, role, name):
-        """What each window has of the kind. Looking takes long, so it is not done each time."""
-        for frame in self.frames():
-            found, seen = self.known.get((frame, name), ([], 0))
-            if not found or time.monotonic() - seen > self.KNOWN_FOR:
-                found = list(nodes(frame, {role}, name))
-                self.known[frame, name] = found, time.monotonic()
-            yield from found
+    def _parts(self, *roles):
+        """What is in the windows, without a look into lists."""
+        def below(accessible):
+            if (role := accessible.role) in roles:
+                yield accessible
+            if role not in {"list", "table"}:
+                for child in children(accessible):
+                    yield from below(child)
+        return (part for frame in self.frames() for part in below(frame))
 
     def _popover(self):
         """The open menu and its X window; None while there is none."""
         sizes = {place[2:]: place for place in self._x_windows().values()}
-        # The menu of the folder that is shown belongs to a button in the tool bar.
-        for place in (*self._parts("filler", "Content View"), *self._parts("push button", "GtkMenuButton")):
-            for menu in children(place):
-                if menu.role == "menu" and (window := sizes.get(area(menu, WITHIN_WINDOW)[2:])):
-                    return menu, window
-        return None
+        return next(((menu, window) for menu in self._parts("menu")
+                     if (window := sizes.get(area(menu, WITHIN_WINDOW)[2:]))), None)
 
     def is_scrolled_to_the_end(self):
         """A screen reader gets neither scroll bars nor places, but the colour of what is selected is on the screen."""
-        return sum(pixel == self.SELECTED for pixel in self.desktop.screenshot().convert("RGB").getdata()) > 1000
+        return sum(pixel in self.SELECTED for pixel in self.desktop.screenshot().convert("RGB").getdata()) > 1000
 
     def menu_button(self):
         """The button for the menu of the folder that is shown."""
-        return next(self._parts("push button", "GtkMenuButton"))
+        return next(button for button in self._parts("push button") if button.name in self.MENU_BUTTON)
 
     def _rows(self):
         return {next(nodes(row, {"label"}), row).name: row
-                for table in self._parts("list", "GtkColumnListView") for row in children(table)}
+                for table in self._parts("list") if table.name in {"GtkColumnListView", ""} for row in children(table)}
 
     def rows(self, name=None):
         return [row for label, row in self._rows().items() if name in (None, label)]
 
     def selected_rows(self):
         return {name for name, row in self._rows().items() if has(row, "SELECTED")}
+
+    def on(self, name):
+        """Newer releases of GTK tell rows higher than they are, by the margins around them."""
+        across, down = super().on(name)
+        return across, down + 11
 
     def place(self, accessible):
         if accessible.role == "menu item":
@@ -435,11 +443,13 @@ class Nautilus(FileManager):
 
     def entries(self):
         """The page in sight is the one with what has the keyboard."""
-        found = self._popover()
-        viewports = self._outermost(found[0], "panel") if found else []
-        pages = (page for viewport in viewports for stack in children(viewport) for page in children(stack))
-        listed = (self._outermost(page, "menu item") for page in pages)
-        return next((page for page in listed if any(has(entry, "FOCUSED") for entry in page)), [])
+        if not (found := self._popover()):
+            return []
+        stack = found[0]
+        for _ in range(4):  # what scrolls them
+            stack = children(stack)[0]
+        pages = (self._outermost(page, "menu item") for page in children(stack))
+        return next((page for page in pages if any(has(entry, "FOCUSED") for entry in page)), [])
 
     def has_menu(self):
         return self._popover() is not None
@@ -452,7 +462,7 @@ class Nautilus(FileManager):
     def _outermost(self, accessible, role):
         """Those of the role, without a look at what they are made of."""
         if accessible.role == role:
-            return [accessible]
+            return [LabelledEntry(*accessible)]
         return [found for child in children(accessible) for found in self._outermost(child, role)]
 
     def submenu(self, name):

@@ -10,7 +10,7 @@ import time
 import pytest
 from sprigtest.desktop import Desktop, install_settings, keep_failures
 from sprigtest.home import SOURCE, template, throw_away_home
-from sprigtest.screenreader import area_in_gtk4, has, middle, nodes, wait_to_see, windows
+from sprigtest.screenreader import area_in_gtk4, has, middle, nodes, text_of, wait_to_see, windows
 from sprigtest.waiting import DEADLINE, output_of, settled, wait_for
 
 PROGRAMS = pathlib.Path(os.environ.get("SPRIG_PROGRAMS", SOURCE / "build/bin")).resolve()
@@ -79,8 +79,7 @@ class Settings:
         field.call("org.a11y.atspi.EditableText", "SetTextContents", "(s)", text)
 
     def text(self, name):
-        field = self.sees({"text", "entry"}, name)
-        return field.ask("Text", "GetText", "(ii)", 0, field.get("CharacterCount", "Text"))
+        return text_of(self.sees({"text", "entry"}, name))
 
     def choose(self, place):
         """The entry at that place of the menu that opens."""

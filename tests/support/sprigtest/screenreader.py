@@ -132,6 +132,10 @@ def middle(place):
     return place.x + place.width // 2, place.y + place.height // 2
 
 
+def text_of(accessible):
+    return accessible.ask("Text", "GetText", "(ii)", 0, -1)
+
+
 def selection_in(field):
     """Where what is selected in a text field begins and ends, in characters; None while nothing is."""
     try:
