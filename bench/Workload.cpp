@@ -16,7 +16,7 @@ std::size_t distance(std::size_t size, Placeholders placeholders) {
   constexpr std::size_t few = 10;
   switch (placeholders) {
     case Placeholders::none:
-      return size + 1;
+      return std::string::npos;
     case Placeholders::few:
       return size / few;
     case Placeholders::many:

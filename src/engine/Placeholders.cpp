@@ -2,6 +2,8 @@
 
 #include "engine/Placeholders.h"
 
+#include <algorithm>
+
 #include "engine/TemplateEngine.h"
 #include "platform/Platform.h"
 
@@ -39,13 +41,66 @@ std::string author() {
   return user ? *user : platform.users.fullUserName();
 }
 
+/// Makes the values that don't depend on the new file's name.
+struct Surroundings {
+  std::optional<std::string> folder;
+  std::optional<std::string> project;
+  platform::Instant date;
+
+  std::optional<std::string> operator()(std::string_view key) const {
+    if (key == "project") return project ? project : folder.value_or("");
+    if (key == "folder") return folder.value_or("");
+    if (key == "author") return author();
+    const auto twoDigits = TemplateEngine::formatTwoDigits;
+    const auto parts = platform::current().clock.components(date);
+    const auto year = std::to_string(parts.year);
+    if (key == "year") return year;
+    if (key == "month") return twoDigits(parts.month);
+    if (key == "day") return twoDigits(parts.day);
+    const auto day = year + "-" + twoDigits(parts.month) + "-" + twoDigits(parts.day);
+    const auto time = twoDigits(parts.hour) + ":" + twoDigits(parts.minute) + ":" + twoDigits(parts.second);
+    if (key == "date") return day;
+    if (key == "time") return time;
+    if (key == "datetime") return day + " " + time;
+    return std::nullopt;
+  }
+};
+
+/// Where the next "{{" is, if any, from `index` on. Code is full of single braces, at each of which a plain
+/// search would stop; this one is told by the compiler's vectors which blocks hold none of both.
+std::size_t nextOpening(std::string_view text, std::size_t index) {
+  constexpr std::size_t block = 64;
+  for (; text.size() - index > block; index += block) {
+    const char* const bytes = text.data() + index;
+    unsigned char isFound = 0;
+    for (std::size_t offset = 0; offset < block; ++offset) {
+      isFound |= static_cast<unsigned char>(bytes[offset] == '{') &
+                 static_cast<unsigned char>(bytes[offset + 1] == '{');
+    }
+    if (isFound != 0) break;
+  }
+  return text.find(opening, index);
+}
+
 }  // namespace
 
-const std::string* PlaceholderValues::find(std::string_view key) const {
-  for (const auto& entry : values) {
-    if (entry.key == key) return &entry.value;
+void PlaceholderValues::set(std::string_view key, std::string value) {
+  const auto old =
+      std::find_if(values.begin(), values.end(), [&](const auto& entry) { return entry.key == key; });
+  if (old == values.end()) {
+    values.push_back({std::string(key), std::move(value)});
+  } else {
+    old->value = std::move(value);
   }
-  return nullptr;
+}
+
+std::optional<std::string_view> PlaceholderValues::find(std::string_view key) const {
+  for (const auto& entry : values) {
+    if (entry.key == key) return entry.value;
+  }
+  auto made = makeValue ? makeValue(key) : std::nullopt;
+  if (!made) return std::nullopt;
+  return values.emplace_back(Entry{std::string(key), std::move(*made)}).value;
 }
 
 std::string substitutePlaceholders(std::string_view text, const PlaceholderValues& values) {
@@ -53,10 +108,10 @@ std::string substitutePlaceholders(std::string_view text, const PlaceholderValue
   // Values are seldom much longer than their placeholders. Growing later would copy a large text once more.
   result.reserve(text.size() + text.size() / 8);
   std::size_t copied = 0;
-  for (auto brace = text.find(opening); brace < text.size(); brace = text.find(opening, brace)) {
+  for (auto brace = nextOpening(text, 0); brace < text.size(); brace = nextOpening(text, brace)) {
     const auto token = tokenAtBeginning(text.substr(brace));
-    const auto* value = token ? values.find(token->key) : nullptr;
-    if (value == nullptr) {
+    const auto value = token ? values.find(token->key) : std::nullopt;
+    if (!value) {
       ++brace;  // the next brace can still open a token, as in "{{{name}}}"
       continue;
     }
@@ -72,26 +127,7 @@ std::string substitutePlaceholders(std::string_view text, const PlaceholderValue
 PlaceholderValues makePlaceholderValues(const std::optional<std::string>& folderName,
                                         const std::optional<std::string>& projectName,
                                         platform::Instant date) {
-  const auto parts = platform::current().clock.components(date);
-  const auto twoDigits = TemplateEngine::formatTwoDigits;
-  const auto year = std::to_string(parts.year);
-  const auto month = twoDigits(parts.month);
-  const auto day = twoDigits(parts.day);
-  const auto dateText = year + "-" + month + "-" + day;
-  const auto timeText = twoDigits(parts.hour) + ":" + twoDigits(parts.minute) + ":" + twoDigits(parts.second);
-  const auto folder = folderName.value_or("");
-
-  PlaceholderValues values;
-  values.set("date", dateText);
-  values.set("time", timeText);
-  values.set("datetime", dateText + " " + timeText);
-  values.set("year", year);
-  values.set("month", month);
-  values.set("day", day);
-  values.set("project", projectName.value_or(folder));
-  values.set("folder", folder);
-  values.set("author", author());
-  return values;
+  return PlaceholderValues(Surroundings{folderName, projectName, date});
 }
 
 }  // namespace sprig

@@ -2,9 +2,11 @@
 
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/Clock.h"
@@ -13,20 +15,30 @@ namespace sprig {
 
 /// What the placeholders of a text become: a value for each key. A key stands in a text as "{{key}}" or
 /// "{{ key }}".
+///
+/// Threads: one at a time, readers too.
 class PlaceholderValues {
  public:
-  /// Requires: `key` outlives this object and is not set yet.
-  void set(std::string_view key, std::string value) { values.push_back({key, std::move(value)}); }
+  /// The value of a key; nothing for one that it doesn't know.
+  using Maker = std::function<std::optional<std::string>(std::string_view key)>;
 
-  /// Null for a key that is not known.
-  const std::string* find(std::string_view key) const;
+  /// `maker` is asked for keys that are not set, for each at most once and only if a text has it.
+  explicit PlaceholderValues(Maker maker = nullptr) : makeValue(std::move(maker)) {}
+
+  /// Replaces the value that the key has had.
+  void set(std::string_view key, std::string value);
+
+  /// Nothing for a key that is not known. What is viewed stays until the next call.
+  std::optional<std::string_view> find(std::string_view key) const;
 
  private:
   struct Entry {
-    std::string_view key;
+    std::string key;
     std::string value;
   };
-  std::vector<Entry> values;
+  Maker makeValue;
+  /// Those that were set, and those that have been made.
+  mutable std::vector<Entry> values;
 };
 
 /// The text with its placeholders filled in; everything else, unknown keys and other spellings included,

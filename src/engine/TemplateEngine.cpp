@@ -23,6 +23,15 @@ std::string completeExtension(std::string name, const std::string& extension) {
   return name + extension;
 }
 
+/// Sets the "name" of `values`.
+std::string suggestedFilename(const TemplateItem& item, PlaceholderValues& values) {
+  constexpr std::string_view untitled = "Untitled";
+  auto pattern = text::trimWhitespaceAndNewlines(item.filenamePattern);
+  if (pattern.empty()) pattern = untitled;
+  values.set("name", std::string(untitled));
+  return completeExtension(substitutePlaceholders(pattern, values), item.extensionName);
+}
+
 std::string numbered(const std::string& stem, std::int64_t number, const std::string& extension) {
   return stem + " " + std::to_string(number) + extension;
 }
@@ -33,10 +42,10 @@ RenderedTemplate TemplateEngine::render(const TemplateItem& item, const std::opt
                                         const std::optional<std::string>& folderName,
                                         const std::optional<std::string>& projectName,
                                         platform::Instant date) {
-  const std::string typed(text::trimWhitespaceAndNewlines(userName.value_or("")));
-  auto filename = typed.empty() ? renderSuggestedFilename(item, folderName, projectName, date)
-                                : completeExtension(typed, item.extensionName);
   auto values = makePlaceholderValues(folderName, projectName, date);
+  const std::string typed(text::trimWhitespaceAndNewlines(userName.value_or("")));
+  auto filename =
+      typed.empty() ? suggestedFilename(item, values) : completeExtension(typed, item.extensionName);
   values.set("name", parseFilenameComponents(filename).base);
   values.set("filename", filename);
   return {std::move(filename), substitutePlaceholders(item.content, values)};
@@ -46,12 +55,8 @@ std::string TemplateEngine::renderSuggestedFilename(const TemplateItem& item,
                                                     const std::optional<std::string>& folderName,
                                                     const std::optional<std::string>& projectName,
                                                     platform::Instant date) {
-  constexpr std::string_view untitled = "Untitled";
-  auto pattern = text::trimWhitespaceAndNewlines(item.filenamePattern);
-  if (pattern.empty()) pattern = untitled;
   auto values = makePlaceholderValues(folderName, projectName, date);
-  values.set("name", std::string(untitled));
-  return completeExtension(substitutePlaceholders(pattern, values), item.extensionName);
+  return suggestedFilename(item, values);
 }
 
 FilenameComponents TemplateEngine::parseFilenameComponents(std::string_view filename) {

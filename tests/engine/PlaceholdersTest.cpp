@@ -30,6 +30,11 @@ TEST(Placeholders, AreReplacedInTheirTwoSpellingsAndNoOther) {
         Row{"grüße {{name}} \xFF", "grüße N \xFF"}}) {
     EXPECT_EQ(substitutePlaceholders(row.text, values), row.expected) << row.text;
   }
+  for (std::size_t place = 0; place < 150; ++place) {
+    const std::string before(place, '{');
+    const std::string after(150 - place, '}');
+    EXPECT_EQ(substitutePlaceholders(before + "a{{name}}" + after, values), before + "aN" + after) << place;
+  }
 }
 
 TEST(Placeholders, TakeTheirValuesFromOneInstantAndTheSurroundings) {
