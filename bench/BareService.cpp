@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A program on the bus that does nothing: it owns a name and answers empty calls. What any service costs.
+// A program on the bus that does nothing: it owns a name and answers empty calls. What any service costs,
+// and, built once more with the extension's libraries, what these cost at its start.
 
 #include <gio/gio.h>
 
@@ -24,7 +25,7 @@ int main() {
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(interfaceXml, nullptr);
   g_dbus_connection_register_object(connection, "/com/kestrel/Sprig/Bare", node->interfaces[0], &table,
                                     nullptr, nullptr, nullptr);
-  g_bus_own_name_on_connection(connection, "com.kestrel.Sprig.Bare", G_BUS_NAME_OWNER_FLAGS_NONE, nullptr,
-                               nullptr, nullptr, nullptr);
+  g_bus_own_name_on_connection(connection, SPRIG_BARE_NAME, G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr,
+                               nullptr, nullptr);
   for (;;) g_main_context_iteration(nullptr, TRUE);
 }

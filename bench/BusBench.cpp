@@ -38,6 +38,9 @@ constexpr Method getMenu = {wire::busName, wire::objectPath, wire::interfaceName
 constexpr Method getProperty = {wire::busName, wire::objectPath, "org.freedesktop.DBus.Properties", "Get"};
 constexpr Method nothing = {"com.kestrel.Sprig.Bare", "/com/kestrel/Sprig/Bare", "com.kestrel.Sprig.Bare",
                             "Nothing"};
+/// The same of a service that is linked with the extension's libraries.
+constexpr Method linkedNothing = {"com.kestrel.Sprig.Linked", nothing.object, nothing.interface,
+                                  nothing.name};
 
 constexpr Method ofBus(const char* name) {
   return {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", name};
@@ -49,6 +52,7 @@ class Bus {
   Bus() {
     addService(wire::busName, SPRIG_EXTENSION);
     addService(nothing.service, SPRIG_BARE_SERVICE);
+    addService(linkedNothing.service, SPRIG_LINKED_SERVICE);
     g_test_dbus_add_service_dir(bus.get(), home.folder().path().c_str());
     g_test_dbus_up(bus.get());
     connection.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
@@ -83,6 +87,7 @@ class Bus {
   }
 
   wire::VariantPointer empty() { return call(nothing); }
+  wire::VariantPointer linkedEmpty() { return call(linkedNothing); }
 
   /// Ends a service that runs.
   void end(const char* service) {
@@ -158,6 +163,9 @@ BENCHMARK_CAPTURE(warmCall, nothing, &Bus::empty)->Name("bus warm/floor")->Apply
 
 BENCHMARK_CAPTURE(coldCall, menu, wire::busName, &Bus::menu)->Name("bus cold/ours")->Apply(someTimes);
 BENCHMARK_CAPTURE(coldCall, nothing, nothing.service, &Bus::empty)->Name("bus cold/floor")->Apply(someTimes);
+BENCHMARK_CAPTURE(coldCall, linked, linkedNothing.service, &Bus::linkedEmpty)
+    ->Name("bus cold/linked")
+    ->Apply(someTimes);
 
 }  // namespace
 
