@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Measures what needs a screen: the prompt, a pick in Thunar, the settings, and the extension's memory. Prints the samples as JSON,
-nanoseconds and bytes.
+"""Measures what needs a screen: the prompt, a pick in Thunar, the settings, and the extension's memory. Prints the
+samples as JSON, nanoseconds and bytes.
 
 Runs where the tests of the file managers do, in session.sh.
 """
@@ -60,10 +60,12 @@ class Bus:
 
 
 def memory(process):
-    """The bytes of a process that are in memory, and those that it has to itself."""
+    """The bytes of a process that are in memory, those that it has to itself, and of these what it has written. The
+    rest is of files, for whoever needs them next."""
     rollup = pathlib.Path(f"/proc/{process}/smaps_rollup").read_text()
     sizes = {name: 1024 * int(size) for name, size in re.findall(r"^(\w+): +(\d+) kB$", rollup, re.MULTILINE)}
-    return {"resident": sizes["Rss"], "private": sizes["Private_Clean"] + sizes["Private_Dirty"]}
+    return {"resident": sizes["Rss"], "private": sizes["Private_Clean"] + sizes["Private_Dirty"],
+            "written": sizes["Private_Dirty"]}
 
 
 class ActiveWindow:
@@ -174,8 +176,8 @@ class Measuring(SprigDesktop):
             self.samples[f"search/{count}"] = [int(time) for time in keys.split()]
             for _ in range(STARTS if count else 0):
                 self.note(f"settings/ours/{count}", self.start_of(self.active, PROGRAMS / "sprig-settings"))
-                self.note(f"settings/floor/{count}", self.start_of(self.active, BENCH / "sprig-bench-bare-window", "Bare",
-                                                                   *SETTINGS_SIZE, str(count)))
+                bare = (BENCH / "sprig-bench-bare-window", "Bare", *SETTINGS_SIZE, str(count))
+                self.note(f"settings/floor/{count}", self.start_of(self.active, *bare))
 
     def measure_picks(self):
         self.home.write("Templates/Theirs", CONTENT)
@@ -236,4 +238,5 @@ def main():
     json.dump(desktop.samples, sys.stdout)
 
 
-main()
+if __name__ == "__main__":
+    main()

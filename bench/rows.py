@@ -16,6 +16,10 @@ def megabytes(size):
     return f"{size / 1e6:.1f} MB"
 
 
+def milliseconds(nanoseconds):
+    return f"{nanoseconds / 1e6:.1f} ms"
+
+
 def percentile_99(values):
     return statistics.quantiles(values, n=100)[98]
 
@@ -45,18 +49,21 @@ class Ratio:
 
 @dataclasses.dataclass(frozen=True)
 class More:
-    """How many bytes more than something else a process holds."""
+    """How much more than something else an operation takes, or how many bytes more a process holds."""
     operation: str
     ours: str
     against: str
     floor: str
-    limit: float
+    limit: float = None
+    shown: callable = megabytes
+    of: callable = statistics.median
 
     def cells(self, samples):
-        ours, floor = (statistics.median(samples[name]) for name in (self.ours, self.floor))
+        ours, floor = self.of(samples[self.ours]), self.of(samples[self.floor])
         more = ours - floor
-        return (self.operation, megabytes(ours), self.against, megabytes(floor), f"{more / 1e6:+.1f} MB",
-                f"{self.limit / 1e6:+g} MB", verdict(more <= self.limit))
+        limited = (f"+{self.shown(self.limit)}", verdict(more <= self.limit)) if self.limit else ("", "")
+        return (self.operation, self.shown(ours), self.against, self.shown(floor),
+                f"{'' if more < 0 else '+'}{self.shown(more)}", *limited)
 
 
 @dataclasses.dataclass(frozen=True)
@@ -79,6 +86,15 @@ TESTS = "as many faccessat"
 BARE = "a bare service"
 SIZES = {1_000: "1 kB", 100_000: "100 kB", 10_000_000: "10 MB"}
 FILLED = {0: "no placeholders", 1: "few", 2: "many"}
+
+# As they are felt in file managers: what, which measure of it, in which unit, and the limit.
+FELT = [("start", "start", milliseconds, statistics.median, 10e6),
+        ("right click to menu, 11 templates", "menu of 11", milliseconds, statistics.median, 1e6),
+        ("the same, 99th percentile", "menu of 11", milliseconds, percentile_99, 3e6),
+        ("right click to menu, 1,000 templates", "menu of 1000", milliseconds, statistics.median, 1e6),
+        ("memory written, 11 templates", "memory with 11", megabytes, statistics.median, 1.5e6),
+        ("memory written, 1,000 templates", "memory with 1000", megabytes, statistics.median, None)]
+MANAGERS = {"nautilus": "GNOME Files", "nemo": "Nemo", "caja": "Caja", "thunar": "Thunar", "dolphin": "Dolphin"}
 
 ROWS = [
     *(Ratio(f"decode {count:,} templates", f"decode/ours/{count}", JSON, f"decode/floor/{count}", 1.6)
@@ -122,4 +138,7 @@ ROWS = [
     Within("start of sprig list", "start/ours", 25e6),
     Ratio("start of sprig list", "start/ours", "/bin/true", "start/true"),
     Ratio("start of sprig list", "start/ours", "git --version", "start/git"),
+    *(More(f"{name}: {what}", f"felt/{manager}/{measure}/with", "without Sprig", f"felt/{manager}/{measure}/without",
+           limit, unit, of)
+      for manager, name in MANAGERS.items() for what, measure, unit, of, limit in FELT),
 ]

@@ -20,10 +20,13 @@ HERE = pathlib.Path(__file__).resolve().parent
 # The programs, each with the repetitions of its benchmarks and which of them are run together.
 PROGRAMS = [("config", 15, "."), ("files", 15, "."), ("menu", 15, "."), ("render", 9, "."),
             ("bus", 1, "warm"), ("bus", 1, "cold")]
-PARTS = {name for name, *_ in PROGRAMS} | {"start", "desktop"}
+PARTS = {name for name, *_ in PROGRAMS} | {"start", "desktop", "felt"}
 STARTS = 100
 HEAD = ("operation", "ours", "against", "floor", "ratio", "limit", "verdict")
-THUNAR_MODULES = ("pkg-config", "--variable=extensionsdir", "thunarx-3")
+# Of each file manager: the package that tells where it looks for modules, and its variable for that.
+MODULES = {"thunar": ("thunarx-3", "extensionsdir"), "caja": ("libcaja-extension", "extensiondir"),
+           "nemo": ("libnemo-extension", "extensiondir"), "nautilus": ("libnautilus-extension-4", "extensiondir")}
+SESSIONS = 4  # of each file manager, with our module and without
 
 
 def environment(home):
@@ -84,18 +87,44 @@ def run_starts(build, env):
     return samples
 
 
-def run_desktop(build):
-    """What needs a screen, in a session of its own with the module for Thunar in place."""
-    print("desktop", file=sys.stderr, flush=True)
-    folder = subprocess.run(THUNAR_MODULES, check=True, capture_output=True, text=True).stdout.strip()
+def folder_of_modules(manager):
+    if manager == "dolphin":
+        return max(pathlib.Path("/usr/lib").glob("*/qt*/plugins/kf*/kfileitemaction"))
+    package, variable = MODULES[manager]
+    return subprocess.run(["pkg-config", f"--variable={variable}", package], check=True, capture_output=True,
+                          text=True).stdout.strip()
+
+
+def run_session(build, manager, modules, script):
+    """What a script measures in a session of its own, with these modules in place of the file manager's."""
     tests = HERE.parent / "tests"
     managers = tests / "filemanagers"
     output = subprocess.run(
-        [managers / "session.sh", build / "modules/thunar", folder, "/usr/bin/python3", "-B", HERE / "desktop.py"],
+        [managers / "session.sh", modules, folder_of_modules(manager), "/usr/bin/python3", "-B", HERE / script],
         env={**os.environ, "PYTHONPATH": f"{managers}:{tests}/support", "SPRIG_PROGRAMS": str(build / "bin"),
-             "SPRIG_BENCH": str(build / "bench")},
+             "SPRIG_BENCH": str(build / "bench"), "SPRIG_MANAGER": manager,
+             "SPRIG_WITH": "with" if modules == build / "modules" / manager else "without"},
         check=True, stdout=subprocess.PIPE).stdout
     return json.loads(output)
+
+
+def run_desktop(build):
+    """What needs a screen, with the module for Thunar in place."""
+    print("desktop", file=sys.stderr, flush=True)
+    return run_session(build, "thunar", build / "modules/thunar", "desktop.py")
+
+
+def run_felt(build):
+    samples = {}
+    with tempfile.TemporaryDirectory(dir=build) as nothing:
+        os.chmod(nothing, 0o755)  # the session is another user's
+        for manager in (*MODULES, "dolphin"):
+            print(f"felt in {manager}", file=sys.stderr, flush=True)
+            for _ in range(SESSIONS):
+                for modules in (build / "modules" / manager, pathlib.Path(nothing)):
+                    for name, values in run_session(build, manager, modules, "felt.py").items():
+                        samples.setdefault(name, []).extend(values)
+    return samples
 
 
 def measure(build, parts):
@@ -109,6 +138,8 @@ def measure(build, parts):
             samples.update(run_starts(build, env))
     if "desktop" in parts:
         samples.update(run_desktop(build))
+    if "felt" in parts:
+        samples.update(run_felt(build))
     return samples
 
 
