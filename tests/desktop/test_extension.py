@@ -95,7 +95,9 @@ def apart(home):
 def test_what_is_mounted_later_is_served_while_it_is(apart, home):
     manager = apart.manager()
     before = manager.property("ServedFolders")
-    in_mounts_of(manager.extension_process(), "mount", b"/usr", b"/mnt", None, BIND, None)
+    # The root of a container is no volume.
+    folder = os.fsencode(os.path.dirname(os.environ["SPRIG_PROGRAM"]))
+    in_mounts_of(manager.extension_process(), "mount", folder, b"/mnt", None, BIND, None)
     wait_until(lambda: manager.served == sorted([*before, "file:///mnt"]) == manager.property("ServedFolders"))
     assert lines(home, "Initialized") == [f"Initialized FinderSync monitoring {len(before)} directory URLs"]
     in_mounts_of(manager.extension_process(), "umount", b"/mnt")
