@@ -70,8 +70,7 @@ def test_a_file_becomes_a_template(desktop, open_settings):
     settings.lists("Alpha", "Beta", "Gamma")
     settings.press("ctrl+o")
     wait_for(lambda: output_of("xdotool", "getactivewindow", "getwindowname") == "New from File", "the file dialog")
-    desktop.type(f"{desktop.home.demo}/Letter.odt")
-    desktop.press("Return")
+    settings.take_file(desktop.home.demo / "Letter.odt")
     settings.lists("Letter", "Alpha", "Beta", "Gamma")
     settings.focuses("Letter")
     assert desktop.config()["templates"][0]["contentBase64"] == "/w=="
@@ -166,7 +165,7 @@ def test_bytes_are_shown_as_what_they_are(desktop, open_settings):
     desktop.home.configure(template("Picture", filenamePattern="Picture.png", contentBase64="iVBORw0KGgo="))
     settings = open_settings("sprig://settings/templates/picture")
     settings.reads("PNG image, 8 bytes")
-    settings.click("Use a Text")
+    settings.push("Use a Text")
     wait_for(lambda: "contentBase64" not in desktop.config()["templates"][0], "the text")
 
 
