@@ -270,7 +270,7 @@ bool SettingsModel::restoreBackup() {
 std::optional<FileURL> SettingsModel::startAfresh() {
   auto& files = platform::current().files;
   const auto folder = files.stateDirectory();
-  const auto copy = folder.appendingPath(TemplateEngine::resolveCollision(folder, "broken-config.json"));
+  auto copy = folder.appendingPath(TemplateEngine::resolveCollision(folder, "broken-config.json"));
   if (const auto error = files.appendData(source, copy)) {
     fail({ConfigEditError::Reason::inaccessible, error->description});
     return std::nullopt;

@@ -2,10 +2,10 @@
 
 #include "filemanagers/dolphin/sendPick.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <memory>
 
 #include "wire/Interface.h"
 
@@ -44,8 +44,9 @@ void sendPick(const PickedEntry& entry, const MenuOccasion& occasion, const Clic
       QString::fromLatin1(wire::interfaceName), QStringLiteral("Activate"));
   call << QString::fromStdString(entry.action) << static_cast<std::uint32_t>(occasion.kind)
        << textsOf(occasion.targets) << platformData(entry, origin);
-  auto watcher = std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::sessionBus().asyncCall(call));
-  QObject::connect(watcher.release(), &QDBusPendingCallWatcher::finished, answered);
+  const auto pending = QDBusConnection::sessionBus().asyncCall(call);
+  auto* watcher = new QDBusPendingCallWatcher(pending, QCoreApplication::instance());
+  QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, answered);
 }
 
 }  // namespace sprig::filemanagers

@@ -3,10 +3,11 @@
 #include "ports/terminal/UserPath.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "ports/linux/LinuxProcessInfo.h"
 
@@ -41,10 +42,11 @@ std::optional<FileURL> currentFolder() {
   if (logical && logical->starts_with('/') && isSameFolder(logical->c_str(), ".")) {
     return FileURL(*logical).standardized();
   }
-  const std::unique_ptr<char, decltype(&std::free)> physical(::getcwd(nullptr, 0), &std::free);
+  std::error_code error;
+  const auto physical = std::filesystem::current_path(error).string();
   // The system's name for a folder outside of what this program can see begins with "(unreachable)".
-  if (!physical || *physical != '/') return std::nullopt;
-  return FileURL(physical.get());
+  if (!physical.starts_with('/')) return std::nullopt;
+  return FileURL(physical);
 }
 
 std::optional<FileURL> absoluteLocation(const std::string& path) {

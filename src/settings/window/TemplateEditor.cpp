@@ -166,7 +166,7 @@ void TemplateEditor::open(const TemplateKey& key) {
 std::optional<TemplateKey> TemplateEditor::finish() {
   if (!draft) return std::nullopt;
   write();
-  const auto key = draft->key();
+  auto key = draft->key();
   draft.reset();
   return key;
 }
