@@ -174,6 +174,11 @@ class FileManager:
     def stop(self):
         self.desktop.end(self.process)
 
+    @staticmethod
+    def disables_rows():
+        """Whether it shows disabled entries of menus as such."""
+        return True
+
     def _x_windows(self):
         return self.desktop.areas("search", "--onlyvisible", "--class", self.window_class, "%@")
 
@@ -256,13 +261,13 @@ class FileManager:
     def listed(self):
         return [entry.name for entry in self.entries()]
 
-    def _entry(self, name):
+    def entry(self, name):
         return [entry for entry in self.entries() if entry.name == name][-1]
 
     def submenu(self, name):
         """What an open submenu lists."""
         def look():
-            return [entry.name for entry in children(self._entry(name))
+            return [entry.name for entry in children(self.entry(name))
                     if has(entry, "SHOWING", "VISIBLE") and entry.name]
         return wait_to_see(look, f"the submenu “{name}”")
 
@@ -314,7 +319,7 @@ class FileManager:
         wait_to_see(are_closed, "the menus to close")
 
     def point(self, name):
-        place = middle(self.settled_place(lambda: self._entry(name), f"“{name}” in the menu"))
+        place = middle(self.settled_place(lambda: self.entry(name), f"“{name}” in the menu"))
         self.desktop.point(place)
         return place
 
@@ -357,6 +362,11 @@ class Thunar(FileManager):
     def choose_view(desktop, view):
         output_of("xfconf-query", "--channel", "thunar", "--property", "/last-view", "--create", "--type", "string",
                   "--set", view)
+
+    @staticmethod
+    def disables_rows():
+        version = re.search(r"[\d.]+", output_of("thunar", "--version"))[0]
+        return [int(part) for part in version.split(".")] >= [4, 19, 3]
 
 
 class Caja(FileManager):
@@ -555,7 +565,7 @@ class Dolphin(FileManager):
 
     def submenu(self, name):
         def look():
-            entry = self._entry(name)
+            entry = self.entry(name)
             return [below.name for below in nodes(entry, ENTRIES)
                     if below != entry and has(below, "SHOWING", "VISIBLE") and below.name]
         return wait_to_see(look, f"the submenu “{name}”")

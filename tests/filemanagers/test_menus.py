@@ -107,6 +107,16 @@ def test_a_changed_configuration_changes_the_next_menu(desktop, manager, item):
         desktop.picture("more-templates")
 
 
+def test_a_menu_without_templates_says_so_where_rows_can_be_disabled(desktop, manager):
+    place = manager.background()
+    manager.open_menu(place)
+    manager.close_menus()
+    desktop.configure(template("Hidden", enabled=False))
+    disabled = ["No Templates Configured"] if manager.disables_rows() else []
+    comes_to_list(manager, place, *disabled, SETTINGS)
+    assert [name for name in disabled if has(manager.entry(name), "SENSITIVE")] == []
+
+
 def test_a_menu_is_for_the_folder_of_its_window(desktop, folder, manager):
     place = manager.background()
     process = desktop.launch(*(word.format(folder / "inner") for word in manager.command))
