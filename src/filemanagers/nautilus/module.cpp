@@ -50,8 +50,8 @@ struct NautilusMenus : MenuTraits {
     return uri ? uri.get() : std::string();
   }
   /// In the folder's menu, one level below it. Its items are also in the menu of the path bar, which is put
-  /// together again on every change of the selection; GTK (seen with 4.8) takes only the first level of
-  /// submenus away then, so that deeper ones would pile up, and an outdated one be shown.
+  /// together again on every change of the selection; GTK (seen with 4.8 and 4.18) takes only the first level
+  /// of submenus away then, so that deeper ones would pile up, and an outdated one be shown.
   static MenuEntries arranged(const MenuEntries& menu, wire::Kind kind) {
     return kind == wire::Kind::background ? withOneLevel(menu) : menu;
   }
