@@ -16,7 +16,7 @@ namespace sprig::bench {
 class Extension {
  public:
   explicit Extension(const AppConfigItem& config) : home(config) {
-    platform.controller().concernFolder(home.folder());
+    platform.controller().setTargetFolder(home.folder());
   }
 
   const platform::FileURL& folder() const { return home.folder(); }

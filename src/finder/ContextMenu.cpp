@@ -35,12 +35,12 @@ std::optional<Image> templateImage(const TemplateItem& item) {
   return menuImage(exists ? item.icon : "doc.text", item.name);
 }
 
-bool concernsItems(FIMenuKind menuKind) {
+bool isForItems(FIMenuKind menuKind) {
   return menuKind == FIMenuKind::contextualMenuForItems || menuKind == FIMenuKind::contextualMenuForSidebar;
 }
 
 std::optional<FileURL> targetFolder(FIMenuKind menuKind) {
-  if (concernsItems(menuKind)) {
+  if (isForItems(menuKind)) {
     if (auto folder = firstSelectedFolder()) return folder;
   }
   if (auto folder = platform::current().finderSyncController.targetedURL()) return folder;

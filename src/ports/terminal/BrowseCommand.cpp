@@ -28,23 +28,23 @@ std::string abbreviated(const FileURL& location) {
 }  // namespace
 
 ExitStatus BrowseCommand::run() {
-  if (const auto refusal = concernTargets()) return *refusal;
+  if (const auto refusal = setTargets()) return *refusal;
   return pickAndCreate();
 }
 
-std::optional<ExitStatus> BrowseCommand::concernTargets() {
+std::optional<ExitStatus> BrowseCommand::setTargets() {
   const auto& targets = request.targets;
   const bool isAboutFolder =
       targets.empty() || (targets.size() == 1 && kindOf(targets.front()) == PathKind::folder);
-  if (!isAboutFolder) return concernItems();
+  if (!isAboutFolder) return setItems();
   const auto folder =
       existingFolder(targets.empty() ? std::nullopt : std::optional(targets.front()), terminal.screen());
   if (!folder) return folder.error();
-  terminal.controller().concernFolder(*folder);
+  terminal.controller().setTargetFolder(*folder);
   return std::nullopt;
 }
 
-std::optional<ExitStatus> BrowseCommand::concernItems() {
+std::optional<ExitStatus> BrowseCommand::setItems() {
   std::vector<FileURL> items;
   for (const auto& target : request.targets) {
     const auto item = existingItem(target, terminal.screen());
@@ -52,7 +52,7 @@ std::optional<ExitStatus> BrowseCommand::concernItems() {
     items.push_back(*item);
   }
   kind = platform::FIMenuKind::contextualMenuForItems;
-  terminal.controller().concernItems(std::move(items));
+  terminal.controller().setSelectedItems(std::move(items));
   return std::nullopt;
 }
 

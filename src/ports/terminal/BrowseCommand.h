@@ -23,8 +23,8 @@ class BrowseCommand {
 
  private:
   /// What the menu is about; how the program ends when there is no such thing.
-  std::optional<ExitStatus> concernTargets();
-  std::optional<ExitStatus> concernItems();
+  std::optional<ExitStatus> setTargets();
+  std::optional<ExitStatus> setItems();
   std::string heading() const;
   ExitStatus pickAndCreate();
 

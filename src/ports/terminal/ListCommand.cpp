@@ -16,7 +16,7 @@ namespace sprig::terminal {
 ExitStatus ListCommand::run() {
   const auto folder = existingFolder(request.folder, terminal.screen());
   if (!folder) return folder.error();
-  terminal.controller().concernFolder(*folder);
+  terminal.controller().setTargetFolder(*folder);
   FinderSync finderSync;
   warnOfBrokenConfig(terminal.screen());
   const auto menu = finderSync.menu(platform::FIMenuKind::contextualMenuForContainer);

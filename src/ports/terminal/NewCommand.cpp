@@ -37,7 +37,7 @@ MenuState stateOfMenu() {
 ExitStatus NewCommand::run() {
   const auto folder = existingFolder(request.folder, terminal.screen());
   if (!folder) return folder.error();
-  terminal.controller().concernFolder(*folder);
+  terminal.controller().setTargetFolder(*folder);
   const auto state = stateOfMenu();
   warnOfBrokenConfig(terminal.screen());
   const auto item = picked(state);

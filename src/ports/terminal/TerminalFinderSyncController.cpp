@@ -6,12 +6,12 @@
 
 namespace sprig::terminal {
 
-void TerminalFinderSyncController::concernFolder(const platform::FileURL& folder) {
+void TerminalFinderSyncController::setTargetFolder(const platform::FileURL& folder) {
   folderURL = folder;
   itemURLs.reset();
 }
 
-void TerminalFinderSyncController::concernItems(std::vector<platform::FileURL> items) {
+void TerminalFinderSyncController::setSelectedItems(std::vector<platform::FileURL> items) {
   folderURL.reset();
   itemURLs = std::move(items);
 }

@@ -10,9 +10,9 @@ namespace sprig::terminal {
 class TerminalFinderSyncController final : public platform::FIFinderSyncController {
  public:
   /// The menu concerns the background of `folder`.
-  void concernFolder(const platform::FileURL& folder);
+  void setTargetFolder(const platform::FileURL& folder);
   /// The menu concerns these items.
-  void concernItems(std::vector<platform::FileURL> items);
+  void setSelectedItems(std::vector<platform::FileURL> items);
 
   /// No one asks for menus but this program itself, for whichever folder its user names.
   void setDirectoryURLs(const std::set<platform::FileURL>&) override {}
