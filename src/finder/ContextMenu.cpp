@@ -91,7 +91,7 @@ std::unique_ptr<Menu> ContextMenu::menu(FIMenuKind menuKind) {
   menuState.lastTargetFolderURL = std::move(folder);
 
   auto templates = templateMenu(config);
-  menuState.templateCache.follow(config);
+  menuState.templateCache.releaseOld(config);
   if (menuKind == FIMenuKind::toolbarItemMenu) return templates;
   auto root = makeMenu("Sprig");
   root->items.push_back(withSubmenu("Sprig", std::move(templates), menuImage("doc.badge.plus", "Sprig")));
@@ -144,8 +144,8 @@ MenuItem ContextMenu::createMenuItem(const TemplateReference& item) {
   entry.action = templateActionSelector;
   entry.target = &menuTarget;
   entry.identifier = item->id;
-  menuState.templateCache.enter(item->id, item);
-  menuState.templateCache.enter(item->name, item);
+  menuState.templateCache.insert(item->id, item);
+  menuState.templateCache.insert(item->name, item);
   entry.image = templateImage(*item);
   return entry;
 }

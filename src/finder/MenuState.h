@@ -20,14 +20,14 @@ namespace sprig {
 /// Ownership: keeps one whole configuration alive, the last one followed.
 class TemplateCache {
  public:
-  void enter(const std::string& key, TemplateReference item) {
+  void insert(const std::string& key, TemplateReference item) {
     templates.insert_or_assign(text::canonicalForm(key), std::move(item));
   }
 
   /// To be called when all templates that a menu offers of `config` have been entered. Those of the
   /// configuration before that it offers no longer are copied, so that they don't keep all of that one in
   /// memory.
-  void follow(const ConfigSnapshot& config) {
+  void releaseOld(const ConfigSnapshot& config) {
     if (config == followed) return;
     std::unordered_map<const TemplateItem*, TemplateReference> copies;  // one for both keys
     for (auto& [key, item] : templates) {

@@ -20,8 +20,8 @@ using platform::FileURL;
 namespace {
 
 constexpr int deepest = 5;
-constexpr std::size_t mostFiles = 500;
-constexpr std::size_t mostBytes = std::size_t{64} << 20;
+constexpr std::size_t maxFiles = 500;
+constexpr std::size_t maxBytes = std::size_t{64} << 20;
 constexpr const char* sourceKey = "importedFrom";
 
 class Surveyor {
@@ -53,8 +53,8 @@ class Surveyor {
   }
 
   void visitFile(const FileURL& file, const std::string& category) {
-    if (result.candidates.size() == mostFiles) return skip(file, "is more than the 500 files that are read");
-    if (bytes > mostBytes) return skip(file, "is more than the 64 MiB that are read");
+    if (result.candidates.size() == maxFiles) return skip(file, "is more than the 500 files that are read");
+    if (bytes > maxBytes) return skip(file, "is more than the 64 MiB that are read");
     const auto entry = desktopEntryIn(file);
     if (entry && !entry->target) return skip(file, "is no link to a file of this computer");
     const auto& source = entry ? *entry->target : file;

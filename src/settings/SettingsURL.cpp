@@ -12,7 +12,7 @@ namespace sprig::settings {
 
 namespace {
 
-constexpr std::size_t longestURL = 2000;  // bytes
+constexpr std::size_t maxURLBytes = 2000;  // bytes
 
 char lowered(char character) {
   return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
@@ -38,7 +38,8 @@ std::vector<std::string_view> segmentsOf(std::string_view path) {
 
 std::optional<SettingsTarget> parseSettingsURL(std::string_view url) {
   constexpr std::string_view scheme = "sprig:";
-  if (url.size() > longestURL || !isEqualInAnyCase(url.substr(0, scheme.size()), scheme)) return std::nullopt;
+  if (url.size() > maxURLBytes || !isEqualInAnyCase(url.substr(0, scheme.size()), scheme))
+    return std::nullopt;
   if (url.find_first_of("?#") != std::string_view::npos) return std::nullopt;
   const auto segments = segmentsOf(url.substr(scheme.size()));
   if (segments.empty() || !isEqualInAnyCase(segments[0], "settings")) return std::nullopt;

@@ -86,7 +86,7 @@ TEST_P(FileSystemFaults, LeaveTheWholeNewFileOrNoneWhateverTheFileSystemCanDo) {
     calls->canRefuseToReplace = row.canRefuseToReplace;
     calls->canLink = row.canLink;
     calls->isAppendOnly = row.isAppendOnly;
-    calls->mostBytes = row.isDirect ? 5 : SIZE_MAX;
+    calls->maxBytes = row.isDirect ? 5 : SIZE_MAX;
     const auto operation = [&] {
       return row.isDirect ? files.createFile("the new text", target) : publish();
     };
@@ -104,7 +104,7 @@ TEST_P(FileSystemFaults, AreReportedByAppendingAndReading) {
   const auto ignore = [](bool) {};
   const auto append = [&] { return files.appendData("+", target); };
   EXPECT_GE(sweep("", append, ignore), 3);
-  calls->mostBytes = 3;
+  calls->maxBytes = 3;
   const auto read = [&]() -> Failure {
     const auto content = files.contentsOfFile(target);
     if (!content) return content.error();
@@ -120,13 +120,13 @@ INSTANTIATE_TEST_SUITE_P(Of, FileSystemFaults,
 
 TEST(ShortWrites, AreContinuedInWholeFilesAndAnErrorInAppending) {
   const auto calls = std::make_shared<FaultyCalls>();
-  calls->mostBytes = 1;
+  calls->maxBytes = 1;
   ports::LinuxFileSystem files(calls);
   const TemporaryFolder folder;
   writeFile(folder / "file", "one");
   EXPECT_EQ(files.appendData("more", folder / "file").value().code, ENOSPC);
   // A device that takes nothing must not be tried for ever.
-  calls->mostBytes = 0;
+  calls->maxBytes = 0;
   EXPECT_EQ(files.prepareFile("x", folder.url()).error().code, EIO);
   EXPECT_EQ(namesIn(folder.url()), std::vector<std::string>{"file"});
 }

@@ -26,7 +26,7 @@ class FaultyCalls final : public ports::SystemCalls {
  public:
   int failing = 0;  // counted from 1; 0: none
   int code = 0;
-  std::size_t mostBytes = SIZE_MAX;
+  std::size_t maxBytes = SIZE_MAX;
   bool canRefuseToReplace = true;  // and exchange, when it renames
   bool canLink = true;
   bool isAppendOnly = false;  // every folder
@@ -45,10 +45,10 @@ class FaultyCalls final : public ports::SystemCalls {
     return fails() ? -1 : SystemCalls::openAt(folder, path, flags, mode);
   }
   ssize_t read(int descriptor, void* buffer, std::size_t size) override {
-    return fails() ? -1 : SystemCalls::read(descriptor, buffer, std::min(size, mostBytes));
+    return fails() ? -1 : SystemCalls::read(descriptor, buffer, std::min(size, maxBytes));
   }
   ssize_t write(int descriptor, const void* data, std::size_t size) override {
-    return fails() ? -1 : SystemCalls::write(descriptor, data, std::min(size, mostBytes));
+    return fails() ? -1 : SystemCalls::write(descriptor, data, std::min(size, maxBytes));
   }
   int status(int descriptor, struct stat& result) override {
     return fails() ? -1 : SystemCalls::status(descriptor, result);

@@ -16,10 +16,10 @@ namespace {
 
 /// After that a file manager has noticed a file that is new in a folder that it shows. Thunar 4.20 was
 /// seen to take 1.9 seconds.
-constexpr guint longestWait = 2500;
+constexpr guint maxWait = 2500;
 /// What changes a view comes in bursts; one look is enough for each.
 constexpr guint burst = 20;
-constexpr std::size_t mostRequests = 16;
+constexpr std::size_t maxRequests = 16;
 
 void answer(GDBusMethodInvocation* invocation, bool isDone) {
   g_dbus_method_invocation_return_value(invocation, g_variant_new("(b)", isDone ? TRUE : FALSE));
@@ -47,7 +47,7 @@ class FileManagerService::Request {
   /// Whether the answer is known at once.
   bool begin() {
     state = selection->attempt();
-    if (state == State::notYet) end = g_timeout_add(longestWait, ended, this);
+    if (state == State::notYet) end = g_timeout_add(maxWait, ended, this);
     return state != State::notYet;
   }
 
@@ -111,7 +111,7 @@ void FileManagerService::select(GVariant* parameters, GDBusMethodInvocation* inv
   const char* uri = nullptr;
   const char* window = nullptr;
   g_variant_get(parameters, "(&s&s)", &uri, &window);
-  if (requests.size() >= mostRequests) return answer(invocation, false);
+  if (requests.size() >= maxRequests) return answer(invocation, false);
   auto request = std::make_unique<Request>(*this, FileToSelect{uri, window}, invocation);
   if (!request->begin()) requests.push_back(std::move(request));
 }

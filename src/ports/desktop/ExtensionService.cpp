@@ -202,7 +202,7 @@ VariantPointer ExtensionService::getMenu(GVariant* parameters) {
 }
 
 VariantPointer ExtensionService::activate(GVariant* parameters, const std::string& sender) {
-  constexpr std::size_t mostPicks = 100;
+  constexpr std::size_t maxPicks = 100;
   Pick pick;
   pick.action = textAt(parameters, 0);
   pick.context = MenuContext::from(child(parameters, 1).get(), child(parameters, 2).get());
@@ -211,7 +211,7 @@ VariantPointer ExtensionService::activate(GVariant* parameters, const std::strin
   if (!OfferedMenus::isAction(pick.action)) throw CallError("no menu offers such an action");
   if (!pick.context.target || !parts.controller.serves(*pick.context.target))
     throw CallError("what was clicked is in no served folder");
-  if (picks.size() >= mostPicks) throw std::runtime_error("too many picks are waiting");
+  if (picks.size() >= maxPicks) throw std::runtime_error("too many picks are waiting");
   const auto platformData = child(parameters, 3);
   pick.title = hint(platformData.get(), wire::titleKey);
   pick.click = {sender, hint(platformData.get(), wire::activationTokenKey),

@@ -81,8 +81,8 @@ Request readConfig(CommandArguments& arguments, Arguments list) {
 struct TemplateTaskName {
   std::string_view name;
   TemplateTask task;
-  std::size_t fewestOperands;
-  std::size_t mostOperands;
+  std::size_t minOperands;
+  std::size_t maxOperands;
 };
 
 constexpr TemplateTaskName templateTasks[] = {
@@ -127,7 +127,7 @@ Request readTemplate(CommandArguments& arguments, Arguments list) {
   if (titles && request.task != TemplateTask::list) throw UsageError("--titles is for “template list”");
   if (titles) request.format = ListFormat::titles;
   if (!arguments.operand(0)) return request;
-  request.operands = arguments.operands(1 + found->fewestOperands, 1 + found->mostOperands);
+  request.operands = arguments.operands(1 + found->minOperands, 1 + found->maxOperands);
   request.operands.erase(request.operands.begin());
   if (request.task != TemplateTask::move) return request;
   request.position = positionIn(request.operands.back());

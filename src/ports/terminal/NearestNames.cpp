@@ -12,7 +12,7 @@ namespace sprig::terminal {
 
 namespace {
 
-constexpr std::size_t mostNames = 3;
+constexpr std::size_t maxNames = 3;
 
 /// How many bytes must be added, dropped or replaced to turn one text into the other.
 std::size_t editDistance(std::string_view left, std::string_view right) {
@@ -43,7 +43,7 @@ std::vector<std::string> nearestNames(std::string_view wanted, const std::vector
   }
   std::stable_sort(near.begin(), near.end(),
                    [](const auto& left, const auto& right) { return left.first < right.first; });
-  near.resize(std::min(near.size(), mostNames));
+  near.resize(std::min(near.size(), maxNames));
   std::vector<std::string> result;
   result.reserve(near.size());
   for (auto& entry : near) result.push_back(std::move(entry.second));

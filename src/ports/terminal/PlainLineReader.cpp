@@ -11,7 +11,7 @@ namespace sprig::terminal {
 namespace {
 
 /// No name and no pick is longer; input without line ends shall not fill the memory.
-constexpr std::size_t longestLine = std::size_t{64} * 1024;
+constexpr std::size_t maxLineBytes = std::size_t{64} * 1024;
 
 }  // namespace
 
@@ -58,7 +58,7 @@ PlainLineReader::Progress PlainLineReader::takeByte(std::string& line) {
   if (count != 1) return line.empty() ? Progress::ended : Progress::complete;
   if (byte == '\n') return Progress::complete;
   line += byte;
-  return line.size() < longestLine ? Progress::goesOn : Progress::ended;
+  return line.size() < maxLineBytes ? Progress::goesOn : Progress::ended;
 }
 
 }  // namespace sprig::terminal

@@ -16,7 +16,7 @@ namespace sprig::terminal {
 namespace {
 
 constexpr std::size_t usualColumns = 80;
-constexpr std::size_t fewestColumns = 20;
+constexpr std::size_t minColumns = 20;
 
 std::string environment(std::string_view variable) {
   return ports::LinuxProcessInfo().environment(variable).value_or("");
@@ -55,7 +55,7 @@ Screen::Screen(int streamDescriptor)
 std::size_t Screen::columns() const {
   winsize size = {};
   if (!terminal || ::ioctl(descriptor, TIOCGWINSZ, &size) == -1 || size.ws_col == 0) return usualColumns;
-  return std::max<std::size_t>(size.ws_col, fewestColumns);
+  return std::max<std::size_t>(size.ws_col, minColumns);
 }
 
 std::string Screen::fittedText(std::string_view anything, std::size_t width, Cut cut) const {

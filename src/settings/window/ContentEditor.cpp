@@ -20,7 +20,7 @@ namespace {
 constexpr int contentHeight = 190;              // pixels
 constexpr std::size_t largestFile = 8'000'000;  // bytes
 /// A longer text isn't searched for placeholders with each key.
-constexpr int mostHighlighted = 100'000;  // characters
+constexpr int maxHighlighted = 100'000;  // characters
 
 constexpr const char* textPage = "text";
 constexpr const char* previewPage = "preview";
@@ -131,7 +131,7 @@ void ContentEditor::highlight() {
   GtkTextIter end;
   gtk_text_buffer_get_bounds(buffer, &begin, &end);
   gtk_text_buffer_remove_tag(buffer, placeholderTag, &begin, &end);
-  if (gtk_text_buffer_get_char_count(buffer) > mostHighlighted) return;
+  if (gtk_text_buffer_get_char_count(buffer) > maxHighlighted) return;
   for (const auto& placeholder : placeholdersOfContents()) {
     GtkTextIter from = begin;
     GtkTextIter first;

@@ -19,7 +19,7 @@ namespace {
 constexpr int listHeight = 180;     // pixels
 constexpr int contentHeight = 150;  // pixels
 /// No more of a content is shown.
-constexpr std::size_t mostShown = 20'000;  // bytes
+constexpr std::size_t maxShown = 20'000;  // bytes
 
 std::string filenameOf(const TemplateItem& item) {
   const auto& pattern = item.filenamePattern;
@@ -192,7 +192,7 @@ void ImportPage::showChosen() {
 void ImportPage::showContent(std::size_t place) {
   const auto& item = offer->entries()[place].item;
   gtk_label_set_text(GTK_LABEL(contentTitle), text::toValidUTF8(filenameOf(item)).c_str());
-  const auto text = item.content.substr(0, mostShown);
+  const auto text = item.content.substr(0, maxShown);
   setTextIn(content, ownBytes(item) ? kindOfContent(item) : shownText(text::toValidUTF8(text)));
 }
 

@@ -12,7 +12,7 @@ namespace sprig::settings {
 
 namespace {
 
-constexpr double mostInMenu = 100;
+constexpr double maxInMenu = 100;
 constexpr guint asksAlways = 0;
 constexpr guint asksIfRequired = 1;
 
@@ -37,7 +37,7 @@ MenuSettings::MenuSettings(SettingsModel& settingsModel)
       column(makeBox(GTK_ORIENTATION_VERTICAL, gap)),
       page(makeScrolledColumn(column)),
       showsMenu(gtk_switch_new()),
-      count(gtk_spin_button_new_with_range(0, mostInMenu, 1)),
+      count(gtk_spin_button_new_with_range(0, maxInMenu, 1)),
       sections(gtk_switch_new()),
       asks(makeChoice()),
       notifies(gtk_switch_new()) {
@@ -94,7 +94,7 @@ void MenuSettings::update() {
   isUpdating = true;
   turn(showsMenu, settings.showInFinder.value_or(true));
   // As the menu counts.
-  const auto all = static_cast<std::size_t>(mostInMenu);
+  const auto all = static_cast<std::size_t>(maxInMenu);
   gtk_spin_button_set_value(GTK_SPIN_BUTTON(count), static_cast<double>(visibleCount(settings, all)));
   turn(sections, settings.showCategories.value_or(true));
   const bool isAlways = text::isEqual(settings.defaultBehavior.value_or(promptBehavior), promptBehavior);
