@@ -17,26 +17,26 @@ namespace sprig {
 /// one key. Entries are added or replaced, never removed: what a menu has offered stays findable.
 ///
 /// Threads:   main thread.
-/// Ownership: keeps one whole configuration alive, the last one followed.
+/// Ownership: keeps one whole configuration alive, the newest one.
 class TemplateCache {
  public:
   void insert(const std::string& key, TemplateReference item) {
     templates.insert_or_assign(text::canonicalForm(key), std::move(item));
   }
 
-  /// To be called when all templates that a menu offers of `config` have been entered. Those of the
+  /// To be called when all templates that a menu offers of `config` have been inserted. Those of the
   /// configuration before that it offers no longer are copied, so that they don't keep all of that one in
   /// memory.
   void releaseOld(const ConfigSnapshot& config) {
-    if (config == followed) return;
+    if (config == newest) return;
     std::unordered_map<const TemplateItem*, TemplateReference> copies;  // one for both keys
     for (auto& [key, item] : templates) {
-      if (item.owner_before(followed) || followed.owner_before(item)) continue;
+      if (item.owner_before(newest) || newest.owner_before(item)) continue;
       auto& copy = copies[item.get()];
       if (!copy) copy = std::make_shared<const TemplateItem>(*item);
       item = copy;
     }
-    followed = config;
+    newest = config;
   }
 
   /// Null when no menu has offered such a template.
@@ -47,7 +47,7 @@ class TemplateCache {
 
  private:
   std::unordered_map<std::string, TemplateReference> templates;
-  ConfigSnapshot followed;
+  ConfigSnapshot newest;
 };
 
 /// What building a menu leaves for the pick that follows.

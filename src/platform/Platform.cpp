@@ -10,17 +10,17 @@ namespace sprig::platform {
 namespace {
 // The one thing that every part of the product reaches without being given it.
 // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
-std::atomic<Platform*> inForce = nullptr;
+std::atomic<Platform*> currentPlatform = nullptr;
 }  // namespace
 
 Platform& current() {
-  Platform* platform = inForce.load(std::memory_order_acquire);
+  Platform* platform = currentPlatform.load(std::memory_order_acquire);
   assert(platform != nullptr);
   return *platform;
 }
 
-PlatformScope::PlatformScope(Platform& platform) : previous(inForce.exchange(&platform)) {}
+PlatformScope::PlatformScope(Platform& platform) : previous(currentPlatform.exchange(&platform)) {}
 
-PlatformScope::~PlatformScope() { inForce.store(previous); }
+PlatformScope::~PlatformScope() { currentPlatform.store(previous); }
 
 }  // namespace sprig::platform

@@ -68,14 +68,14 @@ int run() {
   DesktopPlatform platform(*connection, systemLog, user);
   FinderSync extension;
   const char* idleTime = std::getenv("SPRIG_IDLE_TIME");
-  const ServiceParts parts{*connection, platform.queue(), platform.finderSyncController(),
-                           [&](const Click& click) {
-                             user.setClick(click);
-                             platform.setClick(click);
-                           },
-                           [](const std::string& token) { tell("comes to the front", token); }};
+  const ServiceDependencies dependencies{*connection, platform.queue(), platform.finderSyncController(),
+                                         [&](const Click& click) {
+                                           user.setClick(click);
+                                           platform.setClick(click);
+                                         },
+                                         [](const std::string& token) { tell("comes to the front", token); }};
   const std::chrono::milliseconds idle(idleTime != nullptr ? std::atoi(idleTime) : 60000);
-  ExtensionService service(parts, extension, {.idle = idle, .look = std::chrono::milliseconds(500)});
+  ExtensionService service(dependencies, extension, {.idle = idle, .look = std::chrono::milliseconds(500)});
   platform.whenConfigurationChanges([&] { service.announceMenus(); });
   platform.whenServedFoldersChange([&] { service.announceServedFolders(); });
   service.run();

@@ -41,13 +41,13 @@ int ExtensionMain(int, char**, PrincipalClass principalClass) {
   DesktopApplication application(systemLog);
   DesktopPlatform desktop(*connection, systemLog, application);
   const auto extension = principalClass();
-  const ServiceParts parts{*connection, desktop.queue(), desktop.finderSyncController(),
-                           [&](const Click& click) {
-                             application.setClick(click);
-                             desktop.setClick(click);
-                           },
-                           [&](const std::string& token) { application.comeToFront(token); }};
-  ExtensionService service(parts, *extension, {});
+  const ServiceDependencies dependencies{*connection, desktop.queue(), desktop.finderSyncController(),
+                                         [&](const Click& click) {
+                                           application.setClick(click);
+                                           desktop.setClick(click);
+                                         },
+                                         [&](const std::string& token) { application.comeToFront(token); }};
+  ExtensionService service(dependencies, *extension, {});
   desktop.whenConfigurationChanges([&] { service.announceMenus(); });
   desktop.whenServedFoldersChange([&] { service.announceServedFolders(); });
   service.run();

@@ -51,25 +51,25 @@ void returnError(GDBusMethodInvocation* invocation, GDBusError code, const std::
 
 }  // namespace
 
-ExtensionService::ExtensionService(ServiceParts serviceParts, platform::FIFinderSync& finderSync,
-                                   Times chosen)
-    : parts(std::move(serviceParts)),
+ExtensionService::ExtensionService(ServiceDependencies serviceDependencies,
+                                   platform::FIFinderSync& finderSync, Times chosen)
+    : dependencies(std::move(serviceDependencies)),
       extension(finderSync),
-      menus(finderSync, parts.controller),
-      clients(parts.connection, [this] { watchIdleness(); }),
+      menus(finderSync, dependencies.controller),
+      clients(dependencies.connection, [this] { watchIdleness(); }),
       idleTimer(chosen.idle, [this] { isOver = true; }),
       times(chosen) {}
 
 ExtensionService::~ExtensionService() {
-  if (object != 0) g_dbus_connection_unregister_object(&parts.connection, object);
+  if (object != 0) g_dbus_connection_unregister_object(&dependencies.connection, object);
 }
 
 void ExtensionService::run() {
   // The object is there before the name, so that the call which started this process finds it.
   exportObject();
   const guint name =
-      g_bus_own_name_on_connection(&parts.connection, wire::busName, G_BUS_NAME_OWNER_FLAGS_DO_NOT_QUEUE,
-                                   nullptr, nameLost, this, nullptr);
+      g_bus_own_name_on_connection(&dependencies.connection, wire::busName,
+                                   G_BUS_NAME_OWNER_FLAGS_DO_NOT_QUEUE, nullptr, nameLost, this, nullptr);
   const guint looking = g_timeout_add(static_cast<guint>(times.look.count()), lookAtProgram, this);
   watchIdleness();
   while (!isOver) {
@@ -90,13 +90,13 @@ void ExtensionService::leave() {
     performPicks();
     while (g_main_context_iteration(nullptr, FALSE) != FALSE) continue;
   } while (!picks.empty());
-  g_dbus_connection_flush_sync(&parts.connection, nullptr, nullptr);
+  g_dbus_connection_flush_sync(&dependencies.connection, nullptr, nullptr);
 }
 
 void ExtensionService::announceMenus() {
   ++revision;
   menus.configurationChanged();
-  g_dbus_connection_emit_signal(&parts.connection, nullptr, wire::objectPath, wire::interfaceName,
+  g_dbus_connection_emit_signal(&dependencies.connection, nullptr, wire::objectPath, wire::interfaceName,
                                 "MenuChanged", g_variant_new("(t)", revision), nullptr);
 }
 
@@ -104,7 +104,7 @@ void ExtensionService::announceServedFolders() {
   GVariantBuilder changed;
   g_variant_builder_init(&changed, G_VARIANT_TYPE_VARDICT);
   g_variant_builder_add(&changed, "{sv}", "ServedFolders", servedFolders());
-  g_dbus_connection_emit_signal(&parts.connection, nullptr, wire::objectPath,
+  g_dbus_connection_emit_signal(&dependencies.connection, nullptr, wire::objectPath,
                                 "org.freedesktop.DBus.Properties", "PropertiesChanged",
                                 g_variant_new("(sa{sv}as)", wire::interfaceName, &changed, nullptr), nullptr);
 }
@@ -129,11 +129,11 @@ void ExtensionService::performPicks() {
 void ExtensionService::perform(const Pick& pick) {
   isPerforming = hasPerformed = true;
   watchIdleness();
-  parts.setClick(pick.click);
+  dependencies.setClick(pick.click);
   menus.perform(pick.action, pick.title, pick.context);
   // What the pick has left to do, a reveal or an alert, belongs to the same click.
-  parts.mainQueue.runPending();
-  parts.setClick({});
+  dependencies.mainQueue.runPending();
+  dependencies.setClick({});
   isPerforming = false;
   watchIdleness();
 }
@@ -155,8 +155,8 @@ void ExtensionService::exportObject() {
   const std::unique_ptr<GDBusNodeInfo, wire::Releaser<g_dbus_node_info_unref>> node(
       g_dbus_node_info_new_for_xml(wire::interfaceXml, nullptr));
   auto* interface = g_dbus_node_info_lookup_interface(node.get(), wire::interfaceName);
-  object = g_dbus_connection_register_object(&parts.connection, wire::objectPath, interface, &table, this,
-                                             nullptr, nullptr);
+  object = g_dbus_connection_register_object(&dependencies.connection, wire::objectPath, interface, &table,
+                                             this, nullptr, nullptr);
 }
 
 void ExtensionService::nameLost(GDBusConnection*, const char*, void* self) noexcept {
@@ -209,14 +209,14 @@ VariantPointer ExtensionService::activate(GVariant* parameters, const std::strin
   if (pick.context.kind > platform::FIMenuKind::toolbarItemMenu)
     throw CallError("there is no such kind of menu");
   if (!OfferedMenus::isAction(pick.action)) throw CallError("no menu offers such an action");
-  if (!pick.context.target || !parts.controller.serves(*pick.context.target))
+  if (!pick.context.target || !dependencies.controller.serves(*pick.context.target))
     throw CallError("what was clicked is in no served folder");
   if (picks.size() >= maxPicks) throw std::runtime_error("too many picks are waiting");
   const auto platformData = child(parameters, 3);
   pick.title = hint(platformData.get(), wire::titleKey);
   pick.click = {sender, hint(platformData.get(), wire::activationTokenKey),
                 hint(platformData.get(), wire::parentWindowKey), clients.programOf(sender)};
-  if (isPerforming) parts.comeToFront(pick.click.activationToken);
+  if (isPerforming) dependencies.comeToFront(pick.click.activationToken);
   picks.push_back(std::move(pick));
   return nothing();
 }
@@ -245,7 +245,7 @@ GVariant* ExtensionService::property(const std::string& name) const {
 GVariant* ExtensionService::servedFolders() const {
   GVariantBuilder uris;
   g_variant_builder_init(&uris, G_VARIANT_TYPE_STRING_ARRAY);
-  for (const auto& folder : parts.controller.servedFolders()) {
+  for (const auto& folder : dependencies.controller.servedFolders()) {
     if (const auto uri = wire::uriFromPath(folder.path())) g_variant_builder_add(&uris, "s", uri->c_str());
   }
   return g_variant_builder_end(&uris);

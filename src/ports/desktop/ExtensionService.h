@@ -24,7 +24,7 @@
 namespace sprig::desktop {
 
 /// What of the port a service works with; all of it outlives the service.
-struct ServiceParts {
+struct ServiceDependencies {
   GDBusConnection& connection;
   GLibMainQueue& mainQueue;
   DesktopFinderSyncController& controller;
@@ -38,7 +38,7 @@ struct ServiceParts {
 /// one pick after the other.
 ///
 /// Threads:   main thread, which must own the default main context.
-/// Ownership: the extension and the parts outlive this.
+/// Ownership: the extension and the dependencies outlive this.
 /// Failure:   a call that makes no sense gets an error reply and changes nothing.
 class ExtensionService {
  public:
@@ -50,7 +50,7 @@ class ExtensionService {
     std::chrono::milliseconds look = std::chrono::minutes(1);
   };
 
-  ExtensionService(ServiceParts serviceParts, platform::FIFinderSync& finderSync, Times chosen);
+  ExtensionService(ServiceDependencies serviceDependencies, platform::FIFinderSync& finderSync, Times chosen);
   ~ExtensionService();
   ExtensionService(const ExtensionService&) = delete;
   ExtensionService& operator=(const ExtensionService&) = delete;
@@ -96,7 +96,7 @@ class ExtensionService {
   void watchIdleness();
   static gboolean lookAtProgram(void* self) noexcept;
 
-  ServiceParts parts;
+  ServiceDependencies dependencies;
   platform::FIFinderSync& extension;
   OfferedMenus menus;
   BusClients clients;

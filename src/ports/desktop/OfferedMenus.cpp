@@ -9,7 +9,7 @@
 #include "diag/logSprig.h"
 #include "finder/ContextMenu.h"
 #include "platform/Platform.h"
-#include "ports/desktop/MenuRows.h"
+#include "ports/desktop/FlatMenu.h"
 #include "wire/Rows.h"
 
 namespace sprig::desktop {
@@ -44,7 +44,7 @@ VariantPointer OfferedMenus::rows(const MenuContext& context) {
 }
 
 VariantPointer OfferedMenus::rowsOf(const platform::Menu& menu) {
-  const auto flat = menuRows(menu);
+  const auto flat = flattened(menu);
   if (flat.leftOut > 0 && !std::exchange(hasLoggedLeftOut, true)) logTemplatesLeftOut(flat.leftOut);
   for (const auto& [action, item] : flat.entries) {
     offered.insert_or_assign(action, Entry{item->title, item->identifier});

@@ -93,7 +93,7 @@ std::shared_ptr<ChangeLoop::Source> ChangeLoop::add(const FileURL& location, Fil
     if (source->watch) sources.push_back(source);
   }
   // The new source sees what happens from here on; those it may take over from have seen all before.
-  if (isOnBackgroundThread()) settleCancelled();
+  if (isOnBackgroundThread()) closeCancelled();
   return source->watch ? source : nullptr;
 }
 
@@ -127,9 +127,9 @@ void ChangeLoop::cancel(const std::shared_ptr<Source>& source) {
   const std::lock_guard guard(lock);
   if (std::exchange(source->isCancelled, true)) return;
   if (std::this_thread::get_id() == backgroundThread) {
-    unsettled.push_back(source);
+    cancelledByHandlers.push_back(source);
   } else {
-    retired = settle(source);
+    retired = closeSource(source);
   }
 }
 
@@ -140,7 +140,7 @@ void ChangeLoop::asyncAfter(std::chrono::milliseconds delay, Handler task) {
   wakeUp();
 }
 
-std::shared_ptr<ChangeLoop::Handler> ChangeLoop::settle(const std::shared_ptr<Source>& source) {
+std::shared_ptr<ChangeLoop::Handler> ChangeLoop::closeSource(const std::shared_ptr<Source>& source) {
   takeEvents();
   const int mark = source->watch->mark();
   std::erase(sources, source);
@@ -253,7 +253,7 @@ std::vector<ChangeLoop::Handler> ChangeLoop::takeDueTasks() {
 void ChangeLoop::runTasks(const std::vector<Handler>& due) {
   for (const auto& task : due) {
     task();
-    settleCancelled();
+    closeCancelled();
   }
 }
 
@@ -283,18 +283,18 @@ void ChangeLoop::deliver(const std::shared_ptr<Source>& source) {
     if (!handler) return;
     (*handler)();
     handler.reset();
-    settleCancelled();
+    closeCancelled();
   }
 }
 
-void ChangeLoop::settleCancelled() {
+void ChangeLoop::closeCancelled() {
   for (;;) {
     std::shared_ptr<Handler> retired;  // goes after the guard
     const std::lock_guard guard(lock);
-    if (unsettled.empty()) return;
-    const auto source = std::move(unsettled.back());
-    unsettled.pop_back();
-    retired = settle(source);
+    if (cancelledByHandlers.empty()) return;
+    const auto source = std::move(cancelledByHandlers.back());
+    cancelledByHandlers.pop_back();
+    retired = closeSource(source);
   }
 }
 

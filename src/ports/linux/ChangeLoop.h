@@ -27,7 +27,7 @@ class ChangeLoop {
 
   /// One source. Guarded by the loop's lock.
   struct Source {
-    /// Null once the source is settled.
+    /// Null once the source is closed.
     std::unique_ptr<InotifyWatch> watch;
     /// Null before delivery begins and after it has ended.
     std::shared_ptr<Handler> handler;
@@ -62,13 +62,13 @@ class ChangeLoop {
   void deliverReady();
   void deliverLastCalls();
   void deliver(const std::shared_ptr<Source>& source);
-  void settleCancelled();
+  void closeCancelled();
   bool isOnBackgroundThread();
   bool isEndReached();
 
   /// Ends a cancelled source: takes the last events, closes the watch, and arranges the last call. Returns a
   /// handler that is no longer needed, to be dropped without the lock. Requires: the lock is held.
-  [[nodiscard]] std::shared_ptr<Handler> settle(const std::shared_ptr<Source>& source);
+  [[nodiscard]] std::shared_ptr<Handler> closeSource(const std::shared_ptr<Source>& source);
 
   // Those below require the lock.
 
@@ -92,7 +92,7 @@ class ChangeLoop {
   std::vector<std::shared_ptr<Source>> sources;
   std::vector<Task> tasks;
   /// Cancelled by a handler, which may yet make their successors.
-  std::vector<std::shared_ptr<Source>> unsettled;
+  std::vector<std::shared_ptr<Source>> cancelledByHandlers;
   std::vector<std::shared_ptr<Source>> lastCalls;
   std::thread::id backgroundThread;
   bool isEnding = false;

@@ -9,8 +9,8 @@ namespace sprig::terminal {
 void warnOfBrokenConfig(const Screen& errors) {
   const auto problem = ConfigManager::shared().problem();
   if (!problem) return;
-  errors.complain("the configuration file can't be used (" + *problem +
-                  "), so there are the built-in templates; “sprig config check” tells more");
+  errors.printError("the configuration file can't be used (" + *problem +
+                    "), so there are the built-in templates; “sprig config check” tells more");
 }
 
 }  // namespace sprig::terminal

@@ -71,7 +71,7 @@ ExitStatus BrowseCommand::pickAndCreate() {
       case MenuBrowser::End::cancelled:
         return ExitStatus::cancelled;
       case MenuBrowser::End::noMenu:
-        terminal.screen().complain("the menu is switched off in the settings (“showInFinder”)");
+        terminal.screen().printError("the menu is switched off in the settings (“showInFinder”)");
         return ExitStatus::failed;
       case MenuBrowser::End::picked:
         break;
@@ -79,7 +79,7 @@ ExitStatus BrowseCommand::pickAndCreate() {
     const auto& item = browser.picked();
     if (item.target != nullptr) item.target->performAction(item.action, item);
     if (item.action != openSettingsActionSelector) return terminal.outcomeOfPick();
-    terminal.settle();
+    terminal.runPending();
   }
 }
 

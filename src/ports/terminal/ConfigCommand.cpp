@@ -52,7 +52,7 @@ ExitStatus ConfigCommand::run() {
 ExitStatus ConfigCommand::path() const {
   const auto file = ConfigManager::configURL();
   if (!platform::current().files.fileExists(file)) {
-    terminal.screen().complain(
+    terminal.screen().printError(
         "there is no file at that place yet, so the built-in templates are used; “sprig config init” writes "
         "a "
         "first file, " +
@@ -64,9 +64,9 @@ ExitStatus ConfigCommand::path() const {
 ExitStatus ConfigCommand::init() const {
   auto& files = platform::current().files;
   const auto file = ConfigEditor::newDocumentURL();
-  const auto inForce = ConfigManager::configURL();
-  if (files.fileExists(inForce) && inForce != file) {
-    return refuse("another configuration file is in force already: " + inForce.path());
+  const auto active = ConfigManager::configURL();
+  if (files.fileExists(active) && active != file) {
+    return refuse("another configuration file is in force already: " + active.path());
   }
   if (const auto error = files.createDirectory(file.deletingLastPathComponent()))
     return refuse(error->description);
@@ -111,7 +111,7 @@ ExitStatus ConfigCommand::checkDocument(const std::string& shownName, const std:
 }
 
 ExitStatus ConfigCommand::refuse(const std::string& reason) const {
-  terminal.screen().complain(reason);
+  terminal.screen().printError(reason);
   return ExitStatus::failed;
 }
 

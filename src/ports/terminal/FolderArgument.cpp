@@ -12,7 +12,7 @@ namespace {
 
 Located located(const std::optional<FileURL>& location, const Screen& errors) {
   if (location) return *location;
-  errors.complain("the current folder is gone");
+  errors.printError("the current folder is gone");
   return tl::unexpected(ExitStatus::failed);
 }
 
@@ -21,7 +21,7 @@ Located located(const std::optional<FileURL>& location, const Screen& errors) {
 Located existingFolder(const std::optional<std::string>& argument, const Screen& errors) {
   if (!argument) return located(currentFolder(), errors);
   if (kindOf(*argument) == PathKind::item) {
-    errors.complain("“" + *argument + "” is not a folder");
+    errors.printError("“" + *argument + "” is not a folder");
     return tl::unexpected(ExitStatus::wrongUse);
   }
   return existingItem(*argument, errors);
@@ -29,7 +29,7 @@ Located existingFolder(const std::optional<std::string>& argument, const Screen&
 
 Located existingItem(const std::string& argument, const Screen& errors) {
   if (kindOf(argument) == PathKind::missing) {
-    errors.complain("there is no file or folder “" + argument + "” (“sprig --help” shows the usage)");
+    errors.printError("there is no file or folder “" + argument + "” (“sprig --help” shows the usage)");
     return tl::unexpected(ExitStatus::wrongUse);
   }
   return located(absoluteLocation(argument), errors);

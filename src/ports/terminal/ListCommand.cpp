@@ -9,7 +9,7 @@
 #include "ports/terminal/DataOutput.h"
 #include "ports/terminal/FolderArgument.h"
 #include "ports/terminal/MenuListing.h"
-#include "ports/terminal/MenuRows.h"
+#include "ports/terminal/NumberedMenu.h"
 
 namespace sprig::terminal {
 
@@ -20,9 +20,9 @@ ExitStatus ListCommand::run() {
   FinderSync finderSync;
   warnOfBrokenConfig(terminal.screen());
   const auto menu = finderSync.menu(platform::FIMenuKind::contextualMenuForContainer);
-  terminal.settle();
+  terminal.runPending();
   if (!menu) {
-    terminal.screen().complain("the menu is switched off in the settings (“showInFinder”)");
+    terminal.screen().printError("the menu is switched off in the settings (“showInFinder”)");
     return printData(listing(*folder, {}), terminal.screen());
   }
   return printData(listing(*folder, entriesOf(*menu)), terminal.screen());

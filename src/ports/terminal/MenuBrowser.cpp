@@ -38,7 +38,7 @@ MenuBrowser::End MenuBrowser::pick() {
     ConfigManager::shared().reloadIfChanged();
     menu = extension.menu(kind);
     if (!menu) return End::noMenu;
-    const MenuRows rows(shownMenu());
+    const NumberedMenu rows(shownMenu());
     show(rows);
     const auto next = ask(rows);
     if (next == Next::leave) return End::cancelled;
@@ -62,7 +62,7 @@ const Menu& MenuBrowser::shownMenu() {
   return *shown;
 }
 
-void MenuBrowser::show(const MenuRows& rows) const {
+void MenuBrowser::show(const NumberedMenu& rows) const {
   auto heading = title;
   for (const auto& step : path) heading += " › " + step;
   const auto width = output.columns() - 1;
@@ -76,7 +76,7 @@ void MenuBrowser::show(const MenuRows& rows) const {
   static_cast<void>(output.write(shown));
 }
 
-std::string MenuBrowser::line(const MenuRows::Row& row) const {
+std::string MenuBrowser::line(const NumberedMenu::Row& row) const {
   const auto& item = *row.item;
   const auto room = output.columns() - numberColumns - 3;
   if (item.kind == MenuItem::Kind::separator) {
@@ -90,7 +90,7 @@ std::string MenuBrowser::line(const MenuRows::Row& row) const {
   return output.styled(number, Style::bold) + gap + name;
 }
 
-MenuBrowser::Next MenuBrowser::ask(const MenuRows& rows) {
+MenuBrowser::Next MenuBrowser::ask(const NumberedMenu& rows) {
   for (;;) {
     LineRequest request;
     request.prompt = "> ";
@@ -118,9 +118,10 @@ MenuBrowser::Next MenuBrowser::take(const MenuItem& item) {
   return Next::take;
 }
 
-void MenuBrowser::showCandidates(const std::vector<MenuRows::Row>& candidates, std::string_view input) const {
+void MenuBrowser::showCandidates(const std::vector<NumberedMenu::Row>& candidates,
+                                 std::string_view input) const {
   const auto quoted = "“" + std::string(input) + "”";
-  if (candidates.empty()) return output.complain("nothing in the menu is called " + quoted);
+  if (candidates.empty()) return output.printError("nothing in the menu is called " + quoted);
   std::string shown = output.paragraphs(quoted + " could be any of these:", 0);
   for (const auto& row : candidates) shown += line(row) + "\n";
   static_cast<void>(output.write(shown));

@@ -8,7 +8,7 @@
 
 #include "platform/FIFinderSync.h"
 #include "ports/terminal/LineReader.h"
-#include "ports/terminal/MenuRows.h"
+#include "ports/terminal/NumberedMenu.h"
 #include "ports/terminal/Screen.h"
 
 namespace sprig::terminal {
@@ -33,11 +33,11 @@ class MenuBrowser {
   enum class Next { showMenu, leave, take };
 
   const platform::Menu& shownMenu();
-  void show(const MenuRows& rows) const;
-  std::string line(const MenuRows::Row& row) const;
-  Next ask(const MenuRows& rows);
+  void show(const NumberedMenu& rows) const;
+  std::string line(const NumberedMenu::Row& row) const;
+  Next ask(const NumberedMenu& rows);
   Next take(const platform::MenuItem& item);
-  void showCandidates(const std::vector<MenuRows::Row>& candidates, std::string_view input) const;
+  void showCandidates(const std::vector<NumberedMenu::Row>& candidates, std::string_view input) const;
 
   platform::FIFinderSync& extension;
   const platform::FIMenuKind kind;

@@ -42,7 +42,7 @@ ExitStatus NewCommand::run() {
   warnOfBrokenConfig(terminal.screen());
   const auto item = picked(state);
   if (!item) {
-    complainAboutTemplate();
+    printUnknownTemplate();
     return ExitStatus::wrongUse;
   }
   if (request.mode == CreationMode::dryRun) {
@@ -58,7 +58,7 @@ ExitStatus NewCommand::plan(const TemplateItem& item, const platform::FileURL& f
   const auto name = TemplateEngine::render(item, request.name, folderName, folderName).filename;
   const auto file = folder.appendingPathComponent(TemplateEngine::resolveCollision(folder, name));
   if (file) return printData(file->path() + "\n", terminal.screen());
-  terminal.screen().complain("a file can’t be called “" + name + "”");
+  terminal.screen().printError("a file can’t be called “" + name + "”");
   return ExitStatus::failed;
 }
 
@@ -78,7 +78,7 @@ std::optional<platform::MenuItem> NewCommand::picked(const MenuState& state) con
   return std::nullopt;
 }
 
-void NewCommand::complainAboutTemplate() const {
+void NewCommand::printUnknownTemplate() const {
   std::vector<std::string> names;
   for (const auto& item : ConfigManager::shared().getConfig()->templates) names.push_back(item.name);
   auto message = "no template is called “" + request.templateName + "”.";
@@ -88,7 +88,7 @@ void NewCommand::complainAboutTemplate() const {
     separator = " or ";
   }
   if (separator == " or ") message += "?";
-  terminal.screen().complain(message + " “sprig list” shows them all.");
+  terminal.screen().printError(message + " “sprig list” shows them all.");
 }
 
 }  // namespace sprig::terminal

@@ -25,7 +25,7 @@ class NewCommand {
   /// Tells what would be created.
   ExitStatus plan(const TemplateItem& item, const platform::FileURL& folder) const;
   std::optional<platform::MenuItem> picked(const MenuState& state) const;
-  void complainAboutTemplate() const;
+  void printUnknownTemplate() const;
 
   TerminalPlatform& terminal;
   const NewRequest request;

@@ -91,7 +91,7 @@ std::string Screen::paragraphs(std::string_view anything, std::size_t indentatio
 
 bool Screen::write(std::string_view output) const { return writeFully(descriptor, output); }
 
-void Screen::complain(std::string_view anything) const {
+void Screen::printError(std::string_view anything) const {
   const auto lines = paragraphs("sprig: " + std::string(anything), 0);
   static_cast<void>(write(lines));
 }

@@ -43,7 +43,7 @@ class Screen {
   bool write(std::string_view output) const;
 
   /// Writes a line that begins with the program's name: what went wrong.
-  void complain(std::string_view anything) const;
+  void printError(std::string_view anything) const;
 
  private:
   int descriptor;

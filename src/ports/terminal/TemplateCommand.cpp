@@ -151,7 +151,7 @@ ExitStatus TemplateCommand::importFolder() const {
       request.operands.empty() ? *chosen : existingFolder(request.operands.front(), terminal.screen());
   if (!folder) return folder.error();
   const auto survey = surveyFolder(*folder);
-  for (const auto& [file, reason] : survey.skipped) terminal.screen().complain(file.path() + " " + reason);
+  for (const auto& [file, reason] : survey.skipped) terminal.screen().printError(file.path() + " " + reason);
   return addWith([&](ConfigDocument& document) {
     for (const auto& candidate : survey.candidates) importTemplate(document, candidate);
   });
@@ -186,7 +186,7 @@ ExitStatus TemplateCommand::edit() const {
     text = *edited;
     problem = problemOf(text);
     if (problem.empty()) return save(document->keyOf(index), old, reindented(text, "", indentation));
-    terminal.screen().complain(problem);
+    terminal.screen().printError(problem);
     const auto answer = terminal.lines().read({"Edit it again? [Y/n] ", "", 0, {}});
     if (!answer || *answer == "n" || *answer == "N")
       return refuse("nothing was changed", ExitStatus::cancelled);
@@ -234,7 +234,7 @@ ExitStatus TemplateCommand::outcomeOf(const tl::expected<ConfigDocument, ConfigE
 }
 
 ExitStatus TemplateCommand::refuse(const std::string& reason, ExitStatus status) const {
-  terminal.screen().complain(reason);
+  terminal.screen().printError(reason);
   return status;
 }
 

@@ -30,13 +30,13 @@ TerminalPlatform::TerminalPlatform(Logging logging, ConfigChanges changes)
                volumes, workspace, creations, images, alerts,    target} {}
 
 ExitStatus TerminalPlatform::outcomeOfPick() {
-  settle();
+  runPending();
   if (workspace.hasRevealedFile()) {
     return workspace.hasFailedToPrint() ? ExitStatus::failed : ExitStatus::success;
   }
   if (alerts.hasShownAlert()) return ExitStatus::failed;
   if (alerts.hasCancelledQuestion()) return ExitStatus::cancelled;
-  standardError.complain("nothing was created; ~/.kestrel/sprig/extension.log says why");
+  standardError.printError("nothing was created; ~/.kestrel/sprig/extension.log says why");
   return ExitStatus::failed;
 }
 

@@ -41,7 +41,7 @@ class TerminalPlatform {
   ports::CreationJournal& journal() { return creations; }
 
   /// Does what waits in the main queue.
-  void settle() { mainQueue.runPending(); }
+  void runPending() { mainQueue.runPending(); }
 
   /// Reveals or explains what a pick has led to, and tells which it was.
   ExitStatus outcomeOfPick();

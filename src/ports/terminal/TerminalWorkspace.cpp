@@ -35,7 +35,7 @@ void TerminalWorkspace::activateFileViewerSelecting(const std::vector<platform::
     revealed = true;
     if (writeFully(STDOUT_FILENO, printable(file.path()) + "\n")) continue;
     failedToPrint = true;
-    output.complain("created " + file.path() + ", but can't print that: " + lastErrorText());
+    output.printError("created " + file.path() + ", but can't print that: " + lastErrorText());
   }
 }
 

@@ -25,7 +25,7 @@ ExitStatus UndoCommand::run() {
     return printData(lines, terminal.screen());
   }
   if (creations.empty()) {
-    terminal.screen().complain("there is nothing to undo");
+    terminal.screen().printError("there is nothing to undo");
     return ExitStatus::cancelled;
   }
   return undo(creations.front());
@@ -39,10 +39,10 @@ ExitStatus UndoCommand::undo(const Creation& creation) {
       const auto reason = lastErrorText();
       const auto stateNow = creation.state();
       if (stateNow != CreationState::untouched) return refuse(creation, stateNow);
-      terminal.screen().complain("can't remove " + creation.file.path() + ": " + reason);
+      terminal.screen().printError("can't remove " + creation.file.path() + ": " + reason);
       return ExitStatus::failed;
     }
-    terminal.screen().complain("there is no trash for it, so it was removed");
+    terminal.screen().printError("there is no trash for it, so it was removed");
   }
   terminal.journal().forget(creation);
   return printData(creation.file.path() + "\n", terminal.screen());
@@ -51,8 +51,9 @@ ExitStatus UndoCommand::undo(const Creation& creation) {
 /// A creation that can't be taken back any more must not stand in the way of those before it.
 ExitStatus UndoCommand::refuse(const Creation& creation, CreationState state) {
   terminal.journal().forget(creation);
-  terminal.screen().complain(creation.reasonToKeep(state) +
-                             ", so nothing was done; \"sprig undo\" now goes on with the creation before it");
+  terminal.screen().printError(
+      creation.reasonToKeep(state) +
+      ", so nothing was done; \"sprig undo\" now goes on with the creation before it");
   return ExitStatus::failed;
 }
 

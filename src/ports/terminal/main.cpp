@@ -53,15 +53,15 @@ ExitStatus run(std::vector<std::string> arguments) {
   try {
     const auto commandLine = parseCommandLine(std::move(arguments));
     if (!commandLine) {
-      errors.complain(commandLine.error() + "; see “sprig --help”");
+      errors.printError(commandLine.error() + "; see “sprig --help”");
       return ExitStatus::wrongUse;
     }
     return std::visit(Runner(*commandLine), commandLine->request);
   } catch (const std::bad_alloc&) {
-    errors.complain("there is not enough memory for this");
+    errors.printError("there is not enough memory for this");
     return ExitStatus::failed;
   } catch (const std::exception& error) {
-    errors.complain(error.what());
+    errors.printError(error.what());
     return ExitStatus::failed;
   }
 }

@@ -14,7 +14,7 @@
 namespace sprig::desktop {
 
 /// A menu as file managers get it, and the entries behind its actions.
-struct MenuRows {
+struct FlatMenu {
   std::vector<wire::Row> rows;
   /// The entries belong to the menu that the rows were made from.
   std::map<std::string, const platform::MenuItem*, std::less<>> entries;
@@ -34,6 +34,6 @@ std::string rowText(const std::string& text);
 /// ones.
 ///
 /// Threads: main thread, as menus.
-MenuRows menuRows(const platform::Menu& menu);
+FlatMenu flattened(const platform::Menu& menu);
 
 }  // namespace sprig::desktop

@@ -14,7 +14,7 @@ namespace sprig::terminal {
 const platform::Menu& entriesOf(const platform::Menu& contextMenu);
 
 /// A menu with its entries numbered, from 1, as far as they can be picked. Refers to the menu.
-class MenuRows {
+class NumberedMenu {
  public:
   struct Row {
     const platform::MenuItem* item = nullptr;
@@ -22,7 +22,7 @@ class MenuRows {
     std::size_t number = 0;
   };
 
-  explicit MenuRows(const platform::Menu& menu);
+  explicit NumberedMenu(const platform::Menu& menu);
 
   const std::vector<Row>& all() const { return rows; }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ports/desktop/MenuRows.h"
+#include "ports/desktop/FlatMenu.h"
 
 #include <algorithm>
 
@@ -48,7 +48,7 @@ Row rowOf(const MenuItem& item, std::int32_t parent) {
 
 class Flattener {
  public:
-  explicit Flattener(MenuRows& menuRows) : result(menuRows) {}
+  explicit Flattener(FlatMenu& flattened) : result(flattened) {}
 
   void add(const Menu& menu, std::int32_t parent) {
     for (const auto& item : menu.items) {
@@ -70,7 +70,7 @@ class Flattener {
     return name;
   }
 
-  MenuRows& result;
+  FlatMenu& result;
   std::map<std::string, std::size_t> timesSeen;
 };
 
@@ -78,8 +78,8 @@ class Flattener {
 /// submenu that, too.
 class Trimmer {
  public:
-  explicit Trimmer(MenuRows& menuRows)
-      : menu(menuRows), isKept(menu.rows.size(), true), children(menu.rows.size()), count(menu.rows.size()) {
+  explicit Trimmer(FlatMenu& flattened)
+      : menu(flattened), isKept(menu.rows.size(), true), children(menu.rows.size()), count(menu.rows.size()) {
     for (const auto& row : menu.rows) {
       bytes += wire::byteSize(row);
       if (row.parent != Row::noParent) ++children[static_cast<std::size_t>(row.parent)];
@@ -128,7 +128,7 @@ class Trimmer {
     menu.rows = std::move(kept);
   }
 
-  MenuRows& menu;
+  FlatMenu& menu;
   std::vector<bool> isKept;
   std::vector<std::size_t> children;
   std::size_t count;
@@ -145,8 +145,8 @@ std::string rowText(const std::string& text) {
   return wire::shortened(carried, charactersOfLongText);
 }
 
-MenuRows menuRows(const Menu& menu) {
-  MenuRows result;
+FlatMenu flattened(const Menu& menu) {
+  FlatMenu result;
   Flattener(result).add(menu, Row::noParent);
   Trimmer(result).trim();
   return result;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ports/desktop/MenuRows.h"
+#include "ports/desktop/FlatMenu.h"
 
 #include <gtest/gtest.h>
 
@@ -35,13 +35,13 @@ std::vector<MenuItem> list(Items... items) {
   return result;
 }
 
-std::vector<std::string> actionsOf(const MenuRows& menu) {
+std::vector<std::string> actionsOf(const FlatMenu& menu) {
   std::vector<std::string> actions;
   for (const auto& row : menu.rows) actions.push_back(row.action);
   return actions;
 }
 
-TEST(MenuRows, TellActionsApart) {
+TEST(FlatMenu, TellsActionsApart) {
   auto disabled = templateItem("off");
   disabled.isEnabled = false;
   auto settings = MenuItem::titled("Settings");
@@ -49,7 +49,7 @@ TEST(MenuRows, TellActionsApart) {
   const Menu menu{"", list(templateItem("a"), templateItem("a#2"), templateItem("a"), templateItem(""),
                            templateItem("\xFF"), templateItem(std::string("x\0y", 3)), std::move(disabled),
                            std::move(settings))};
-  const auto rows = menuRows(menu);
+  const auto rows = flattened(menu);
   EXPECT_EQ(actionsOf(rows),
             (std::vector<std::string>{"template:a", "template:a#2", "template:a#3",
                                       "template:", "template:\uFFFD", "template:x\uFFFDy", "", "settings"}));
@@ -61,14 +61,14 @@ MenuItem section(const std::string& name) {
   return submenu(name, list(templateItem(name + "1"), templateItem(name + "2")));
 }
 
-TEST(MenuRows, LeaveOutTheLastTemplatesWhenTheBusHasNoRoom) {
+TEST(FlatMenu, LeavesOutTheLastTemplatesWhenTheBusHasNoRoom) {
   std::vector<MenuItem> entries;
   for (int number = 0; number < 1993; ++number) entries.push_back(templateItem(std::to_string(number)));
   entries.push_back(submenu("More", list(section("a"), section("b"))));
   entries.push_back(MenuItem::separator());
   entries.push_back(MenuItem::titled("Settings"));
   const Menu menu{"", list(submenu("Sprig", std::move(entries)))};
-  const auto rows = menuRows(menu);
+  const auto rows = flattened(menu);
   EXPECT_EQ(rows.leftOut, 2U);  // all of "b", whose section goes with them
   ASSERT_EQ(rows.rows.size(), wire::maxRows);
   EXPECT_EQ(rows.rows[1996].action, "template:a1");
@@ -77,7 +77,7 @@ TEST(MenuRows, LeaveOutTheLastTemplatesWhenTheBusHasNoRoom) {
   EXPECT_TRUE(wire::rowsToVariant(rows.rows));
 }
 
-TEST(MenuRows, LeaveOutTheEndHoweverItIsGrouped) {
+TEST(FlatMenu, LeavesOutTheEndHoweverItIsGrouped) {
   std::vector<MenuItem> sections;
   for (int number = 0; number < 2500; ++number) {
     const auto name = std::to_string(number);
@@ -85,7 +85,7 @@ TEST(MenuRows, LeaveOutTheEndHoweverItIsGrouped) {
   }
   const Menu menu{"", list(templateItem("a"), MenuItem::separator(), submenu("More", std::move(sections)),
                            MenuItem::separator(), MenuItem::titled("Settings"))};
-  const auto rows = menuRows(menu);
+  const auto rows = flattened(menu);
   EXPECT_EQ(rows.leftOut, 1503U) << "two rows each";
   EXPECT_EQ(rows.rows.back().title, "Settings");
   EXPECT_TRUE(wire::rowsToVariant(rows.rows));
@@ -94,27 +94,27 @@ TEST(MenuRows, LeaveOutTheEndHoweverItIsGrouped) {
   for (int number = 0; number < 1990; ++number) wide.push_back(templateItem(std::string(1000, 'x')));
   const Menu bytes{"", list(templateItem("a"), MenuItem::separator(), submenu("More", std::move(wide)),
                             MenuItem::separator(), templateItem("b"))};
-  EXPECT_GT(menuRows(bytes).rows.size(), 900U);
+  EXPECT_GT(flattened(bytes).rows.size(), 900U);
 }
 
-TEST(MenuRows, MergeSeparatorsThatHaveLostWhatTheySeparated) {
+TEST(FlatMenu, MergesSeparatorsThatHaveLostWhatTheySeparated) {
   std::vector<MenuItem> entries;
   for (int number = 0; number < 1997; ++number) entries.push_back(templateItem(std::to_string(number)));
   entries.push_back(MenuItem::separator());
   entries.push_back(submenu("More", list(templateItem("x"))));
   entries.push_back(MenuItem::separator());
   entries.push_back(MenuItem::titled("Settings"));
-  const auto rows = menuRows({"", std::move(entries)}).rows;
+  const auto rows = flattened({"", std::move(entries)}).rows;
   ASSERT_EQ(rows.size(), 1999U);
   EXPECT_EQ(rows[1996].action, "template:1996");
   EXPECT_EQ(rows[1997].type, wire::Row::Type::separator);
 }
 
-TEST(MenuRows, CutWhatIsTooLongForTheBus) {
+TEST(FlatMenu, CutsWhatIsTooLongForTheBus) {
   const std::string name(2'000'000, 'x');
   const Menu menu{"", list(templateItem("a"), templateItem(name, name), templateItem(name, name),
                            submenu(name, list(templateItem("c"))))};
-  const auto rows = menuRows(menu);
+  const auto rows = flattened(menu);
   const auto cut = "template:" + std::string(160, 'x') + "…" + std::string(85, 'x');
   EXPECT_EQ(actionsOf(rows), (std::vector<std::string>{"template:a", cut, cut + "#2", "", "template:c"}));
   EXPECT_TRUE(wire::rowsToVariant(rows.rows));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ports/terminal/MenuRows.h"
+#include "ports/terminal/NumberedMenu.h"
 
 #include <algorithm>
 #include <charconv>
@@ -15,7 +15,7 @@ using platform::MenuItem;
 
 namespace {
 
-using Rows = std::vector<MenuRows::Row>;
+using Rows = std::vector<NumberedMenu::Row>;
 
 bool canBePicked(const MenuItem& item) {
   return item.kind == MenuItem::Kind::entry && item.isEnabled && (item.submenu || item.action);
@@ -60,12 +60,12 @@ const Menu& entriesOf(const Menu& contextMenu) {
   return items.size() == 1 && items.front().submenu ? *items.front().submenu : contextMenu;
 }
 
-MenuRows::MenuRows(const Menu& menu) {
+NumberedMenu::NumberedMenu(const Menu& menu) {
   std::size_t number = 0;
   for (const auto& item : menu.items) rows.push_back({&item, canBePicked(item) ? ++number : 0});
 }
 
-std::vector<MenuRows::Row> MenuRows::matches(std::string_view input) const {
+std::vector<NumberedMenu::Row> NumberedMenu::matches(std::string_view input) const {
   Rows pickable;
   std::copy_if(rows.begin(), rows.end(), std::back_inserter(pickable),
                [](const Row& row) { return row.number != 0; });
