@@ -235,6 +235,7 @@ TEST_F(LiveStore, SaysOnceThatItCantWatchAndThenLooksInTheBackground) {
       1);
   // One that can watch nothing at all, and nobody asks it for a menu.
   manager = ConfigManager::make();
+  settle();
   std::atomic<int> changes = 0;
   manager->onChange([&] { ++changes; });
   writeInPlace(5);
