@@ -8,7 +8,7 @@ import subprocess
 
 from conftest import FIRE
 
-TESTS = pathlib.Path(__file__).parents[1]
+ROOT = pathlib.Path(__file__).parents[2]
 MANAGER = os.environ["SPRIG_MANAGER"]
 COUNT = 10 * FIRE
 
@@ -16,8 +16,8 @@ COUNT = 10 * FIRE
 def growth(modules):
     """What manager_memory.py tells, with the modules of a folder in the place of those that are installed."""
     result = subprocess.run(
-        [TESTS / "filemanagers/session.sh", modules, os.environ["SPRIG_MODULES_FOLDER"], "/usr/bin/python3", "-B",
-         TESTS / "fire/manager_memory.py", MANAGER, str(COUNT)], stdout=subprocess.PIPE, check=True)
+        [ROOT / "tests/filemanagers/session.sh", modules, os.environ["SPRIG_MODULES_FOLDER"], "/usr/bin/python3", "-B",
+         ROOT / "bench/manager_memory.py", MANAGER, str(COUNT)], stdout=subprocess.PIPE, check=True)
     return json.loads(result.stdout)
 
 

@@ -13,7 +13,8 @@ import statistics
 import sys
 import time
 
-sys.path[:0] = [str(pathlib.Path(__file__).parents[1] / name) for name in ("support", "filemanagers")]
+TESTS = pathlib.Path(__file__).parents[1] / "tests"
+sys.path[:0] = [str(TESTS / name) for name in ("support", "filemanagers")]
 
 from driving import MANAGERS, SprigDesktop
 from sprigtest.home import template, throw_away_home
