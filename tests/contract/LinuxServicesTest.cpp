@@ -15,7 +15,6 @@
 #include "ports/linux/CreationJournal.h"
 #include "ports/linux/Descriptor.h"
 #include "ports/linux/LinuxFileSystem.h"
-#include "ports/linux/LinuxProcessInfo.h"
 #include "ports/linux/LinuxSystemLog.h"
 #include "ports/linux/LinuxUserDatabase.h"
 #include "support/TemporaryFolder.h"
@@ -54,16 +53,6 @@ TEST(LinuxFolders, AreTheOnesOfTheEnvironmentUnlessRelative) {
     EXPECT_FALSE(files.containerURL("../sprig"));
     EXPECT_EQ(files.stateDirectory().path(), row.journal);
   }
-}
-
-TEST(LinuxProcessInfo, TellsEmptyVariablesFromMissingOnes) {
-  const ScopedVariable empty("SPRIG_EMPTY", "");
-  const ScopedVariable missing("SPRIG_MISSING", std::nullopt);
-  const ports::LinuxProcessInfo process;
-  EXPECT_EQ(process.environment("SPRIG_EMPTY"), "");
-  EXPECT_EQ(process.environment("SPRIG_MISSING"), std::nullopt);
-  // Only the part that the view covers is the name.
-  EXPECT_EQ(process.environment(std::string_view("SPRIG_EMPTY2", 11)), "");
 }
 
 TEST(LinuxUserDatabase, TakesTheNameFromTheCommentAndNeedsAHome) {
