@@ -101,6 +101,8 @@ TEST(ConfigDocument, ChangesOnlyTheBytesOfAnEdit) {
        replaced(compact, oneLine("b"), oneLine("a"))},
       {compact, [](ConfigDocument& it) { it.setOtherText(1, "note", "n"); },
        replaced(compact, "false}]", R"(false,"note": "n"}])")},
+      {spacious, [](ConfigDocument& it) { it.setOtherText(0, "note", "n"); },
+       replaced(spacious, "\"y\": 1}", "\"y\": 1},\r\n\t\t\t\"note\": \"n\"")},
       {empty, [](ConfigDocument& it) { it.insertTemplate(0, decodeConfig(compact).templates[0]); },
        replaced(empty, "[]",
                 "[\n    {\n      \"id\": \"a\",\n      \"name\": \"Na\",\n      \"extension\": \".x\",\n"
@@ -191,6 +193,8 @@ TEST(ConfigDocument, LaysOutALateMemberAsIfItHadBeenThere) {
   ConfigDocument whole(empty);
   auto item = decodeConfig(compact).templates[0];
   late.insertTemplate(0, item);
+  item.scope = TemplateScope{};
+  late.setTemplate(0, item);
   item.scope = TemplateScope{{{"web"}}};
   late.setTemplate(0, item);
   whole.insertTemplate(0, item);

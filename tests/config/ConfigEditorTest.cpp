@@ -59,7 +59,8 @@ class ConfigEditorTest : public testing::Test {
 TEST_F(ConfigEditorTest, WritesTheFirstDocumentOnTheFirstChangeOnly) {
   EXPECT_TRUE(editor.update([](ConfigDocument&) {}));
   EXPECT_EQ(text(), "none");
-  EXPECT_TRUE(editor.update(disable(2)));
+  EXPECT_TRUE(ConfigEditor::isWritable());
+  EXPECT_TRUE(editor.update(disable(2)) && ConfigEditor::isWritable());
   EXPECT_EQ(text(), without(2));
   EXPECT_TRUE(ConfigEditor::backups().empty());
 }
@@ -71,7 +72,7 @@ TEST_F(ConfigEditorTest, KeepsModeAndLinkAndABackupOfWhatItFound) {
   std::ofstream(target) << defaults;
   std::filesystem::create_symlink("../dotfiles.json", path);
   ::chmod(target.c_str(), 0640);
-  for (std::size_t index = 0; index < 2; ++index) ASSERT_TRUE(editor.update(disable(index)));
+  ASSERT_TRUE(editor.update(disable(0)) && editor.update(disable(1)) && ConfigEditor().update(disable(2)));
   struct stat status = {};
   ASSERT_EQ(::stat(target.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode, S_IFREG | 0640U);
@@ -81,7 +82,7 @@ TEST_F(ConfigEditorTest, KeepsModeAndLinkAndABackupOfWhatItFound) {
   }
   ASSERT_EQ(ConfigEditor::backups().size(), 1U);
   EXPECT_EQ(platform.files.contentsOfFile(ConfigEditor::backups()[0]), defaults);
-  for (std::size_t index = 2; index < 9; ++index) {
+  for (std::size_t index = 3; index < 9; ++index) {
     platform.clock.instant += std::chrono::seconds(1);
     ASSERT_TRUE(ConfigEditor().update(disable(index)));
   }
@@ -127,6 +128,11 @@ TEST_F(ConfigEditorTest, ReplacesABrokenTextOnlyByAValidOneAndOnlyTheOneThatWasR
 }
 
 TEST_F(ConfigEditorTest, AppliesAChangeAgainToWhatAnotherProgramWroteMeanwhile) {
+  ASSERT_TRUE(editor.update([this](ConfigDocument& document) {
+    disable(5)(document);
+    if (text() == "none") write(without(4));
+  }));
+  EXPECT_FALSE(decodeConfig(text()).templates[4].enabled) << "a first document that comes meanwhile";
   // Both as a new file and into the same one; before the last look, and after it.
   for (const bool isInPlace : {false, true}) {
     write(defaults);

@@ -66,16 +66,20 @@ TEST_F(Store, LogsTheOutcomeOfEveryLoadAndForgetsTheLastGoodDocument) {
   platform.writeConfig("{\n  broken");
   manager->reload();
   EXPECT_EQ(*manager->config(), defaultFallbackConfig());
+  platform.files.beforeReading = [] { throw std::bad_alloc(); };
+  manager->reload();
+  platform.files.beforeReading = nullptr;
   unlink(file.path().c_str());
   platform.makeFolder("container/config.json");
   manager->reload();
   const auto log = platform.takeLog();
-  ASSERT_EQ(log.size(), 4U);
+  ASSERT_EQ(log.size(), 5U);
   EXPECT_EQ(log[0], "Loaded config with 5 total templates (3 active) from " + file.path());
   EXPECT_EQ(log[1], "Loaded config with 0 total templates (0 active) from " + file.path());
   EXPECT_EQ(log[2], "Error decoding config.json: line 2, column 3: syntax error at \"b\". Using fallback.");
-  EXPECT_TRUE(log[3].starts_with("Error decoding config.json: Can't read ")) << log[3];
-  EXPECT_TRUE(log[3].ends_with(". Using fallback.")) << log[3];
+  EXPECT_EQ(log[3], "Error decoding config.json: there is not enough memory for it. Using fallback.");
+  EXPECT_TRUE(log[4].starts_with("Error decoding config.json: Can't read ")) << log[4];
+  EXPECT_TRUE(log[4].ends_with(". Using fallback.")) << log[4];
 }
 
 TEST_F(Store, MovesToAPlaceOfHigherPriorityAtTheNextLoadAndLeavesSnapshotsAsTheyWere) {

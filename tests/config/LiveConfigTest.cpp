@@ -102,10 +102,6 @@ struct LiveStore : testing::Test, LiveWorld {
     ASSERT_EQ(symlink(target.path().c_str(), link.c_str()), 0);
     std::filesystem::rename(link, file.path());
   }
-  static std::ptrdiff_t openDescriptors() {
-    std::filesystem::directory_iterator entries("/proc/self/fd");
-    return std::distance(begin(entries), end(entries));
-  }
 };
 
 TEST_F(LiveStore, FollowsTheFileHoweverItIsSaved) {
@@ -243,21 +239,6 @@ TEST_F(LiveStore, SaysOnceThatItCantWatchAndThenLooksInTheBackground) {
   EXPECT_EQ(manager->getConfig()->version, 5);
 }
 
-TEST_F(LiveStore, KeepsItsNumberOfDescriptorsOverAThousandSaves) {
-  writeInPlace(1);
-  ASSERT_TRUE(shows(1));
-  const auto before = openDescriptors();
-  for (std::int64_t version = 2; version <= 1000; ++version) {
-    version % 2 == 0 ? writeInPlace(version) : replace(version);
-  }
-  ASSERT_TRUE(shows(1000));
-  writeInPlace(1001);
-  ASSERT_TRUE(shows(1001)) << "still watched";
-  // A reload that was still at work may have been counted before.
-  EXPECT_TRUE(eventually([&] { return openDescriptors() <= before; }))
-      << openDescriptors() << " now, " << before;
-}
-
 TEST_F(LiveStore, GivesReadersWholeDocumentsOnlyWhileItIsReloaded) {
   std::atomic<bool> isDone = false;
   std::atomic<int> reads = 0;
@@ -282,16 +263,6 @@ TEST_F(LiveStore, GivesReadersWholeDocumentsOnlyWhileItIsReloaded) {
   EXPECT_GT(reads, 0);
 }
 
-TEST_F(LiveStore, TakesAHugeDocument) {
-  AppConfigItem config;
-  config.version = 1;
-  config.templates.emplace_back().content.assign(100'000'000, 'x');
-  test::writeFile(file, encodeConfig(config));
-  EXPECT_TRUE(shows(1));
-  writeInPlace(2);
-  EXPECT_TRUE(shows(2));
-}
-
 TEST_F(LiveStore, CanGoInTheMiddleOfASave) {
   for (std::int64_t version = 1; version <= 50; ++version) {
     writeInPlace(version);
@@ -299,18 +270,6 @@ TEST_F(LiveStore, CanGoInTheMiddleOfASave) {
   }
   writeInPlace(51);
   EXPECT_TRUE(shows(51));
-}
-
-TEST(SharedStore, IsMadeOnceByWhoeverAsksFirst) {
-  test::TestPlatform platform;
-  std::vector<std::thread> threads;
-  std::vector<ConfigManager*> found(8);
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    threads.emplace_back([&found, i] { found[i] = &ConfigManager::shared(); });
-  }
-  for (auto& thread : threads) thread.join();
-  for (const auto* manager : found) EXPECT_EQ(manager, found[0]);
-  EXPECT_EQ(platform.takeLog().size(), 1U);
 }
 
 }  // namespace

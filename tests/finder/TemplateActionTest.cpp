@@ -197,6 +197,7 @@ TEST_F(Action, IsLoggedStepByStep) {
                 file + "'\n");
   finder->performAction(openSettingsActionSelector, entry("Sprig Settings…"));
   EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"sprig://settings"});
+  EXPECT_EQ(platform.takeLog(), std::vector<std::string>{"openSettingsAction invoked"});
 }
 
 TEST_F(Action, LeavesTheExplanationOfAFailureToTheAlert) {
