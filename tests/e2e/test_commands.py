@@ -6,7 +6,6 @@ import json
 import os
 import re
 import subprocess
-import time
 
 import pytest
 
@@ -261,16 +260,3 @@ def test_where_memory_does_not_suffice_for_the_document_it_is_none(home):
                        for command in (["list"], ["config", "check"]))
     assert (listed.returncode, listed.stdout[:13]) == (0, "Markdown Note") and "not enough memory for it" in listed.stderr
     assert (checked.returncode, checked.stderr) == (3, "sprig: there is not enough memory for this\n")
-
-
-def test_list_starts_at_once(home):
-    if is_sanitized(home):
-        return
-    best = min(timed(lambda: home.run("list")) for _ in range(10))
-    assert best < 0.1  # about a hundredth of a second where nothing else runs
-
-
-def timed(action):
-    begin = time.perf_counter()
-    action()
-    return time.perf_counter() - begin

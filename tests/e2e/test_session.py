@@ -4,7 +4,6 @@
 import datetime
 import json
 import os
-import re
 import signal
 import subprocess
 
@@ -185,19 +184,6 @@ def test_an_interrupt_cancels_without_a_terminal_too(home):
         process.stderr.readline()
         process.send_signal(signal.SIGINT)
         assert process.wait() == 1
-
-
-def test_every_step_is_in_the_log(home):
-    home.configure(template("Note"))
-    home.run(stdin="1\n\n")
-    lines = [re.fullmatch(r"\[[-0-9]+ [:0-9]+ \+0000\] (.*)", line)[1] for line in home.log.read_text().splitlines()]
-    assert re.fullmatch(r"Initialized FinderSync monitoring \d+ directory URLs", lines.pop(1))
-    assert lines == ["FinderSync init started",
-                     f"Loaded config with 1 total templates (1 active) from {home.config}",
-                     "menu(for: 1) requested", f"building menu for folder: {home.demo}",
-                     "templateAction invoked for 'Note', identifier: 'note'",
-                     f"templateAction executing for template 'Note' in folder '{home.demo}'",
-                     f"templateAction SUCCESS: Created file '{home.demo}/Note.txt'"]
 
 
 def test_verbose_shows_the_log_without_tearing_the_line_being_edited(home):

@@ -42,6 +42,12 @@ def turn():
 wait_until = functools.partial(wait_for, between=turn)
 
 
+def goes_on_for(milliseconds):
+    over = []
+    GLib.timeout_add(milliseconds, lambda: over.append(True))
+    wait_until(lambda: over)
+
+
 class FileManager:
     """A program on the bus that asks for menus and picks, and that may show files."""
 
