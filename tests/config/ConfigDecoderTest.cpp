@@ -111,6 +111,7 @@ TEST(ConfigDecoder, NamesLineAndColumnOfWhatIsNotJSON) {
            Row{"{\n  \"version\": 1,\n", "line 3, column 1: the document ends too early"},
            Row{"{\n \"name\": \"caf\u00E9\" oops", "line 2, column 17: syntax error at \"o\""},
            Row{"{\"a\":01}", "line 1, column 7: syntax error at \"1\""},
+           Row{"{\"a\":- }", "line 1, column 7: syntax error at \" \""},
            Row{"{} {}", "line 1, column 4: expected the end of the document, found \"{\""},
            Row{"{}~", "line 1, column 3: expected the end of the document, found \"~\""},
            Row{"{}\x7F", "line 1, column 3: expected the end of the document, found byte 0x7F"},
@@ -182,17 +183,18 @@ TEST(BuiltinTemplates, HaveTheTextsThatUsersRelyOn) {
 }
 
 TEST(JsonIndex, FindsTheSamePlacesAsASearch) {
-  auto text = "\xEF\xBB\xBF" + encodeConfig(defaultFallbackConfig());
+  auto text = "\xEF\xBB\xBF\n\n" + encodeConfig(defaultFallbackConfig());
   for (const char lineBreak : {'\n', ' '}) {
     std::replace(text.begin(), text.end(), '\n', lineBreak);
     const JsonIndex index(text);
     for (std::size_t number = 0; number < 12; ++number) {
-      for (const char* key : {"id", "scope", "missing"}) {
-        const std::vector<JsonStep> path{"templates", number, key};
+      for (const auto& path : {std::vector<JsonStep>{"templates", number, "id"},
+                               {"templates", number, "scope"},
+                               {"templates", number, "missing"},
+                               {"version", "deeper", number}}) {
         const auto found = index.position(path);
         const auto searched = positionIn(text, offsetInJson(text, path));
-        EXPECT_EQ(std::pair(found.line, found.column), std::pair(searched.line, searched.column))
-            << number << key;
+        EXPECT_EQ(std::pair(found.line, found.column), std::pair(searched.line, searched.column)) << number;
       }
     }
   }

@@ -87,6 +87,8 @@ TEST(ConfigDocument, ChangesOnlyTheBytesOfAnEdit) {
        replaced(spacious, "null", "false")},
       {empty, settings([](AppSettingsItem& it) { it.maxVisibleTemplates = -1; }),
        replaced(empty, "{ }", "{\n    \"maxVisibleTemplates\": -1\n  }")},
+      {replaced(empty, "{ }", R"({"z": 1})"), settings([](AppSettingsItem& it) { it.showInFinder = true; }),
+       replaced(empty, "{ }", R"({"z": 1,"showInFinder": true})")},
       {compact, [](ConfigDocument& it) { it.removeTemplate(0); }, replaced(compact, oneLine("a") + ",", "")},
       {spacious, [](ConfigDocument& it) { it.removeTemplate(1); },
        replaced(spacious, ",\r\n\t\t" + manyLines("b"), "")},

@@ -203,6 +203,11 @@ TEST_F(Creator, NeverLeavesTheFolderAndSaysFirstWhatIsWrongWithTheName) {
     EXPECT_NE(platform.systemLog.takeLines().at(0).find("FileCreator error: " + row.reason),
               std::string::npos);
   }
+  platform.process.variables["USER"] = "";
+  TemplateItem nameless;
+  nameless.filenamePattern = "{{author}}";
+  EXPECT_EQ(FileCreator::createFile(nameless, folder, {}), std::nullopt);
+  EXPECT_NE(platform.systemLog.takeLines().at(0).find("A file name can't be empty"), std::string::npos);
   EXPECT_EQ(test::readFile(outside), "mine");
   EXPECT_EQ(test::namesIn(folder), std::vector<std::string>{});
 }

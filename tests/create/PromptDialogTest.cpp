@@ -136,6 +136,7 @@ TEST_F(Prompt, ReturnsWhatTheUserConfirmed) {
        }) {
     platform.application.user = row.user;
     EXPECT_EQ(ask(" suggested.md "), row.result) << row.doing;
+    EXPECT_EQ(platform.application.lastCode == PromptDialogHandler::confirmCode, row.result.has_value());
   }
 }
 

@@ -134,7 +134,7 @@ int ScriptedApplication::runModal(Alert& alert) {
     queue.runPending();
   }
   sessions.pop_back();
-  return session.value_or(-1);
+  return lastCode = session.value_or(-1);
 }
 
 void ScriptedApplication::stopModal(int code) {

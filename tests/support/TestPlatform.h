@@ -158,6 +158,8 @@ class ScriptedApplication : public platform::Application {
   /// How the program was activated, in order.
   std::vector<std::string> activations;
   std::optional<platform::ActivationPolicy> policy;
+  /// What the last session ended with; -1 when nothing ended it.
+  int lastCode = 0;
 
   void setActivationPolicy(platform::ActivationPolicy newPolicy) override { policy = newPolicy; }
   void activate() override { activations.emplace_back("activate"); }

@@ -67,7 +67,7 @@ TEST(Length, CountsUTF16CodeUnits) {
 
 TEST(Validity, RefusesWhatIsNotUTF8AndMendsIt) {
   EXPECT_TRUE(isValidUTF8("gr\u00FC\u00DFe \U0001F600"));
-  for (const char* bad : {"\xFF", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "a\xE2\x82"}) {
+  for (const char* bad : {"\xFF", "\x80", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "a\xE2\x82"}) {
     EXPECT_FALSE(isValidUTF8(bad));
     EXPECT_TRUE(isValidUTF8(toValidUTF8(bad)));
   }
