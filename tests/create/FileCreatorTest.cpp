@@ -228,6 +228,8 @@ TEST_F(Creator, RefusesTextThatIsNotUnicode) {
 }
 
 TEST(Base64, SkipsStrangersAndRefusesBrokenGroups) {
+  const std::string all = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  EXPECT_EQ(encodeBase64(decodeBase64(all).value()), all);
   struct Row {
     const char* text;
     std::optional<std::string> bytes;
@@ -237,6 +239,7 @@ TEST(Base64, SkipsStrangersAndRefusesBrokenGroups) {
                           Row{"Zg", {}}, Row{"Zg=", {}}, Row{"Zm8", {}}, Row{"Zg===", {}}, Row{"Zm9v=", {}},
                           Row{"Zg==Zg==", {}}, Row{"=", {}}, Row{"Z===", {}}}) {
     EXPECT_EQ(decodeBase64(row.text), row.bytes) << row.text;
+    EXPECT_EQ(row.bytes ? decodeBase64(encodeBase64(*row.bytes)) : row.bytes, row.bytes) << row.text;
   }
 }
 

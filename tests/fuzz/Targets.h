@@ -14,10 +14,6 @@ void tryConfiguration(std::string_view input);
 void tryRendering(std::string_view input);
 /// A file name, split and numbered on.
 void tryNames(std::string_view input);
-/// Categories, separated by line breaks, grouped into sections.
-void tryCategories(std::string_view input);
-/// Base64 text.
-void tryBase64(std::string_view input);
 /// A menu as it comes from the bus, read and written and made entries of.
 void tryRows(std::string_view input);
 /// A line between the extension and a dialog, read in both directions.
