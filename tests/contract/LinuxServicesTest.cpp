@@ -10,6 +10,7 @@
 #include <cstring>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "contract/Process.h"
 #include "ports/linux/CreationJournal.h"
@@ -17,6 +18,7 @@
 #include "ports/linux/LinuxFileSystem.h"
 #include "ports/linux/LinuxSystemLog.h"
 #include "ports/linux/LinuxUserDatabase.h"
+#include "ports/linux/MountedVolumes.h"
 #include "support/TemporaryFolder.h"
 
 namespace sprig::test {
@@ -72,6 +74,47 @@ TEST(LinuxUserDatabase, TakesTheNameFromTheCommentAndNeedsAHome) {
     const auto entry = ports::LinuxUserDatabase::entry(record);
     EXPECT_EQ(entry ? Text(entry->fullName) : Text(), row.fullName);
   }
+}
+
+TEST(VisibleVolumes, AreTheDisksAndSharesOutsideTheSystem) {
+  const ports::VolumeRules rules = {
+      {"tmpfs", "overlay", "autofs", "nfs4", "fuse", "zfs"}, "jdoe", {"/mnt/hidden"}};
+  const std::vector<ports::MountEntry> visible = {
+      {"/dev/sdb1", "/media/jdoe/USB STICK", "vfat", "rw"},
+      {"/dev/sdb1", "/run/media/jdoe/Disk", "ext4", "rw"},
+      {"/dev/sda4", "/mnt/data\xff", "ext4", "rw"},
+      {"/dev/sda6", "/variable", "xfs", "rw"},
+      {"tank/data", "/tank", "zfs", "rw"},
+      {"server:/export", "/mnt/nfs", "nfs4", "rw"},
+      {"jdoe@host:", "/home/jdoe/remote", "fuse.sshfs", "rw"},
+      {"/dev/sdd1", "/mnt/not-secret", "ext4", "rw,x-gvfs-hide-not"},
+  };
+  const std::vector<ports::MountEntry> hidden = {
+      {"/dev/sdb1", "/run/media/other/Disk", "ext4", "rw"},
+      {"/dev/sdb1", "/run/media/jdoe", "ext4", "rw"},
+      {"/dev/sda2", "/", "ext4", "rw"},
+      {"/dev/sda7", "/var", "ext4", "rw"},
+      {"/dev/sda8", "/var/lib/docker", "ext4", "rw"},
+      {"/dev/loop4", "/mnt/image", "iso9660", "ro"},
+      {"tmpfs", "/mnt/ram", "tmpfs", "rw"},
+      {"/etc/auto", "/net", "autofs", "rw"},
+      {"App", "/home/jdoe/.mount_App", "fuse.App", "ro"},
+      {"/dev/sdd1", "/mnt/secret", "ext4", "rw,x-gvfs-hide,nofail"},
+      {"/dev/sdd1", "/mnt/hidden", "ext4", "rw"},
+  };
+  for (const auto& mount : visible) {
+    EXPECT_EQ(ports::visibleVolumes({mount}, rules), std::vector{platform::FileURL(mount.folder)});
+  }
+  for (const auto& mount : hidden) EXPECT_TRUE(ports::visibleVolumes({mount}, rules).empty()) << mount.folder;
+}
+
+TEST(VisibleVolumes, AreListedOnceInTheOrderOfTheTable) {
+  const auto visible = ports::visibleVolumes({{"/dev/sdb2", "/mnt/b", "ext4", ""},
+                                              {"auto", "/mnt/a", "autofs", ""},
+                                              {"server:/a", "/mnt/a", "nfs", ""},
+                                              {"/dev/sdb3", "/mnt/b", "ext4", ""}},
+                                             {{"autofs", "nfs"}, "", {}});
+  EXPECT_EQ(visible, (std::vector{platform::FileURL("/mnt/b"), platform::FileURL("/mnt/a")}));
 }
 
 /// A log daemon's socket in a temporary folder.

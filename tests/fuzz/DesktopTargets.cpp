@@ -1,12 +1,34 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "wire/Rows.h"
-
-#include "filemanagers/client/MenuEntry.h"
-#include "fuzz/Check.h"
 #include "fuzz/Targets.h"
 
+#include "dialog/DialogMessages.h"
+#include "filemanagers/client/MenuEntry.h"
+#include "fuzz/Check.h"
+#include "wire/Rows.h"
+
 namespace sprig::fuzz {
+
+namespace {
+
+/// A message that can be read is written as a line, which reads as the same.
+template <typename Decode>
+void tryMessage(std::string_view input, Decode decode) {
+  const auto message = decode(input);
+  if (!message) return;
+  auto line = dialog::encode(*message);
+  check(line.find('\n') == line.size() - 1, "a message is one line");
+  line.pop_back();
+  const auto again = decode(line);
+  check(again.has_value() && dialog::encode(*again) == line + "\n", "what is written is what was read");
+}
+
+}  // namespace
+
+void tryDialogMessages(std::string_view input) {
+  tryMessage(input, dialog::decodeCommand);
+  tryMessage(input, dialog::decodeEvent);
+}
 
 void tryRows(std::string_view input) {
   // In a block of its own, aligned as a message's body is.
