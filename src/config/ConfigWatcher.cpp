@@ -32,8 +32,8 @@ bool isSameFile(const std::optional<platform::FileVersion>& left,
 void ConfigManager::startWatchingConfig() {
   // Refused: then the folder can't be watched either, and there is no folder source.
   static_cast<void>(platform::current().files.createDirectory(configURL().deletingLastPathComponent()));
-  // In the background: it can take milliseconds, for which the first menu would wait. What is saved before the
-  // sources are there is found then.
+  // In the background: it can take milliseconds, for which the first menu would wait. What is saved before
+  // the sources are there is found then.
   callAfter({}, [](ConfigManager& manager) { manager.takeInPlaceChange(); });
 }
 
