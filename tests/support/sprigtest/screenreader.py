@@ -133,7 +133,7 @@ def middle(place):
 
 
 def text_of(accessible):
-    return accessible.ask("Text", "GetText", "(ii)", 0, -1)
+    return accessible.ask("Text", "GetText", "(ii)", 0, accessible.get("CharacterCount", "Text"))
 
 
 def selection_in(field):
