@@ -15,6 +15,7 @@
 #include "dialog/DialogMessages.h"
 #include "dialog/DialogWindow.h"
 #include "dialog/LineBuffer.h"
+#include "version/answerVersion.h"
 
 namespace sprig::dialog {
 
@@ -146,7 +147,8 @@ void run() {
 
 }  // namespace sprig::dialog
 
-int main() {
+int main(int argc, char** argv) {
+  if (sprig::answerVersion("sprig-dialog", argc, argv)) return EXIT_SUCCESS;
   std::signal(SIGPIPE, SIG_IGN);
   try {
     sprig::dialog::run();

@@ -6,6 +6,7 @@
 
 #include "ports/linux/handleFileSizeSignal.h"
 #include "settings/window/SettingsApplication.h"
+#include "version/answerVersion.h"
 
 namespace {
 
@@ -20,6 +21,7 @@ std::string takeActivationToken() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (sprig::answerVersion("sprig-settings", argc, argv)) return 0;
   sprig::ports::handleFileSizeSignal();
   const auto token = takeActivationToken();
   // Without a graphics processor this starts twice as fast, and a still window gains nothing from one.

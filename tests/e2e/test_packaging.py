@@ -9,7 +9,7 @@ import pytest
 from sprigtest.home import SOURCE, need, template
 
 COMPLETIONS = SOURCE / "packaging/completions"
-MANUAL = SOURCE / "packaging/man/sprig.1"
+MANUALS = SOURCE / "packaging/man"
 HARD = "R&D \"plan\" of $HOME, `Ann's`"
 SHELLS = {
     "bash": (["--norc", "--noprofile", "-i"], f"source {COMPLETIONS}/sprig.bash"),
@@ -75,13 +75,21 @@ def test_tab_completes(home, shell):
     assert made == COMPLETED
 
 
-def test_the_manual_page_is_well_formed_and_names_every_option_of_the_help(home):
-    lint = subprocess.run([need("mandoc", "mandoc"), "-T", "lint", "-W", "error", MANUAL], text=True,
+def manual(name):
+    return re.sub(".\b", "", subprocess.run(["mandoc", "-T", "utf8", MANUALS / name], text=True,
+                                            capture_output=True).stdout)
+
+
+def test_the_manual_pages_are_well_formed_and_name_every_option_of_the_help_and_every_key(home):
+    lint = subprocess.run([need("mandoc", "mandoc"), "-T", "lint", "-W", "warning", *MANUALS.iterdir()], text=True,
                           capture_output=True)
     assert (lint.returncode, lint.stdout) == (0, "")
-    manual = subprocess.run(["mandoc", "-T", "utf8", MANUAL], text=True, capture_output=True).stdout
-    manual = re.sub(".\b", "", manual)
+    known = (SOURCE / "src/config/ConfigFields.h").read_text() + (SOURCE / "src/engine/Placeholders.cpp").read_text()
+    keys = re.findall(r'(?:Field\{|key == )"(\w+)"', known)
+    described = re.findall(r"^ {5}(\w[^(\n]*)", manual("sprig-config.5"), re.MULTILINE)
+    assert len(keys) > 30 and set(keys) <= set(re.findall(r"\w+", " ".join(described)))
+    commands = manual("sprig.1")
     for command in ([], ["list"], ["new"], ["detect"], ["config"], ["template"], ["undo"]):
         help_text = home.run(*command, "--help").stdout
         for option in set(re.findall(r"--[a-z]+", help_text)):
-            assert option in manual, option
+            assert option in commands, option

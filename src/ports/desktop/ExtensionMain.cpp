@@ -9,6 +9,7 @@
 #include "ports/desktop/ExtensionService.h"
 #include "ports/linux/LinuxSystemLog.h"
 #include "ports/linux/handleFileSizeSignal.h"
+#include "version/answerVersion.h"
 
 namespace sprig::platform {
 
@@ -26,8 +27,9 @@ void keepLargeBlocksApart() {
 
 }  // namespace
 
-int ExtensionMain(int, char**, PrincipalClass principalClass) {
+int ExtensionMain(int argumentCount, char** arguments, PrincipalClass principalClass) {
   using namespace sprig::desktop;
+  if (answerVersion("sprig-extension", argumentCount, arguments)) return 0;
   keepLargeBlocksApart();
   ports::handleFileSizeSignal();
   ports::LinuxSystemLog systemLog("sprig-extension", ports::SystemLogFallback::standardError);
