@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The Debian packages: what they hold, what they need, and that they go as they came."""
 
+import email
 import json
 import os
 import pathlib
@@ -12,13 +13,15 @@ import xml.etree.ElementTree
 import pytest
 
 BUILD = pathlib.Path(os.environ.get("SPRIG_BUILD", pathlib.Path(__file__).parents[2] / "build")).resolve()
+SOURCE = pathlib.Path(__file__).parents[2]
 MANAGERS = sorted(folder.name for folder in (BUILD / "modules").iterdir())
 AS_ROOT = [] if os.geteuid() == 0 else ["unshare", "--user", "--map-root-user"]
 TOOLS = {"dpkg-shlibdeps": "dpkg-dev", "lintian": "lintian", "appstreamcli": "appstream",
-         "desktop-file-validate": "desktop-file-utils"}
+         "desktop-file-validate": "desktop-file-utils", "rpmspec": "rpm"}
 # What knows the folder with a file manager's modules; Dolphin's is one of Qt's plugins.
 READERS = {"thunar": "lib/*/libthunarx-3.so.0", "caja": "bin/caja", "nemo": "bin/nemo", "nautilus": "bin/nautilus",
            "dolphin": "lib/*/libQt5Core.so.5"}
+DEBIAN = SOURCE / "packaging/debian"
 APPLICATIONS = "usr/share/applications/com.kestrel.Sprig.desktop"
 ICONS = "usr/share/icons/hicolor/symbolic/apps"
 SERVICE = "com.kestrel.Sprig.Extension.service"
@@ -82,6 +85,34 @@ def test_each_package_needs_what_it_uses_and_no_other_desktop(packages):
         assert names & set(MANAGERS) == {manager}
         assert f"sprig-desktop (= {version})" in field
         assert manager == "dolphin" or not [name for name in names if re.match("lib(qt|kf5)", name)]
+
+
+def fields_of(package):
+    return email.message_from_string(output_of("dpkg-deb", "--field", package))
+
+
+def test_all_kinds_of_packages_have_the_same_names_versions_and_relations(packages, root):
+    version = fields_of(packages["sprig"])["Version"]
+    for program in ("bin/sprig", "bin/sprig-settings", "libexec/sprig/sprig-extension", "libexec/sprig/sprig-dialog"):
+        assert output_of(root / "usr" / program, "--version") == f"{pathlib.Path(program).name} {version}\n"
+    source, *stanzas = map(email.message_from_string, (DEBIAN / "control").read_text(encoding="utf-8").split("\n\n"))
+    listed = {stanza["Package"]: stanza for stanza in stanzas}
+    assert set(listed) >= set(packages)
+    for name, package in packages.items():
+        made = fields_of(package)
+        assert [listed[name][key] for key in ("Description", "Recommends")] == [made["Description"], made["Recommends"]]
+        depends = listed[name]["Depends"].replace("${binary:Version}", version).split(", ")
+        assert {text for text in depends if "$" not in text} <= set(made["Depends"].split(", "))
+    needed = re.findall(r"^(?:build|desktop) +(\S+)", (SOURCE / "scripts/packages").read_text(encoding="utf-8"), re.MULTILINE)
+    alternatives = {frozenset(re.sub(r" \(.*?\)", "", text.strip()).split(" | "))
+                    for text in source["Build-Depends"].split(",")}
+    assert alternatives == {frozenset(text.split("|")) for text in needed if text != "g++"} | {frozenset(["debhelper-compat"])}
+    said = {"rpm": output_of("rpmspec", "--query", "--qf", "%{NAME} %{VERSION}\n", SOURCE / "packaging/sprig.spec"),
+            "pacman": output_of("bash", "-c", '. "$1" && printf "%s $pkgver\n" "${pkgname[@]}"', "bash",
+                                SOURCE / "packaging/PKGBUILD")}
+    assert {kind: set(text.splitlines()) for kind, text in said.items()} == {
+        kind: {f"{name} {version}" for name in listed} for kind in said}
+    assert (DEBIAN / "changelog").read_text(encoding="utf-8").startswith(f"sprig ({version}) ")
 
 
 def test_debian_has_nothing_against_them(packages):
