@@ -17,7 +17,7 @@ SOURCE = pathlib.Path(__file__).parents[2]
 MANAGERS = sorted(folder.name for folder in (BUILD / "modules").iterdir())
 AS_ROOT = [] if os.geteuid() == 0 else ["unshare", "--user", "--map-root-user"]
 TOOLS = {"dpkg-shlibdeps": "dpkg-dev", "lintian": "lintian", "appstreamcli": "appstream",
-         "desktop-file-validate": "desktop-file-utils", "rpmspec": "rpm"}
+         "desktop-file-validate": "desktop-file-utils", "rpmspec": "rpm", "systemctl": "dbus-user-session", "gdbus": "libglib2.0-bin"}
 # What knows the folder with a file manager's modules; Dolphin's is one of Qt's plugins.
 READERS = {"thunar": "lib/*/libthunarx-3.so.0", "caja": "bin/caja", "nemo": "bin/nemo", "nautilus": "bin/nautilus",
            "dolphin": "lib/*/libQt5Core.so.5"}
@@ -133,6 +133,20 @@ def test_the_bus_starts_the_extension_which_has_its_dialogs_beside_it(root):
     assert f"ExecStart=/{program}\n" in by_systemd
     for file in (root / program, (root / program).with_name("sprig-dialog")):
         assert os.access(file, os.X_OK) and "not found" not in output_of("ldd", file)
+
+
+PICK = r"""sed -i 's/"prompt"/"create"/' "$("$0/usr/bin/sprig" config init)"
+gdbus call --session --dest com.kestrel.Sprig.Extension --object-path /com/kestrel/Sprig/Extension \
+  --method com.kestrel.Sprig.Extension1.Activate template:builtin-plain-text 1 "['file://$HOME']" '{}'
+until ls ~/*.txt 2>/dev/null; do sleep 0.05; done
+grep NoNewPrivs "/proc/$(systemctl --user show --property MainPID --value com.kestrel.Sprig.Extension)/status"
+"""
+
+
+def test_the_unit_starts_an_extension_that_makes_files_and_restricts_no_file_manager_it_starts(root):
+    said = output_of(pathlib.Path(__file__).with_name("user-manager.sh"), root, "sh", "-ec", PICK, root, timeout=60,
+                     stdin=subprocess.DEVNULL)
+    assert re.search(r"/[^/\n]+\.txt\nNoNewPrivs:\t0\n", said), said
 
 
 @pytest.mark.parametrize("manager", MANAGERS)
