@@ -35,7 +35,7 @@ struct Store : testing::Test {
 
 TEST_F(Store, LooksInFourPlacesAndTakesTheFirstThatExists) {
   EXPECT_EQ(ConfigManager::configURL(), fallback);
-  const auto inHome = platform.makeFile("home/" + longPath);
+  const auto inHome = platform.makeFile("account/" + longPath);
   EXPECT_EQ(ConfigManager::configURL(), inHome);
   const auto shortOne = platform.makeFile("container/config.json");
   EXPECT_EQ(ConfigManager::configURL(), shortOne);

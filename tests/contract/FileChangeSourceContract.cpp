@@ -140,6 +140,27 @@ TEST_F(FileChangeSourceContract, DeliversWhatIsPendingAtCancellationInOneLastCal
   EXPECT_EQ(tally.count(), 2);
 }
 
+TEST_F(FileChangeSourceContract, TellsOfEventsThatWereTooManyToKeep) {
+  const std::vector<platform::FileURL> noisy = {folder / "a", folder / "b"};
+  std::vector<std::unique_ptr<platform::FileChangeSource>> others;
+  Tally release;
+  for (const auto& noise : noisy) {
+    writeFile(noise, "");
+    others.push_back(make(noise));
+    others.back()->resume([&] { release.reaches(1); });
+  }
+  auto source = make(file);
+  source->resume(counting());
+  for (int round = 0; round < 10'000; ++round) {
+    for (const auto& noise : noisy) std::filesystem::resize_file(noise.path(), 0);
+  }
+  writeFile(file, "2");
+  release.add();
+  EXPECT_TRUE(tally.reaches(1));
+  others.clear();
+  finish(std::move(source));
+}
+
 TEST_F(FileChangeSourceContract, KeepsAHandlerAliveThatDestroysItsSource) {
   auto source = make(file);
   std::string seen;

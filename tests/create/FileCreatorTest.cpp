@@ -43,7 +43,7 @@ TEST_F(Creator, WritesTheRenderedTextUnderAFreeNameAndRevealsIt) {
   platform.mainQueue.runPending();
   EXPECT_EQ(platform.workspace.revealed, std::vector<FileURL>{*created});
   EXPECT_TRUE(platform.application.shown.empty());
-  EXPECT_EQ(test::namesIn(platform.files.home), std::vector<std::string>{}) << "no line in the log file";
+  EXPECT_EQ(test::namesIn(*platform.users.home), std::vector<std::string>{}) << "no line in the log file";
 }
 
 TEST_F(Creator, RendersNameAndContentOfOneInstant) {
@@ -108,6 +108,7 @@ TEST_F(Creator, ExplainsWhyItCouldNotWrite) {
 TEST_F(Creator, WritesDirectlyWhereAnAtomicWriteIsRefused) {
   platform.files.refusals = {{"first", 1, "dropped"}};
   EXPECT_TRUE(FileCreator::createFile(notes(), folder, "a"));
+  EXPECT_EQ(platform.files.attempts, "prepared direct ");
   EXPECT_EQ(contentOf("a.md"), "# a in Projects\n");
   platform.mainQueue.runPending();
   EXPECT_TRUE(platform.application.shown.empty());

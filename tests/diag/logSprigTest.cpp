@@ -17,6 +17,7 @@ struct LogSprig : testing::Test {
 };
 
 TEST_F(LogSprig, AddsALineToBothLogs) {
+  platform.clock.zone = std::chrono::hours(5);
   logSprig("first");
   EXPECT_EQ(test::readFile(file), "[2026-11-16 09:05:02 +0000] first\n");
   platform.clock.instant = test::TestClock::at(1969, 12, 31, 23, 59, 59);
@@ -34,13 +35,13 @@ TEST_F(LogSprig, AddsALineToBothLogs) {
 }
 
 TEST_F(LogSprig, LosesTheLineOfTheFileQuietlyWhereItCantBeWritten) {
-  platform.makeFile("home/.kestrel", "in the way");
+  platform.makeFile("account/.kestrel", "in the way");
   logSprig("one");
-  platform.users.home.reset();
+  const auto home = *std::exchange(platform.users.home, std::nullopt);
   logSprig("two");
   EXPECT_EQ(platform.systemLog.lines().size(), 2U);
-  EXPECT_EQ(test::namesIn(platform.files.home), std::vector<std::string>{".kestrel"});
-  EXPECT_EQ(test::readFile(platform.files.home.appendingPath(".kestrel")), "in the way");
+  EXPECT_EQ(test::namesIn(home), std::vector<std::string>{".kestrel"});
+  EXPECT_EQ(test::readFile(home.appendingPath(".kestrel")), "in the way");
 }
 
 }  // namespace

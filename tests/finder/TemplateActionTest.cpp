@@ -117,7 +117,7 @@ TEST_F(Action, KnowsWhatAMenuOfferedWithoutKeepingAllThatWasConfiguredThen) {
 TEST_F(Action, CreatesInTheFolderClickedSelectedLastUsedOrOnTheDesktop) {
   const auto file = platform.makeFile("sel/b.txt");
   const auto selected = file.deletingLastPathComponent();
-  const auto desktop = platform.makeFolder("home/Desktop");
+  const auto desktop = platform.makeFolder("account/Desktop");
   const auto folderOf = [&] {
     pick(entry("Alpha"));
     return platform.workspace.revealed.back().deletingLastPathComponent();

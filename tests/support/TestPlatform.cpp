@@ -42,11 +42,13 @@ std::unique_ptr<platform::Folder> TestFileSystem::openFolder(const FileURL& loca
 
 tl::expected<std::unique_ptr<platform::UnpublishedFile>, platform::Error> TestFileSystem::prepareFile(
     std::string_view data, const FileURL& location) {
+  attempts += "prepared ";
   if (auto refusal = nextRefusal()) return tl::unexpected(*refusal);
   return LinuxFileSystem::prepareFile(data, location);
 }
 
 std::optional<platform::Error> TestFileSystem::createFile(std::string_view data, const FileURL& location) {
+  attempts += "direct ";
   if (auto refusal = nextRefusal()) return refusal;
   return LinuxFileSystem::createFile(data, location);
 }
@@ -73,7 +75,7 @@ platform::Instant TestClock::at(int year, unsigned month, unsigned day, int hour
 platform::Instant TestClock::now() const { return instant + step * ++looks; }
 
 platform::DateComponents TestClock::components(platform::Instant shown) const {
-  const std::time_t time = std::chrono::floor<std::chrono::seconds>(shown).time_since_epoch().count();
+  const std::time_t time = std::chrono::floor<std::chrono::seconds>(shown + zone).time_since_epoch().count();
   std::tm utc = {};
   ::gmtime_r(&time, &utc);
   return {utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec};
@@ -156,7 +158,7 @@ void ScriptedApplication::press(Alert& alert, const std::string& keyEquivalent) 
 }
 
 TestPlatform::TestPlatform() {
-  users.home = makeFolder("home");
+  users.home = makeFolder("account");
   files.container = folder.url().appendingPath("container");
 }
 

@@ -35,6 +35,8 @@ class TestFileSystem : public ports::LinuxFileSystem {
   std::optional<platform::FileURL> container;
   /// The errors of the next attempts to write a new file, in order; further ones are carried out.
   std::deque<platform::Error> refusals;
+  /// The ways in which new files were to be written, in order.
+  std::string attempts;
   /// Which entries every folder has, where a test would have to make too many.
   std::function<bool(std::string_view)> imaginedEntries;
 
@@ -78,12 +80,14 @@ class TestProcessInfo : public platform::ProcessInfo {
   platform::OperatingSystemVersion operatingSystemVersion() const override { return version; }
 };
 
-/// Stands still until a test turns it, or goes on by a step each time it is read. Its calendar is UTC.
+/// Stands still until a test turns it, or goes on by a step each time it is read.
 class TestClock : public platform::Clock {
  public:
   platform::Instant instant = at(2026, 11, 16, 9, 5, 2);
   static platform::Instant at(int year, unsigned month, unsigned day, int hour, int minute, int second);
   std::chrono::milliseconds step{0};
+  /// Of its calendar, east of UTC.
+  std::chrono::hours zone{0};
   platform::Instant now() const override;
   platform::DateComponents components(platform::Instant instant) const override;
 
