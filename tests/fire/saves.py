@@ -1,11 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Saves a configuration again and again, by every method that editors use, as a process of its own.
 
-Usage: saves.py FILE. Each line on standard input, "FIRST LAST", has the documents of these numbers saved, and is
-answered with an empty line.
+Usage: saves.py FILE FIRST LAST, which are the numbers of the documents.
 """
 
-import itertools
 import json
 import os
 import pathlib
@@ -95,12 +93,9 @@ METHODS = [save_in_place, save, save_beside_and_rename, move_away_and_create, de
 
 
 def main():
-    methods = itertools.cycle(METHODS)
-    for line in sys.stdin:
-        first, last = map(int, line.split())
-        for number in range(first, last + 1):
-            next(methods)(sys.argv[1], document(number))
-        print(flush=True)
+    file, first, last = sys.argv[1], int(sys.argv[2]), int(sys.argv[3])
+    for number in range(first, last + 1):
+        METHODS[number % len(METHODS)](file, document(number))
 
 
 if __name__ == "__main__":

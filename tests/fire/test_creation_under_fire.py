@@ -138,14 +138,6 @@ def test_what_comes_while_the_file_is_written_keeps_its_name_and_bytes(filled):
     print(f"{2 * FIRE} files, before {came} of which another came; {made} of them made")
 
 
-def test_a_folder_that_goes_during_the_prompt_is_not_made_again(home):
-    home.configure(template("Note"))
-    session = home.sprig("demo", cwd=home.path).at_menu().types("1\r").sees("Enter a name", "> Note.txt")
-    home.demo.rename(home.path / "elsewhere")
-    session.types("\r").sees("Couldn't create the file.", "No such file or directory (ENOENT)").ends(3)
-    assert not home.demo.exists() and list((home.path / "elsewhere").iterdir()) == []
-
-
 def killed_at_random(home, longest, once):
     """Runs Sprig and kills it, so many seconds at most after something can be asked."""
     process = subprocess.Popen([home.program, "new", "Note"], cwd=home.demo, env=home.env({}), stdout=subprocess.DEVNULL)

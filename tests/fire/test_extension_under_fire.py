@@ -4,7 +4,6 @@
 import os
 import pathlib
 import re
-import select
 import statistics
 import subprocess
 import sys
@@ -35,44 +34,23 @@ def number_of(rows):
     return number
 
 
-class Saves:
-    """The process that saves."""
-
-    def __init__(self, file):
-        self.last = 0
-        self.process = subprocess.Popen([sys.executable, "-B", saves.__file__, file], stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, text=True)
-
-    def go_on(self, count):
-        print(self.last + 1, self.last + count, file=self.process.stdin, flush=True)
-        self.last += count
-
-    def are_done(self):
-        return select.select([self.process.stdout], [], [], 0)[0] and self.process.stdout.readline() == "\n"
-
-    def end(self):
-        self.process.stdin.close()
-        self.process.stdout.close()
-        assert self.process.wait() == 0
-
-
 def test_every_menu_is_of_one_whole_document_and_the_last_one_wins(desktop):
     desktop.home.write(desktop.home.config, saves.document(0).decode())
     managers = [desktop.manager(), desktop.manager()]
     managers[0].menu()
     process = managers[0].extension_process()
     seen, waits, before = [], [], None
-    writer = Saves(desktop.home.config)
-    for _ in range(10):
-        writer.go_on(20 * FIRE)
-        while not writer.are_done():
+    for last in range(20 * FIRE, 201 * FIRE, 20 * FIRE):
+        command = [sys.executable, "-B", saves.__file__, desktop.home.config, str(last - 20 * FIRE + 1), str(last)]
+        writer = subprocess.Popen(command)
+        while writer.poll() is None:
             seen += [number_of(manager.menu()) for manager in managers]
         begin = time.monotonic()
-        wait_until(lambda: number_of(managers[0].menu()) == writer.last % 100)
+        wait_until(lambda: number_of(managers[0].menu()) == last % 100)
         waits.append(time.monotonic() - begin)
         before = before or held(process)
-    writer.end()
-    print(f"{writer.last} saves, {len(seen)} menus meanwhile, of {len(set(seen))} documents; the last one showed after"
+        assert writer.returncode == 0
+    print(f"{last} saves, {len(seen)} menus meanwhile, of {len(set(seen))} documents; the last one showed after"
           f" {max(waits) * 1000:.0f} ms at most; {before} became {held(process)}")
     assert len(set(seen)) > 5 and max(waits) < 1
     desktop.stays_flat(process, before)
