@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -105,9 +106,10 @@ class ConfigManager : public std::enable_shared_from_this<ConfigManager> {
   void callAfter(std::chrono::milliseconds delay, std::function<void(ConfigManager&)> call);
   // Those below require `watching`.
   void lookAgainLater();
-  void watchFolder();
+  void watchFolder(const platform::FileURL& url);
   void watchFileIfReplaced();
-  void watchPlaces();
+  static std::set<platform::FileURL> foldersLeadingToPlaces();
+  void watchPlaces(const std::set<platform::FileURL>& folders);
   void watch(Watcher& watcher, const Target& target, platform::FileEvents events, Handler handler);
 
   mutable std::mutex lock;

@@ -4,7 +4,6 @@
 // go; one on the file itself, which is armed again after every event so that it follows the file across saves
 // that replace it; and one on each other folder that decides which file that is.
 
-#include <set>
 #include <utility>
 
 #include "config/ConfigManager.h"
@@ -76,8 +75,19 @@ void ConfigManager::rearmFileWatcher() {
 void ConfigManager::watchAgain() {
   const std::lock_guard guard(watching);
   isUnwatched = false;
-  watchPlaces();
-  watchFolder();
+  // One answer for all: the document may come or go meanwhile.
+  const auto folder = configURL().deletingLastPathComponent();
+  auto others = foldersLeadingToPlaces();
+  others.erase(folder);  // has a source of its own
+  watchPlaces(others);
+  watchFolder(folder);
+  // Last, so that no folder is without a source in between.
+  std::erase_if(placeWatchers, [&](const auto& entry) {
+    const auto& [place, watcher] = entry;
+    if (others.contains(place)) return false;
+    if (watcher.source) watcher.source->cancel();
+    return true;
+  });
   watchFileIfReplaced();
   if (!isUnwatched) return;
   if (!std::exchange(isUnwatchedLogged, true)) {
@@ -86,8 +96,8 @@ void ConfigManager::watchAgain() {
   lookAgainLater();
 }
 
-void ConfigManager::watchFolder() {
-  const auto folder = target(configURL().deletingLastPathComponent());
+void ConfigManager::watchFolder(const FileURL& url) {
+  const auto folder = target(url);
   const bool isWatched = dirWatcher.source && dirWatcher.target.url == folder.url;
   if (isWatched && isSameFile(dirWatcher.target.version, folder.version)) return;
   watch(dirWatcher, folder, FileEvents::write, &ConfigManager::takeInFolderChange);
@@ -100,16 +110,17 @@ void ConfigManager::watchFileIfReplaced() {
   watch(fileWatcher, document, fileEvents, &ConfigManager::takeInFileChange);
 }
 
-void ConfigManager::watchPlaces() {
-  const auto& files = platform::current().files;
-  std::set<FileURL> wanted;
+std::set<FileURL> ConfigManager::foldersLeadingToPlaces() {
+  std::set<FileURL> folders;
   for (const auto& place : places()) {
-    for (auto& folder : files.foldersLeadingTo(place)) wanted.insert(std::move(folder));
+    for (auto& folder : platform::current().files.foldersLeadingTo(place)) folders.insert(std::move(folder));
   }
-  wanted.erase(configURL().deletingLastPathComponent());  // has a source of its own
-  std::erase_if(placeWatchers, [&](const auto& entry) { return !wanted.contains(entry.first); });
+  return folders;
+}
+
+void ConfigManager::watchPlaces(const std::set<FileURL>& folders) {
   // From the top, so that what is replaced meanwhile is reported by what is above it.
-  for (const auto& folder : wanted) {
+  for (const auto& folder : folders) {
     auto& watcher = placeWatchers[folder];
     const auto now = target(folder);
     if (watcher.source && isSameFile(watcher.target.version, now.version)) continue;
