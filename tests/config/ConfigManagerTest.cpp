@@ -88,7 +88,7 @@ TEST_F(Store, MovesToAPlaceOfHigherPriorityAtTheNextLoadAndLeavesSnapshotsAsThey
   const auto before = manager->getConfig();
   platform.makeFile("container/" + longPath, documentOf(2));
   EXPECT_EQ(templatesInForce(*manager), 1U);
-  manager->reload();
+  manager->reloadIfChanged();
   EXPECT_EQ(templatesInForce(*manager), 2U);
   EXPECT_EQ(before->templates.size(), 1U);
 }

@@ -205,10 +205,12 @@ TEST_F(Creator, NeverLeavesTheFolderAndSaysFirstWhatIsWrongWithTheName) {
               std::string::npos);
   }
   platform.process.variables["USER"] = "";
-  TemplateItem nameless;
-  nameless.filenamePattern = "{{author}}";
-  EXPECT_EQ(FileCreator::createFile(nameless, folder, {}), std::nullopt);
-  EXPECT_NE(platform.systemLog.takeLines().at(0).find("A file name can't be empty"), std::string::npos);
+  for (const auto& [pattern, reason] : {std::pair{"{{author}}", "be empty"}, {".", "be named \".\","}}) {
+    TemplateItem nameless;
+    nameless.filenamePattern = pattern;
+    EXPECT_EQ(FileCreator::createFile(nameless, folder, {}), std::nullopt);
+    EXPECT_NE(platform.systemLog.takeLines().at(0).find(reason), std::string::npos) << pattern;
+  }
   EXPECT_EQ(test::readFile(outside), "mine");
   EXPECT_EQ(test::namesIn(folder), std::vector<std::string>{});
 }

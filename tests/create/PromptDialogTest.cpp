@@ -132,12 +132,17 @@ TEST_F(Prompt, ReturnsWhatTheUserConfirmed) {
            Row{"confirms by other means",
                [this](Alert&) { platform.application.stopModal(PromptDialogHandler::confirmCode); },
                "suggested.md"},
-           Row{"can't be shown anything", [](Alert&) {}, std::nullopt},
        }) {
     platform.application.user = row.user;
     EXPECT_EQ(ask(" suggested.md "), row.result) << row.doing;
-    EXPECT_EQ(platform.application.lastCode == PromptDialogHandler::confirmCode, row.result.has_value());
+    const int code = row.result ? PromptDialogHandler::confirmCode : PromptDialogHandler::cancelCode;
+    EXPECT_EQ(platform.application.lastCode, code) << row.doing;
   }
+  platform.application.user = [this](Alert& alert) {
+    platform.application.stopModal(5);
+    ScriptedApplication::type(alert, "late");
+  };
+  EXPECT_EQ(ask(), "late") << "whatever ended the session";
 }
 
 TEST_F(Prompt, AskedForOnAnotherThreadBlocksThatThreadAndRunsOnTheMainOne) {
