@@ -28,11 +28,18 @@ MenuItem submenu(const std::string& title, std::vector<MenuItem> items) {
   return item;
 }
 
+/// Templates 0, 1, ... and what follows them.
+template <typename... Items>
+std::vector<MenuItem> templates(int count, Items... others) {
+  std::vector<MenuItem> result;
+  for (int number = 0; number < count; ++number) result.push_back(templateItem(std::to_string(number)));
+  (result.push_back(std::move(others)), ...);
+  return result;
+}
+
 template <typename... Items>
 std::vector<MenuItem> list(Items... items) {
-  std::vector<MenuItem> result;
-  (result.push_back(std::move(items)), ...);
-  return result;
+  return templates(0, std::move(items)...);
 }
 
 std::vector<std::string> actionsOf(const FlatMenu& menu) {
@@ -62,12 +69,8 @@ MenuItem section(const std::string& name) {
 }
 
 TEST(FlatMenu, LeavesOutTheLastTemplatesWhenTheBusHasNoRoom) {
-  std::vector<MenuItem> entries;
-  for (int number = 0; number < 1993; ++number) entries.push_back(templateItem(std::to_string(number)));
-  entries.push_back(submenu("More", list(section("a"), section("b"))));
-  entries.push_back(MenuItem::separator());
-  entries.push_back(MenuItem::titled("Settings"));
-  const Menu menu{"", list(submenu("Sprig", std::move(entries)))};
+  const Menu menu{"", list(submenu("Sprig", templates(1993, submenu("More", list(section("a"), section("b"))),
+                                                      MenuItem::separator(), MenuItem::titled("Settings"))))};
   const auto rows = flattened(menu);
   EXPECT_EQ(rows.leftOut, 2U);  // all of "b", whose section goes with them
   ASSERT_EQ(rows.rows.size(), wire::maxRows);
@@ -98,12 +101,8 @@ TEST(FlatMenu, LeavesOutTheEndHoweverItIsGrouped) {
 }
 
 TEST(FlatMenu, MergesSeparatorsThatHaveLostWhatTheySeparated) {
-  std::vector<MenuItem> entries;
-  for (int number = 0; number < 1997; ++number) entries.push_back(templateItem(std::to_string(number)));
-  entries.push_back(MenuItem::separator());
-  entries.push_back(submenu("More", list(templateItem("x"))));
-  entries.push_back(MenuItem::separator());
-  entries.push_back(MenuItem::titled("Settings"));
+  auto entries = templates(1997, MenuItem::separator(), submenu("More", list(templateItem("x"))),
+                           MenuItem::separator(), MenuItem::titled("Settings"));
   const auto rows = flattened({"", std::move(entries)}).rows;
   ASSERT_EQ(rows.size(), 1999U);
   EXPECT_EQ(rows[1996].action, "template:1996");

@@ -6,20 +6,14 @@ import pathlib
 import subprocess
 
 import pytest
-from gi.repository import Gio, GLib
-from sprigtest.bus import wait_until
+from gi.repository import GLib
+from sprigtest.bus import bus_interface, wait_until
 from sprigtest.home import need, template
 
 NAME, PATH = "org.freedesktop.Notifications", "/org/freedesktop/Notifications"
-SERVICE = Gio.DBusNodeInfo.new_for_xml(f"""<node><interface name="{NAME}">
-<method name="GetCapabilities"><arg type="as" direction="out"/></method>
-<method name="Notify"><arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/>
-<arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="as" direction="in"/>
-<arg type="a{{sv}}" direction="in"/><arg type="i" direction="in"/><arg type="u" direction="out"/></method>
-<method name="CloseNotification"><arg type="u" direction="in"/></method></interface></node>""").interfaces[0]
-RECORDING = Gio.DBusNodeInfo.new_for_xml("""<node><interface name="com.kestrel.Sprig.FileManager1">
-<method name="RecordCreation"><arg type="s" direction="in"/><arg type="b" direction="out"/></method>
-</interface></node>""").interfaces[0]
+SERVICE = bus_interface(NAME, {"GetCapabilities": ["", ["as"]], "CloseNotification": ["u"],
+                               "Notify": [[*"susss", "as", "a{sv}", "i"], "u"]})
+RECORDING = bus_interface("com.kestrel.Sprig.FileManager1", {"RecordCreation": ["s", "b"]})
 CONTROL = "org.dunstproject.cmd0"
 ID = 7
 

@@ -19,17 +19,20 @@ INTERFACE = "com.kestrel.Sprig.Extension1"
 BUS = """<busconfig><type>session</type><listen>unix:dir={root}</listen><servicedir>{root}/services</servicedir>
 <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
 </policy></busconfig>"""
-FILE_MANAGER = Gio.DBusNodeInfo.new_for_xml("""<node><interface name="org.freedesktop.FileManager1">
-<method name="ShowItems"><arg type="as" direction="in"/><arg type="s" direction="in"/></method>
-</interface></node>""").interfaces[0]
 
-THUNAR = Gio.DBusNodeInfo.new_for_xml("""<node><interface name="org.xfce.FileManager">
-<method name="DisplayFolderAndSelect"><arg type="s" direction="in"/><arg type="s" direction="in"/>
-<arg type="s" direction="in"/><arg type="s" direction="in"/></method>
-</interface></node>""").interfaces[0]
-APPLICATION = Gio.DBusNodeInfo.new_for_xml("""<node><interface name="org.freedesktop.Application">
-<method name="Open"><arg type="as" direction="in"/><arg type="a{sv}" direction="in"/></method>
-</interface></node>""").interfaces[0]
+
+def bus_interface(name, methods):
+    """An interface of the bus: its methods by their names, with the types of what they take and of what they return."""
+    described = ""
+    for method, types in methods.items():
+        arguments = [f'<arg type="{kind}" direction="{way}"/>' for way, kinds in zip(("in", "out"), types) for kind in kinds]
+        described += f'<method name="{method}">{"".join(arguments)}</method>'
+    return Gio.DBusNodeInfo.new_for_xml(f'<node><interface name="{name}">{described}</interface></node>').interfaces[0]
+
+
+FILE_MANAGER = bus_interface("org.freedesktop.FileManager1", {"ShowItems": [["as", "s"]]})
+THUNAR = bus_interface("org.xfce.FileManager", {"DisplayFolderAndSelect": ["ssss"]})
+APPLICATION = bus_interface("org.freedesktop.Application", {"Open": [["as", "a{sv}"]]})
 
 
 def turn():
