@@ -244,12 +244,10 @@ def test_a_configuration_is_announced_and_followed_and_what_older_menus_offered_
     assert (desktop.home.demo / "Mine.txt").exists()
 
 
-def test_more_templates_than_the_bus_carries_leave_room_for_the_rest(desktop):
+def test_what_the_bus_has_no_room_for_is_said_once(desktop):
     desktop.home.configure(*[template(f"T{number}") for number in range(3000)])
-    rows = desktop.manager().menu()
-    assert len(rows) <= 2000 and rows[-1][2] == "settings"
-    assert len({row[2] for row in rows if row[2].startswith("template:")}) > 1900
-    desktop.manager().menu()
+    for _ in range(2):
+        assert desktop.manager().menu()[-1][2] == "settings"
     assert len([line for line in (desktop.printed() + journal().splitlines()) if "no room for the last" in line]) == 1
 
 
