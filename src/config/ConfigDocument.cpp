@@ -12,6 +12,7 @@
 #include "config/ConfigDecoder.h"
 #include "config/ConfigEncoder.h"
 #include "config/ConfigFields.h"
+#include "text/Text.h"
 
 namespace sprig {
 
@@ -21,14 +22,34 @@ namespace {
 constexpr std::size_t depthOfTemplates = 2;
 constexpr std::size_t depthOfSettings = 2;
 
+/// The template that a text is; throws if it is none, or can't be one of a document.
+TemplateItem decodeEntry(const std::string& text) {
+  auto item = decodeTemplate(text);
+  // In a list it is nested deeper.
+  static_cast<void>(decodeConfig(R"({"version":1,"settings":{},"templates":[)" + text + "]}"));
+  return item;
+}
+
+/// Moves what stands at `from` or behind it by `distance`; to move it back, a distance that wraps around.
+void shift(JsonValue& value, std::size_t from, std::size_t distance) {
+  if (value.end < from) return;
+  if (value.begin >= from) value.begin += distance;
+  value.end += distance;
+  for (auto& entry : value.entries) {
+    if (entry.value.end < from) continue;
+    if (entry.begin >= from) entry.begin += distance;
+    shift(entry.value, from, distance);
+  }
+}
+
 }  // namespace
 
-/// A text between two states that are configurations.
+/// Edits the text and the index of a document, between two states that are configurations. An edit of one
+/// template costs little, however many there are.
 class ConfigDocument::Editor {
  public:
-  explicit Editor(const ConfigDocument& source) : text(source.document), root(source.root) {}
+  explicit Editor(ConfigDocument& edited) : text(edited.document), root(edited.root) {}
 
-  const std::string& result() const { return text; }
   const JsonValue& list() const { return root.find("templates")->value; }
   const JsonValue& settings() const { return root.find("settings")->value; }
 
@@ -60,6 +81,31 @@ class ConfigDocument::Editor {
       const auto end = entries.back().value.end;
       replace(end, end, "," + spaceBefore(container, entries.size() - 1) + bytes);
     }
+  }
+
+  /// As `insert` and `remove`, without a look at the other templates.
+  void insertTemplate(std::size_t index, const std::string& bytes) {
+    const auto& entries = list().entries;
+    if (entries.empty()) return insert(list(), index, depthOfTemplates, bytes);
+    const bool isLast = index == entries.size();
+    const auto space = spaceBefore(list(), isLast ? index - 1 : index);
+    const auto place = isLast ? entries.back().value.end : entries[index].begin;
+    const auto begin = isLast ? place + 1 + space.size() : place;
+    text.insert(place, isLast ? "," + space + bytes : bytes + "," + space);
+    shift(root, isLast ? place + 1 : place, 1 + space.size() + bytes.size());
+    auto value = indexOf(begin, bytes.size());
+    mutableList().insert(entryAt(index), {value.begin, "", std::move(value)});
+  }
+
+  void removeTemplate(std::size_t index) {
+    const auto& entries = list().entries;
+    if (entries.size() == 1) return remove(list(), index);
+    const bool isLast = index + 1 == entries.size();
+    const auto begin = isLast ? entries[index - 1].value.end : entries[index].begin;
+    const auto end = isLast ? entries[index].value.end : entries[index + 1].begin;
+    text.erase(begin, end - begin);
+    mutableList().erase(entryAt(index));
+    shift(root, end, begin - end);
   }
 
   void remove(const JsonValue& container, std::size_t index) {
@@ -127,8 +173,38 @@ class ConfigDocument::Editor {
   }
 
   void replace(std::size_t begin, std::size_t end, const std::string& bytes) {
+    auto* edited = templateAround(begin, end);
     text.replace(begin, end - begin, bytes);
-    root = indexJson(text);
+    if (edited == nullptr) {
+      root = indexJson(text);
+    } else {
+      shift(root, end, bytes.size() - (end - begin));
+      edited->value = indexOf(edited->begin, edited->value.end - edited->begin);
+    }
+  }
+
+  std::vector<JsonEntry>& mutableList() {
+    const auto place = root.find("templates") - root.entries.data();
+    return root.entries[static_cast<std::size_t>(place)].value.entries;
+  }
+
+  std::vector<JsonEntry>::iterator entryAt(std::size_t index) {
+    return mutableList().begin() + static_cast<std::ptrdiff_t>(index);
+  }
+
+  /// The template that some bytes stand in; null if they are not within one.
+  JsonEntry* templateAround(std::size_t begin, std::size_t end) {
+    auto& entries = mutableList();
+    const auto found = std::partition_point(entries.begin(), entries.end(),
+                                            [&](const JsonEntry& entry) { return entry.value.end <= begin; });
+    const bool isWithin = found != entries.end() && found->begin < begin && end < found->value.end;
+    return isWithin ? &*found : nullptr;
+  }
+
+  JsonValue indexOf(std::size_t begin, std::size_t size) const {
+    auto value = indexJson(std::string_view(text).substr(begin, size));
+    shift(value, 0, begin);
+    return value;
   }
 
   /// What stands between an entry and the comma or bracket before it.
@@ -151,25 +227,28 @@ class ConfigDocument::Editor {
     return layout.lineEnd;
   }
 
-  std::string text;
-  JsonValue root;
+  std::string& text;
+  JsonValue& root;
 };
 
 ConfigDocument::ConfigDocument(std::string text)
     : document(std::move(text)), decoded(decodeConfig(document)), root(indexJson(document)) {}
 
+std::vector<TemplateItem>::iterator ConfigDocument::templateAt(std::size_t index) {
+  return decoded.templates.begin() + static_cast<std::ptrdiff_t>(index);
+}
+
 void ConfigDocument::setTemplate(std::size_t index, const TemplateItem& wanted) {
+  auto item = decodeEntry(encodeValue(wanted, {}));
   Editor editor(*this);
   const auto object = [&]() -> const JsonValue& { return editor.list().entries[index].value; };
-  editor.setRecord(object, decoded.templates[index], wanted, depthOfTemplates + 1);
-  *this = ConfigDocument(editor.result());
+  editor.setRecord(object, decoded.templates[index], item, depthOfTemplates + 1);
+  decoded.templates[index] = std::move(item);
 }
 
 void ConfigDocument::insertTemplate(std::size_t index, const TemplateItem& item) {
   Editor editor(*this);
-  const auto& list = editor.list();
-  editor.insert(list, index, depthOfTemplates, encodeValue(item, editor.layoutIn(list, depthOfTemplates)));
-  *this = ConfigDocument(editor.result());
+  insertText(index, encodeValue(item, editor.layoutIn(editor.list(), depthOfTemplates)));
 }
 
 TemplateKey ConfigDocument::keyOf(std::size_t index) const {
@@ -194,9 +273,9 @@ std::string ConfigDocument::textOf(std::size_t index) const {
 }
 
 void ConfigDocument::insertText(std::size_t index, const std::string& text) {
-  Editor editor(*this);
-  editor.insert(editor.list(), index, depthOfTemplates, text);
-  *this = ConfigDocument(editor.result());
+  auto item = decodeEntry(text);
+  Editor(*this).insertTemplate(index, text);
+  decoded.templates.insert(templateAt(index), std::move(item));
 }
 
 void ConfigDocument::setText(std::size_t index, const std::string& text) {
@@ -206,37 +285,41 @@ void ConfigDocument::setText(std::size_t index, const std::string& text) {
 }
 
 void ConfigDocument::removeTemplate(std::size_t index) {
-  Editor editor(*this);
-  editor.remove(editor.list(), index);
-  *this = ConfigDocument(editor.result());
+  Editor(*this).removeTemplate(index);
+  decoded.templates.erase(templateAt(index));
 }
 
 void ConfigDocument::moveTemplate(std::size_t from, std::size_t to) {
   Editor editor(*this);
   editor.move(editor.list(), from, to);
-  *this = ConfigDocument(editor.result());
+  const auto first = std::min(from, to);
+  const auto last = std::max(from, to);
+  std::rotate(templateAt(first), templateAt(from < to ? first + 1 : last), templateAt(last + 1));
 }
 
 std::optional<std::string> ConfigDocument::otherText(std::size_t index, const std::string& key) const {
   const auto* entry = root.find("templates")->value.entries[index].value.find(key);
   if (entry == nullptr || document[entry->value.begin] != '"') return std::nullopt;
   const auto& value = entry->value;
+  const auto plain = document.substr(value.begin + 1, value.end - value.begin - 2);
+  if (plain.find('\\') == std::string::npos) return plain;
   return boost::json::value_to<std::string>(
       boost::json::parse(document.substr(value.begin, value.end - value.begin)));
 }
 
 void ConfigDocument::setOtherText(std::size_t index, const std::string& key, const std::string& text) {
+  if (!text::isValidUTF8(text)) throw DecodingError({}, "the text of \"" + key + "\" is not UTF-8");
   Editor editor(*this);
   const auto object = [&]() -> const JsonValue& { return editor.list().entries[index].value; };
   editor.writeMember(object, key.c_str(), text, depthOfTemplates + 1);
-  *this = ConfigDocument(editor.result());
 }
 
 void ConfigDocument::setSettings(const AppSettingsItem& wanted) {
-  Editor editor(*this);
+  auto edited = *this;
+  Editor editor(edited);
   const auto object = [&]() -> const JsonValue& { return editor.settings(); };
   editor.setRecord(object, decoded.settings, wanted, depthOfSettings);
-  *this = ConfigDocument(editor.result());
+  *this = ConfigDocument(std::move(edited.document));
 }
 
 }  // namespace sprig

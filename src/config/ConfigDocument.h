@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "config/AppConfigItem.h"
 #include "config/JsonIndex.h"
@@ -21,6 +22,8 @@ struct TemplateKey {
 /// A configuration document that is edited as its owner would: an edit changes the bytes of what it changes.
 /// Unknown keys, the order of keys, line ends, indentation and escapes of everything else stay. What is new
 /// is laid out like what stands beside it.
+///
+/// Setting, inserting and removing a template, one or a thousand, reads only what is new of it.
 ///
 /// Threads: one at a time.
 /// Failure: the operations throw `DecodingError` where the text, or what an edit would make of it, is not a
@@ -55,6 +58,7 @@ class ConfigDocument {
 
  private:
   class Editor;
+  std::vector<TemplateItem>::iterator templateAt(std::size_t index);
 
   std::string document;
   AppConfigItem decoded;

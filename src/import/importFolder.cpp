@@ -88,22 +88,25 @@ TemplateItem withContent(TemplateItem item, const TemplateItem& source) {
   return item;
 }
 
+ImportOutcome outcomeFor(const TemplateItem& imported, const ImportCandidate& candidate) {
+  return withContent(imported, candidate.item) == imported ? ImportOutcome::unchanged
+                                                           : ImportOutcome::updated;
+}
+
 }  // namespace
 
 ImportSurvey surveyFolder(const FileURL& folder) { return Surveyor().survey(folder); }
 
 ImportOutcome importOutcome(const ConfigDocument& document, const ImportCandidate& candidate) {
   const auto index = importedFrom(document, candidate.source);
-  if (!index) return ImportOutcome::added;
-  const auto& item = document.config().templates[*index];
-  return withContent(item, candidate.item) == item ? ImportOutcome::unchanged : ImportOutcome::updated;
+  return index ? outcomeFor(document.config().templates[*index], candidate) : ImportOutcome::added;
 }
 
 ImportOutcome importTemplate(ConfigDocument& document, const ImportCandidate& candidate) {
-  const auto outcome = importOutcome(document, candidate);
   if (const auto index = importedFrom(document, candidate.source)) {
-    const auto wanted = withContent(document.config().templates[*index], candidate.item);
-    if (outcome == ImportOutcome::updated) document.setTemplate(*index, wanted);
+    const auto& item = document.config().templates[*index];
+    const auto outcome = outcomeFor(item, candidate);
+    if (outcome == ImportOutcome::updated) document.setTemplate(*index, withContent(item, candidate.item));
     return outcome;
   }
   const auto end = document.config().templates.size();
@@ -111,7 +114,7 @@ ImportOutcome importTemplate(ConfigDocument& document, const ImportCandidate& ca
   item.id = newTemplateId(document.config(), item.name);
   document.insertTemplate(end, item);
   document.setOtherText(end, sourceKey, text::toValidUTF8(candidate.source.path()));
-  return outcome;
+  return ImportOutcome::added;
 }
 
 }  // namespace sprig

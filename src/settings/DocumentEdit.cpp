@@ -3,6 +3,7 @@
 #include "settings/DocumentEdit.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "config/ConfigFields.h"
 #include "import/templateFromFile.h"
@@ -18,6 +19,13 @@ Record changed(Record record, const Record& before, const Record& after) {
     if (record.*field.member == before.*field.member) record.*field.member = after.*field.member;
   });
   return record;
+}
+
+/// What takes back the edits that were made in this order, given what takes back each.
+DocumentEdit backwards(std::vector<DocumentEdit> edits) {
+  if (edits.empty()) return {};
+  std::reverse(edits.begin(), edits.end());
+  return inTurn(std::move(edits));
 }
 
 }  // namespace
@@ -73,15 +81,14 @@ DocumentEdit insertTemplate(std::size_t position, const TemplateItem& item) {
 
 DocumentEdit insertNew(const std::vector<TemplateItem>& items) {
   return {[=](ConfigDocument& document) -> DocumentEdit {
-    DocumentEdit back;
+    std::vector<DocumentEdit> back;
     for (std::size_t index = 0; index < items.size(); ++index) {
       auto item = items[index];
       item.id = newTemplateId(document.config(), item.name);
       document.insertTemplate(index, item);
-      const auto remove = removeTemplate(document.keyOf(index));
-      back = back.apply ? both(remove, back) : remove;
+      back.push_back(removeTemplate(document.keyOf(index)));
     }
-    return back;
+    return backwards(std::move(back));
   }};
 }
 
@@ -114,26 +121,26 @@ DocumentEdit changeInPlace(const std::function<void(ConfigDocument&)>& change) {
     const auto before = document.config().templates;
     change(document);
     const auto& after = document.config().templates;
-    DocumentEdit back;
-    const auto takeBack = [&](const DocumentEdit& edit) { back = back.apply ? both(edit, back) : edit; };
+    std::vector<DocumentEdit> back;
     for (std::size_t index = 0; index < after.size(); ++index) {
       if (index >= before.size()) {
-        takeBack(removeTemplate(document.keyOf(index)));
+        back.push_back(removeTemplate(document.keyOf(index)));
       } else if (!(after[index] == before[index])) {
-        takeBack(changeTemplate(document.keyOf(index), after[index], before[index]));
+        back.push_back(changeTemplate(document.keyOf(index), after[index], before[index]));
       }
     }
-    return back;
+    return backwards(std::move(back));
   }};
 }
 
-DocumentEdit both(const DocumentEdit& first, const DocumentEdit& second) {
-  return {[=](ConfigDocument& document) -> DocumentEdit {
-    auto takesFirstBack = first.apply(document);
-    auto takesSecondBack = second.apply(document);
-    if (!takesFirstBack.apply) return takesSecondBack;
-    if (!takesSecondBack.apply) return takesFirstBack;
-    return both(takesSecondBack, takesFirstBack);
+DocumentEdit inTurn(std::vector<DocumentEdit> edits) {
+  return {[edits = std::move(edits)](ConfigDocument& document) -> DocumentEdit {
+    std::vector<DocumentEdit> back;
+    for (const auto& edit : edits) {
+      auto takesBack = edit.apply(document);
+      if (takesBack.apply) back.push_back(std::move(takesBack));
+    }
+    return backwards(std::move(back));
   }};
 }
 

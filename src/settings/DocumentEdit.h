@@ -42,6 +42,6 @@ DocumentEdit duplicateTemplate(const TemplateKey& key, const std::string& name);
 DocumentEdit changeInPlace(const std::function<void(ConfigDocument&)>& change);
 
 /// One edit after the other.
-DocumentEdit both(const DocumentEdit& first, const DocumentEdit& second);
+DocumentEdit inTurn(std::vector<DocumentEdit> edits);
 
 }  // namespace sprig::settings

@@ -223,7 +223,7 @@ bool SettingsModel::change(const TemplateKey& key, const TemplateItem& before, c
   const auto last = undoSteps.back().edit;
   undoSteps.pop_back();
   auto& step = undoSteps.back();
-  step.edit = both(last, step.edit);
+  step.edit = inTurn({last, step.edit});
   return true;
 }
 

@@ -149,6 +149,7 @@ class RandomEdits {
       }
       default:
         document.setTemplate(at, templates[at] = randomTemplate());
+        document.setOtherText(at, "note", last.name);
         document.setSettings(
             records.settings = {.showInFinder = coin() ? std::optional(coin()) : std::nullopt,
                                 .defaultBehavior = last.contentBase64});
@@ -184,6 +185,10 @@ TEST(ConfigDocument, HoldsAfterAnyEditsWhatTheRecordsHold) {
     for (int round = 0; round < 300; ++round) {
       pair.edit();
       ASSERT_EQ(pair.document.config(), pair.records) << pair.document.text();
+      ASSERT_EQ(decodeConfig(pair.document.text()), pair.records) << pair.document.text();
+      for (std::size_t index = 0; index < pair.records.templates.size(); ++index) {
+        ASSERT_EQ(decodeTemplate(pair.document.textOf(index)), pair.records.templates[index]);
+      }
     }
     EXPECT_EQ(pair.document.text().find("$schema") == std::string::npos,
               text.find("$schema") == std::string::npos);
@@ -225,6 +230,12 @@ TEST(ConfigDocument, RefusesWhatIsNoConfigurationAndStaysAsItWas) {
   auto item = document.config().templates[0];
   item.name = "\xFF";
   EXPECT_THROW(document.setTemplate(0, item), DecodingError);
+  EXPECT_THROW(document.insertTemplate(0, item), DecodingError);
+  EXPECT_THROW(document.setOtherText(0, "note", "\xFF"), DecodingError);
+  EXPECT_THROW(document.insertText(1, oneLine("c") + "," + oneLine("d")), DecodingError);
+  const std::string deep(maximumNesting - 2, '[');
+  EXPECT_THROW(document.insertText(1, replaced(oneLine("c"), "{}", deep + std::string(deep.size(), ']'))),
+               DecodingError);
   EXPECT_EQ(document.text(), compact);
 }
 
