@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <utility>
@@ -32,13 +33,15 @@ platform::FileSystem& files() { return platform::current().files; }
 
 FileURL stateFile(std::string_view name) { return files().stateDirectory().appendingPath(name); }
 
-/// A name that sorts by time.
+/// A name that sorts by time: programs that change the document may start many times a second.
 std::string newBackupName() {
   const auto& clock = platform::current().clock;
-  const auto time = clock.components(clock.now());
+  const auto now = clock.now();
+  const auto time = clock.components(now);
+  const auto fraction = (now - std::chrono::floor<std::chrono::seconds>(now)).count();
   std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d-%02d-%02d", time.year, time.month, time.day,
-                time.hour, time.minute, time.second);
+  std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d-%02d-%02d.%06lld", time.year, time.month,
+                time.day, time.hour, time.minute, time.second, static_cast<long long>(fraction));
   return std::string(backupPrefix) + text.data() + std::string(backupSuffix);
 }
 

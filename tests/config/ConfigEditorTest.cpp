@@ -83,7 +83,7 @@ TEST_F(ConfigEditorTest, KeepsModeAndLinkAndABackupOfWhatItFound) {
   ASSERT_EQ(ConfigEditor::backups().size(), 1U);
   EXPECT_EQ(platform.files.contentsOfFile(ConfigEditor::backups()[0]), defaults);
   for (std::size_t index = 3; index < 9; ++index) {
-    platform.clock.instant += std::chrono::seconds(1);
+    platform.clock.instant += std::chrono::microseconds(1);
     ASSERT_TRUE(ConfigEditor().update(disable(index)));
   }
   ASSERT_EQ(ConfigEditor::backups().size(), ConfigEditor::maxBackups);
