@@ -2,6 +2,7 @@
 """The Debian packages: what they hold, what they need, and that they go as they came."""
 
 import email
+import fnmatch
 import json
 import os
 import pathlib
@@ -113,6 +114,19 @@ def test_all_kinds_of_packages_have_the_same_names_versions_and_relations(packag
     assert {kind: set(text.splitlines()) for kind, text in said.items()} == {
         kind: {f"{name} {version}" for name in listed} for kind in said}
     assert (DEBIAN / "changelog").read_text(encoding="utf-8").startswith(f"sprig ({version}) ")
+
+
+def test_an_rpm_holds_the_same_files(packages):
+    libraries = "/usr/lib/" + output_of("dpkg-architecture", "-qDEB_HOST_MULTIARCH").strip()
+    spec = output_of("rpmspec", "--parse", "--define", f"_libdir {libraries}", SOURCE / "packaging/sprig.spec")
+    sections = re.findall(r"^%files *(\S*)\n(.*?)(?=^%files|\Z)", spec, re.MULTILINE | re.DOTALL)
+    listed = {"-".join(filter(None, ["sprig", name])): re.findall("^/.+", text, re.MULTILINE) for name, text in sections}
+    for name, package in packages.items():
+        held = output_of("dpkg-deb", "--contents", package).replace("zsh/vendor-completions", "zsh/site-functions")
+        files = [file for file in re.findall(r" \.(/\S+)$", re.sub("(?<=/qt|/kf)5(?=/)", "6", held), re.MULTILINE)
+                 if not file.endswith("/")]
+        found = {pattern: fnmatch.filter(files, pattern + "*" * pattern.endswith("/")) for pattern in listed[name]}
+        assert all(found.values()) and set(files) == set().union(*found.values()), found
 
 
 def test_debian_has_nothing_against_them(packages):
