@@ -21,7 +21,7 @@ TOOLS = {"dpkg-shlibdeps": "dpkg-dev", "lintian": "lintian", "appstreamcli": "ap
          "desktop-file-validate": "desktop-file-utils", "rpmspec": "rpm", "systemctl": "dbus-user-session", "gdbus": "libglib2.0-bin"}
 # What knows the folder with a file manager's modules; Dolphin's is one of Qt's plugins.
 READERS = {"thunar": "lib/*/libthunarx-3.so.0", "caja": "bin/caja", "nemo": "bin/nemo", "nautilus": "bin/nautilus",
-           "dolphin": "lib/*/libQt5Core.so.5"}
+           "dolphin": "lib/*/libQt{0}Core.so.{0}"}
 DEBIAN = SOURCE / "packaging/debian"
 APPLICATIONS = "usr/share/applications/com.kestrel.Sprig.desktop"
 ICONS = "usr/share/icons/hicolor/symbolic/apps"
@@ -79,13 +79,13 @@ def relations(package):
 def test_each_package_needs_what_it_uses_and_no_other_desktop(packages):
     assert set(packages) == {"sprig", "sprig-desktop"} | {f"sprig-{manager}" for manager in MANAGERS}
     version = output_of("dpkg-deb", "--field", packages["sprig"], "Version").strip()
-    toolkits = re.compile("lib(glib|gtk|qt|kf5|x11)")
+    toolkits = re.compile("lib(glib|gtk|qt|kf|x11)")
     assert not [name for name in relations(packages["sprig"])[0] if toolkits.match(name)]
     for manager in MANAGERS:
         names, field = relations(packages[f"sprig-{manager}"])
         assert names & set(MANAGERS) == {manager}
         assert f"sprig-desktop (= {version})" in field
-        assert manager == "dolphin" or not [name for name in names if re.match("lib(qt|kf5)", name)]
+        assert manager == "dolphin" or not [name for name in names if re.match("lib(qt|kf)", name)]
 
 
 def fields_of(package):
@@ -167,8 +167,8 @@ def test_the_unit_starts_an_extension_that_makes_files_and_restricts_no_file_man
 def test_a_module_is_where_its_file_manager_looks(root, manager):
     [module] = root.rglob(f"*sprig*{manager}*.so")
     assert "not found" not in output_of("ldd", module)
-    folder = str(module.parent.relative_to(root / "usr")).removesuffix("/kf5/kfileitemaction")
-    [reader] = pathlib.Path("/usr").glob(READERS[manager])
+    folder, *framework = re.split("/kf([56])/kfileitemaction", str(module.parent.relative_to(root / "usr")))
+    [reader] = pathlib.Path("/usr").glob(READERS[manager].format(*framework))
     assert folder.encode() in reader.read_bytes()
 
 
