@@ -12,8 +12,9 @@ enum class ActivationPolicy { regular = 0, accessory = 1 };
 
 /// The program as the desktop sees it, and its modal sessions.
 ///
-/// Threads: main thread.
-/// Failure: where nothing can be shown, `runModal` returns at once with a code that no button has.
+/// Threads:   main thread.
+/// Ownership: none kept; an alert stays the caller's, and is not touched after its session.
+/// Failure:   where nothing can be shown, `runModal` returns at once with a code that no button has.
 class Application {
  public:
   virtual ~Application() = default;

@@ -21,7 +21,7 @@ struct DateComponents {
 
 /// The wall clock and the user's calendar (Gregorian, local time zone).
 ///
-/// Threads: any.
+/// Threads: any. Failure: none; a time before 1970 is negative.
 class Clock {
  public:
   virtual ~Clock() = default;

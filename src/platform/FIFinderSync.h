@@ -23,7 +23,9 @@ enum class FIMenuKind : unsigned long {
 
 /// The object that a file manager talks to.
 ///
-/// Threads: main thread.
+/// Threads:   main thread.
+/// Ownership: the port's, which outlives every menu that refers to it.
+/// Failure:   none is reported: what goes wrong is logged, or shown to the user.
 class FIFinderSync : public MenuTarget {
  public:
   virtual void beginObservingDirectory(const FileURL& location) = 0;

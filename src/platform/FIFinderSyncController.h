@@ -13,7 +13,7 @@ namespace sprig::platform {
 /// The file manager's side of the extension: which folders are served, and what the current menu or click
 /// concerns.
 ///
-/// Threads: main thread.
+/// Threads: main thread. Ownership: all answers are copies. Failure: none; what is not known is absent.
 class FIFinderSyncController {
  public:
   virtual ~FIFinderSyncController() = default;

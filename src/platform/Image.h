@@ -31,7 +31,7 @@ struct Image {
 
 /// The symbols that the platform can draw.
 ///
-/// Threads: any.
+/// Threads: any. Ownership: images are values. Failure: nothing in place of an image.
 class SymbolImages {
  public:
   virtual ~SymbolImages() = default;

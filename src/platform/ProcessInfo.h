@@ -18,7 +18,7 @@ struct OperatingSystemVersion {
 
 /// The process and what it runs on.
 ///
-/// Threads: any.
+/// Threads: any, as long as none changes the environment. Failure: none.
 class ProcessInfo {
  public:
   virtual ~ProcessInfo() = default;

@@ -11,7 +11,7 @@ namespace sprig::platform {
 
 /// The mounted volumes a user would see.
 ///
-/// Threads: any.
+/// Threads: any. Failure: nothing in place of the list.
 class Volumes {
  public:
   virtual ~Volumes() = default;

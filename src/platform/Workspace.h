@@ -12,6 +12,7 @@ namespace sprig::platform {
 /// What other programs of the session do for us.
 ///
 /// Threads: main thread. Neither operation waits for the other program.
+/// Failure: that no program shows the files is logged by the port; nobody is told.
 class Workspace {
  public:
   virtual ~Workspace() = default;
