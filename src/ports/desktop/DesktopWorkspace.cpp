@@ -80,7 +80,7 @@ const char* showingCommand(std::string_view program) {
   return found == showingCommands.end() ? nullptr : found->command;
 }
 
-void printError(const std::string& what, const GError* error) {
+void logFailure(const std::string& what, const GError* error) {
   platform::current().systemLog.log("[SprigFinder] Can't " + what + ": " +
                                     (error != nullptr ? error->message : "unknown"));
 }
@@ -187,7 +187,7 @@ class Reveal {
     if (!error) return;
     if (hasGone(error.get())) return startAgain(std::move(reveal));
     if (isUnable(error.get())) return askSession(std::move(reveal));
-    printError("have the file shown where it was asked for", error.get());
+    logFailure("have the file shown where it was asked for", error.get());
   }
 
   /// The file manager was closed while the user was asked for a name.
@@ -245,7 +245,7 @@ class Reveal {
     GError* error = nullptr;
     g_app_info_launch_default_for_uri_finish(result, &error);
     const ErrorPointer owned(error);
-    if (owned) printError("show " + reveal->folderUri, error);
+    if (owned) logFailure("show " + reveal->folderUri, error);
   }
 
   const ObjectPointer<GDBusConnection> bus;
@@ -263,7 +263,7 @@ void opened(GObject* handler, GAsyncResult* result, void*) noexcept {
   GError* error = nullptr;
   g_app_info_launch_uris_finish(reinterpret_cast<GAppInfo*>(handler), result, &error);
   const ErrorPointer owned(error);
-  if (owned) printError("start the program that opens the URL", error);
+  if (owned) logFailure("start the program that opens the URL", error);
 }
 
 }  // namespace
