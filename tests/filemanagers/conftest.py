@@ -12,7 +12,7 @@ from driving import MANAGERS, SprigDesktop
 from sprigtest.desktop import keep_failures
 from sprigtest.home import template, throw_away_home
 
-# What Sprig has file managers and toolkits printError of; they have complaints of their own.
+# What Sprig has file managers and toolkits complain of; they have complaints of their own.
 OWN_OF_CAJA = re.compile(r".*g_file_get_uri: assertion 'G_IS_FILE.*\n+.*g_object_unref: assertion 'G_IS_OBJECT.*\n")  # on ShowItems
 FAULT = re.compile(r"\b(GLib\w*|GLib-\w+|Gtk|Gdk|Sprig)-(CRITICAL|ERROR)|duplicate child name|terminate called")
 
