@@ -485,3 +485,6 @@ def test_every_call_is_answered_while_the_extension_comes_and_goes(scripted):
     wait_until(lambda: len(lines(desktop.home, "templateAction SUCCESS")) == 150)
     # Each process loads the configuration once.
     assert len(lines(desktop.home, "Loaded config with")) > 10
+    # The bus stays until the last process has given its name back, which it couldn't any more without it.
+    last = desktop.manager()
+    wait_until(lambda: last.extension_process() is None)

@@ -214,4 +214,5 @@ class Desktop:
         self.daemon.wait()
         faults = ("Sanitizer", "runtime error", "CRITICAL", "WARNING **", "terminate called")
         with open(self.output, errors="replace") as lines:
-            assert [line for line in lines if any(fault in line for fault in faults)] == []
+            found = [line for line in lines if any(fault in line for fault in faults)]
+            assert not found, found
