@@ -46,6 +46,8 @@ std::string replaced(std::string text, const std::string& old, const std::string
 }
 
 TEST(ConfigDocument, ChangesOnlyTheBytesOfAnEdit) {
+  const auto mixed = replaced(empty, "[]", "[\n    " + oneLine("a") + "\n  ]");
+  const auto three = replaced(compact, oneLine("b") + "]", oneLine("b") + "," + oneLine("c") + "]");
   struct Row {
     std::string before;
     std::function<void(ConfigDocument&)> edit;
@@ -87,8 +89,16 @@ TEST(ConfigDocument, ChangesOnlyTheBytesOfAnEdit) {
        replaced(spacious, "null", "false")},
       {empty, settings([](AppSettingsItem& it) { it.maxVisibleTemplates = -1; }),
        replaced(empty, "{ }", "{\n    \"maxVisibleTemplates\": -1\n  }")},
-      {replaced(empty, "{ }", R"({"z": 1})"), settings([](AppSettingsItem& it) { it.showInFinder = true; }),
-       replaced(empty, "{ }", R"({"z": 1,"showInFinder": true})")},
+      {mixed, change(0, [](TemplateItem& it) { it.scope = TemplateScope{{{"web"}}}; }),
+       replaced(mixed, "false}\n",
+                R"(false,"scope": {"projectTypes": ["web"]}})"
+                "\n")},
+      {mixed, [](ConfigDocument& it) { it.removeTemplate(0); }, empty},
+      {three, [](ConfigDocument& it) { it.moveTemplate(2, 0); },
+       replaced(compact, "[", "[" + oneLine("c") + ",")},
+      {three, [](ConfigDocument& it) { it.moveTemplate(0, 2); },
+       replaced(replaced(compact, oneLine("a") + ",", ""), "]}",
+                "," + oneLine("c") + "," + oneLine("a") + "]}")},
       {compact, [](ConfigDocument& it) { it.removeTemplate(0); }, replaced(compact, oneLine("a") + ",", "")},
       {spacious, [](ConfigDocument& it) { it.removeTemplate(1); },
        replaced(spacious, ",\r\n\t\t" + manyLines("b"), "")},

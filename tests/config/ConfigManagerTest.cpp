@@ -66,6 +66,7 @@ TEST_F(Store, LogsTheOutcomeOfEveryLoadAndForgetsTheLastGoodDocument) {
   platform.writeConfig("{\n  broken");
   manager->reload();
   EXPECT_EQ(*manager->config(), defaultFallbackConfig());
+  EXPECT_EQ(manager->problem(), "line 2, column 3: syntax error at \"b\"");
   platform.files.beforeReading = [] { throw std::bad_alloc(); };
   manager->reload();
   platform.files.beforeReading = nullptr;
