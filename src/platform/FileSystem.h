@@ -24,9 +24,17 @@ struct FileVersion {
   std::uint64_t number = 0;
   std::int64_t bytes = 0;
   std::int64_t modifiedNanoseconds = 0;  // since 1970
-  friend bool operator==(const FileVersion&, const FileVersion&) = default;
+  std::int64_t createdNanoseconds = 0;   // likewise; 0 where that is not known
 
-  bool isSameFile(const FileVersion& other) const { return device == other.device && number == other.number; }
+  friend bool operator==(const FileVersion& left, const FileVersion& right) {
+    return left.device == right.device && left.number == right.number && left.bytes == right.bytes &&
+           left.modifiedNanoseconds == right.modifiedNanoseconds;
+  }
+
+  /// A new file may have the number of one that was removed just before.
+  bool isSameFile(const FileVersion& other) const {
+    return device == other.device && number == other.number && createdNanoseconds == other.createdNanoseconds;
+  }
 };
 
 /// One folder, held open for many questions about its entries.

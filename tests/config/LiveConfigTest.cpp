@@ -144,16 +144,20 @@ TEST(LivePlaces, TheNextMenuIsThatOfTheFileAndEachEventIsOneLoad) {
     world.settle();
     base.takeLog();
     ASSERT_EQ(run(row.happens), 0) << row.happens;
-    const auto isRight = [&] { return manager->getConfig()->templates.size() == row.templates; };
-    EXPECT_TRUE(eventually(isRight)) << row.before << " | " << row.happens << ": "
-                                     << manager->getConfig()->templates.size();
+    const auto shows = [&](std::size_t templates) {
+      return eventually([&] { return manager->getConfig()->templates.size() == templates; });
+    };
+    EXPECT_TRUE(shows(row.templates)) << row.before << " | " << row.happens;
     std::size_t loads = 0;
     EXPECT_TRUE(eventually([&] { return (loads += base.takeLog().size()) >= row.loads; })) << row.happens;
     world.settle();
     loads += base.takeLog().size();
     EXPECT_TRUE(row.loads == 0 || loads == row.loads) << loads << " loads: " << row.happens;
-    test::writeFile(base.files.container->appendingPath("config.json"), document(0));
-    EXPECT_TRUE(eventually([&] { return manager->getConfig()->templates.size() == 3; })) << row.happens;
+    const auto next = base.files.container->appendingPath("config.json");
+    std::filesystem::remove(next.path());
+    EXPECT_TRUE(shows(11)) << row.happens;
+    test::writeFile(next, document(0));
+    EXPECT_TRUE(shows(3)) << row.happens;
   }
 }
 

@@ -5,6 +5,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -187,9 +188,17 @@ FileURL LinuxFileSystem::resolvingSymlinks(const FileURL& location) const {
 }
 
 std::optional<platform::FileVersion> LinuxFileSystem::fileVersion(const FileURL& location) const {
-  struct stat found = {};
-  if (::stat(location.path().c_str(), &found) == -1) return std::nullopt;
-  return versionOf(found);
+  struct statx found = {};
+  if (::statx(AT_FDCWD, location.path().c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &found) == -1) {
+    return std::nullopt;
+  }
+  const auto nanoseconds = [](const statx_timestamp& time) {
+    return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+  };
+  const bool isCreationKnown = (found.stx_mask & STATX_BTIME) != 0;
+  return platform::FileVersion{makedev(found.stx_dev_major, found.stx_dev_minor), found.stx_ino,
+                               static_cast<std::int64_t>(found.stx_size), nanoseconds(found.stx_mtime),
+                               isCreationKnown ? nanoseconds(found.stx_btime) : 0};
 }
 
 std::vector<FileURL> LinuxFileSystem::foldersLeadingTo(const FileURL& location) const {
