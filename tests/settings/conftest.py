@@ -113,16 +113,18 @@ class Settings:
         output_of("xdotool", "click", "--repeat", "200", "--delay", "2", "4")
         return self
 
-    def drag(self, name, target):
-        """From the middle of a row to the lower part of another."""
-        rows = [area_in_gtk4(self.sees({"list item"}, row), self.desktop.area(self.window), self.accessible())
-                for row in (name, target)]
-        (x, y), (_, end) = map(middle, rows)
+    def middle_of_row(self, name):
+        return middle(area_in_gtk4(self.sees({"list item"}, name), self.desktop.area(self.window), self.accessible()))
+
+    def drag(self, name, target, until=lambda: True):
+        """From the middle of a row to the lower part of another, and drops it there once it is time."""
+        (x, y), (_, end) = map(self.middle_of_row, (name, target))
         output_of("xdotool", "mousemove", str(x), str(y), "mousedown", "1")
         # What is dragged is a window, too.
         wait_for(lambda: len(self.windows_on_screen()) > 1, "the drag",
                  between=lambda: output_of("xdotool", "mousemove_relative", "--sync", "0", "5"))
         self.desktop.point((x, end + 8))
+        wait_to_see(until, "the time to drop")
         settled(lambda: self.desktop.screenshot().tobytes(), "the screen", between=lambda: time.sleep(0.1))
         output_of("xdotool", "mouseup", "1")
 

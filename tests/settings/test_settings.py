@@ -64,6 +64,16 @@ def test_a_template_is_dragged_to_another_place(desktop, open_settings):
     wait_for(lambda: desktop.templates("name") == ["Beta", "Gamma", "Alpha"], "the file")
 
 
+def test_a_template_held_at_the_edge_scrolls_the_list(desktop, open_settings):
+    desktop.home.configure(*(template(f"T{number:02}") for number in range(40)))
+    settings = open_settings()
+    settings.focuses("T00")
+    _, top, _, height = desktop.area(settings.window)
+    in_sight = [row for row in settings.rows() if settings.middle_of_row(row)[1] + 20 < top + height]
+    settings.drag("T01", in_sight[-1], until=lambda: settings.seen({"list item"}, "T39"))
+    wait_for(lambda: desktop.templates("name")[-1] == "T01", "the file")
+
+
 def test_a_file_becomes_a_template(desktop, open_settings):
     (desktop.home.demo / "Letter.odt").write_bytes(b"\xff")
     settings = open_settings()

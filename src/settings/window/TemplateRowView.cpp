@@ -56,7 +56,6 @@ TemplateRowView::TemplateRowView(const Handlers& rowHandlers)
       },
       this, nullptr);
   makeDraggable();
-  acceptDrops();
 }
 
 GtkWidget* TemplateRowView::makeContent() {
@@ -110,7 +109,9 @@ void TemplateRowView::makeDraggable() {
   g_signal_connect(
       source, "prepare",
       G_CALLBACK(+[](GtkDragSource* drag, double x, double y, TemplateRowView* self) -> GdkContentProvider* {
-        const wire::ObjectPointer<GdkPaintable> picture(gtk_widget_paintable_new(GTK_WIDGET(self->row)));
+        const wire::ObjectPointer<GdkPaintable> look(gtk_widget_paintable_new(GTK_WIDGET(self->row)));
+        // Of now: the row may show another template once the list has scrolled.
+        const wire::ObjectPointer<GdkPaintable> picture(gdk_paintable_get_current_image(look.get()));
         gtk_drag_source_set_icon(drag, picture.get(), static_cast<int>(x), static_cast<int>(y));
         return gdk_content_provider_new_typed(G_TYPE_VARIANT, variantOf(self->templateKey));
       }),
@@ -118,46 +119,14 @@ void TemplateRowView::makeDraggable() {
   gtk_widget_add_controller(GTK_WIDGET(row), GTK_EVENT_CONTROLLER(source));
 }
 
-void TemplateRowView::acceptDrops() {
-  auto* target = gtk_drop_target_new(G_TYPE_VARIANT, GDK_ACTION_MOVE);
-  g_signal_connect(target, "motion",
-                   G_CALLBACK(+[](GtkDropTarget*, double, double y, TemplateRowView* self) -> GdkDragAction {
-                     self->markDrop(self->isInLowerHalf(y));
-                     return GDK_ACTION_MOVE;
-                   }),
-                   this);
-  g_signal_connect(target, "leave",
-                   G_CALLBACK(+[](GtkDropTarget*, TemplateRowView* self) { self->unmarkDrop(); }), this);
-  g_signal_connect(
-      target, "drop",
-      G_CALLBACK(+[](GtkDropTarget*, const GValue* value, double, double y,
-                     TemplateRowView* self) -> gboolean { return self->drop(value, y) ? TRUE : FALSE; }),
-      this);
-  gtk_widget_add_controller(GTK_WIDGET(row), GTK_EVENT_CONTROLLER(target));
-}
-
-bool TemplateRowView::drop(const GValue* dragged, double y) {
-  unmarkDrop();
-  auto* variant = g_value_get_variant(dragged);
+bool TemplateRowView::drop(const GValue& dragged, bool isBelow) {
+  auto* variant = g_value_get_variant(&dragged);
   if (variant == nullptr || g_variant_is_of_type(variant, G_VARIANT_TYPE(dragType)) == FALSE) return false;
   const char* id = nullptr;
   guint64 occurrence = 0;
   g_variant_get(variant, "(&st)", &id, &occurrence);
-  handlers.drop({id, occurrence}, templateKey, isInLowerHalf(y));
+  handlers.drop({id, occurrence}, templateKey, isBelow);
   return true;
-}
-
-bool TemplateRowView::isInLowerHalf(double y) const {
-  return y > gtk_widget_get_height(GTK_WIDGET(row)) / 2.0;
-}
-
-void TemplateRowView::markDrop(bool isBelow) {
-  unmarkDrop();
-  gtk_widget_add_css_class(GTK_WIDGET(row), isBelow ? "drop-below" : "drop-above");
-}
-
-void TemplateRowView::unmarkDrop() {
-  for (const auto* style : {"drop-above", "drop-below"}) gtk_widget_remove_css_class(GTK_WIDGET(row), style);
 }
 
 }  // namespace sprig::settings

@@ -51,6 +51,9 @@ class TemplateRowView {
   std::optional<std::size_t> place() const { return shownAt; }
   void openMenu();
 
+  /// Takes another row of the list, as it is dragged; `isBelow`: on the lower half. False if it is no row.
+  bool drop(const GValue& dragged, bool isBelow);
+
   void show(const TemplateRow& data, const Place& where);
   /// Shows none. The list takes it off the screen.
   void hide() { shownAt.reset(); }
@@ -58,11 +61,6 @@ class TemplateRowView {
  private:
   GtkWidget* makeContent();
   void makeDraggable();
-  void acceptDrops();
-  bool drop(const GValue* dragged, double y);
-  void markDrop(bool isBelow);
-  void unmarkDrop();
-  bool isInLowerHalf(double y) const;
 
   const Handlers& handlers;
   GtkListBoxRow* const row;

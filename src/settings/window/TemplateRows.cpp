@@ -45,7 +45,10 @@ TemplateRows::TemplateRows(const SettingsModel& settingsModel, TemplateRowView::
       list(makeCard()),
       below(makeBox(GTK_ORIENTATION_VERTICAL, 0)),
       geometry{0, rowHeightAtFirst, {}, dividerHeightAtFirst},
-      follow([this] { followScrolling(); }) {
+      follow([this] { followScrolling(); }),
+      drops(GTK_LIST_BOX(list), [](const GValue& dragged, GtkListBoxRow* target, bool isBelow) {
+        return viewIn(target)->drop(dragged, isBelow);
+      }) {
   for (auto* part : {above, list, below}) gtk_box_append(GTK_BOX(column), part);
   setAccessibleName(list, "Templates");
   g_signal_connect(list, "row-activated",
@@ -111,6 +114,7 @@ void TemplateRows::scrollIn(GtkScrolledWindow* scroller) {
   // It would scroll to where a widget was when it showed another row.
   gtk_viewport_set_scroll_to_focus(GTK_VIEWPORT(gtk_scrolled_window_get_child(scroller)), FALSE);
   scrolling = gtk_scrolled_window_get_vadjustment(scroller);
+  drops.scrollIn(scroller);
   // They come while sizes are given out, when nothing may be changed.
   for (const auto* change : {"value-changed", "changed"}) {
     connect(scrolling, change, [this] {

@@ -12,6 +12,7 @@
 #include "settings/RowGeometry.h"
 #include "settings/SettingsModel.h"
 #include "settings/window/DelayedCall.h"
+#include "settings/window/RowDrops.h"
 #include "settings/window/TemplateRowView.h"
 
 namespace sprig::settings {
@@ -89,6 +90,7 @@ class TemplateRows {
   /// What is to be scrolled to once the list has its new size.
   std::optional<TemplateKey> revealed;
   DelayedCall follow;
+  RowDrops drops;
 };
 
 }  // namespace sprig::settings
