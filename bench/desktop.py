@@ -190,6 +190,7 @@ class Measuring(SprigDesktop):
             self.note("thunar/ours", self.pick_ours(manager))
             self.note("thunar/floor", self.pick_theirs(manager))
         manager.stop()
+        self.end_extension()
 
     def pick_ours(self, manager):
         manager.open_menu(manager.background())
