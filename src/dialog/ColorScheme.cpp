@@ -4,8 +4,6 @@
 
 #include <gtk/gtk.h>
 
-#include "wire/Pointers.h"
-
 namespace sprig::dialog {
 
 namespace {
@@ -24,17 +22,26 @@ void apply(GSettings* settings) {
   }
 }
 
-}  // namespace
-
-void followColorScheme() {
+/// Null on a desktop without such a setting.
+wire::ObjectPointer<GSettings> openSettings() {
   auto* source = g_settings_schema_source_get_default();
-  if (source == nullptr) return;
+  if (source == nullptr) return nullptr;
   const std::unique_ptr<GSettingsSchema, wire::Releaser<g_settings_schema_unref>> schema(
       g_settings_schema_source_lookup(source, desktopSchema, TRUE));
-  if (!schema || g_settings_schema_has_key(schema.get(), colorSchemeKey) == FALSE) return;
-  auto* settings = g_settings_new(desktopSchema);  // lives as long as the program
-  apply(settings);
-  g_signal_connect(settings, "changed::color-scheme",
+  if (!schema || g_settings_schema_has_key(schema.get(), colorSchemeKey) == FALSE) return nullptr;
+  return wire::ObjectPointer<GSettings>(g_settings_new(desktopSchema));
+}
+
+}  // namespace
+
+// Where no thread can be had, `follow` opens it.
+ColorScheme::ColorScheme() : opened(std::async(std::launch::async | std::launch::deferred, openSettings)) {}
+
+void ColorScheme::follow() {
+  settings = opened.get();
+  if (!settings) return;
+  apply(settings.get());
+  g_signal_connect(settings.get(), "changed::color-scheme",
                    G_CALLBACK(+[](GSettings* changed, const char*, void*) { apply(changed); }), nullptr);
 }
 

@@ -2,10 +2,32 @@
 
 #pragma once
 
+#include <gio/gio.h>
+
+#include <future>
+
+#include "wire/Pointers.h"
+
 namespace sprig::dialog {
 
-/// Has windows drawn dark for as long as the desktop's setting prefers dark ones. GTK 4 itself looks at the
-/// theme only, and GNOME leaves that as it is. Requires: GTK was initialised.
-void followColorScheme();
+/// The desktop's setting for dark windows. GTK 4 itself looks at the theme only, and GNOME leaves that as it
+/// is. Opening it takes milliseconds, in which GTK can be initialised.
+///
+/// Threads: main thread; it is opened on one of its own.
+class ColorScheme {
+ public:
+  /// Begins to open the setting. Requires: the environment stays as it is until `follow` is called.
+  ColorScheme();
+
+  /// Waits until the setting is open, and has windows drawn dark for as long as it prefers dark ones and this
+  /// object lives. Requires: GTK was initialised; called once.
+  void follow();
+
+ private:
+  using Settings = wire::ObjectPointer<GSettings>;
+
+  std::future<Settings> opened;
+  Settings settings;
+};
 
 }  // namespace sprig::dialog

@@ -138,8 +138,9 @@ void run() {
   // What window managers and compositors know our windows by, and what people are told.
   g_set_prgname("com.kestrel.Sprig");
   g_set_application_name("Sprig");
+  ColorScheme colorScheme;
   if (gtk_init_check() == FALSE) throw Fault{"there is no display"};
-  followColorScheme();
+  colorScheme.follow();
   run.show(*show);
 }
 

@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "dialog/ColorScheme.h"
 #include "import/TemplateExchange.h"
 #include "settings/SettingsURL.h"
 #include "settings/window/Widgets.h"
@@ -47,7 +46,7 @@ int SettingsApplication::run(int argc, char** argv) {
 }
 
 void SettingsApplication::start(GDBusConnection& bus) {
-  dialog::followColorScheme();
+  colorScheme.follow();
   addStyle();
   desktop.emplace(bus, systemLog, alerts);
   model.emplace();

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "dialog/ColorScheme.h"
 #include "ports/desktop/DesktopApplication.h"
 #include "ports/desktop/DesktopPlatform.h"
 #include "ports/linux/LinuxSystemLog.h"
@@ -35,6 +36,7 @@ class SettingsApplication {
   void dropWindow();
   void open(GFile** files, int count);
 
+  dialog::ColorScheme colorScheme;
   wire::ObjectPointer<GtkApplication> application;
   ports::LinuxSystemLog systemLog;
   desktop::DesktopApplication alerts;
