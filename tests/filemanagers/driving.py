@@ -5,6 +5,7 @@ acted upon with keys and mouse.
 Everything here runs inside session.sh, so it has this process group, mounts and user to itself.
 """
 
+import contextlib
 import os
 import pathlib
 import re
@@ -16,6 +17,7 @@ from sprigtest.desktop import Desktop, install_settings
 from sprigtest.screenreader import (WITHIN_WINDOW, Accessible, area, area_in_gtk4, children, has, middle, nodes,
                                     on_change, selection_in, text_of, wait_to_see, windows)
 from sprigtest.waiting import output_of, settled, wait_for
+from sprigtest.wayland import compositor
 
 PROGRAMS = pathlib.Path(os.environ["SPRIG_PROGRAMS"])
 PICTURES = os.environ.get("SPRIG_SCREENSHOTS")
@@ -55,6 +57,23 @@ class SprigDesktop(Desktop):
         home.write(".local/share/dbus-1/services/notifications.service",
                    "[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=/bin/false\n")
 
+    @contextlib.contextmanager
+    def on_wayland(self):
+        """Whatever is started meanwhile, by the bus, too, is on a Wayland compositor. Gives what reads all that was
+        asked of that."""
+        with compositor() as screen:
+            news = {"GDK_BACKEND": "wayland", "WAYLAND_DEBUG": "client",
+                    "WAYLAND_DISPLAY": f"{screen['XDG_RUNTIME_DIR']}/{screen['WAYLAND_DISPLAY']}"}
+            before = {name: self.environment.get(name, "") for name in news}
+            self.change_environment(news)
+            yield lambda: self.output.read_text(errors="replace")
+            self.end_extension()
+            self.change_environment(before)
+
+    def change_environment(self, news):
+        self.environment |= news
+        self.ask_bus("UpdateActivationEnvironment", news)
+
     def install(self, command):
         """Has the bus start the command for Sprig."""
         self.home.write(f".local/share/dbus-1/services/{SERVICE}.service",
@@ -62,8 +81,8 @@ class SprigDesktop(Desktop):
 
     @staticmethod
     def call(name, path, interface, method, *arguments):
-        """Over the bus; all arguments but flags are texts."""
-        signature = "".join("u" if isinstance(argument, int) else "s" for argument in arguments)
+        """Over the bus; all arguments but flags and dictionaries are texts."""
+        signature = "".join({int: "u", dict: "a{ss}"}.get(type(argument), "s") for argument in arguments)
         return Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
             name, path, interface, method, GLib.Variant(f"({signature})", arguments), None, Gio.DBusCallFlags.NONE, -1)
 

@@ -22,8 +22,8 @@ struct ClickOrigin {
 ClickOrigin clickOriginOnX11(unsigned long window, std::optional<std::uint32_t> moment);
 
 /// A click in a window of a Wayland compositor, which is asked for a token: one turn to it and back.
-/// `context`, owned by the caller, is the display's. Nothing is said of the window: a program can hand out
-/// its handle once only, and would lack it for dialogs of its own.
+/// `context`, owned by the caller, is the display's. Nothing is said of the window: with most toolkits a
+/// program can hand out its handle once only, and would lack it for dialogs of its own.
 ClickOrigin clickOriginOnWayland(GAppLaunchContext* context);
 
 }  // namespace sprig::filemanagers

@@ -8,6 +8,11 @@
 #include <gdk/x11/gdkx.h>
 #endif
 
+#if defined(GDK_WINDOWING_WAYLAND) && GTK_CHECK_VERSION(4, 12, 0)
+#define SPRIG_HAS_WINDOW_HANDLES
+#include <gdk/wayland/gdkwayland.h>
+#endif
+
 #include "wire/Pointers.h"
 
 namespace sprig::filemanagers {
@@ -21,7 +26,34 @@ GdkSurface* activeSurface() {
   return window ? gtk_native_get_surface(GTK_NATIVE(window)) : nullptr;
 }
 
+#ifdef SPRIG_HAS_WINDOW_HANDLES
+/// What a window's handle is kept under, for as long as the window; empty while it is on its way.
+constexpr const char* handleKey = "sprig-window-handle";
+
+void keepHandle(GdkToplevel* window, const char* handle, void* /*data*/) {
+  g_object_set_data_full(G_OBJECT(window), handleKey, g_strdup(handle), g_free);
+}
+#endif
+
+std::string handleOf([[maybe_unused]] GdkSurface* surface) {
+#ifdef SPRIG_HAS_WINDOW_HANDLES
+  const auto* handle = static_cast<const char*>(g_object_get_data(G_OBJECT(surface), handleKey));
+  if (handle && *handle != '\0') return std::string("wayland:") + handle;
+#endif
+  return "";
+}
+
 }  // namespace
+
+void prepareClicksInActiveWindow() {
+#ifdef SPRIG_HAS_WINDOW_HANDLES
+  auto* surface = activeSurface();
+  if (!surface || !GDK_IS_WAYLAND_TOPLEVEL(surface) || g_object_get_data(G_OBJECT(surface), handleKey))
+    return;
+  keepHandle(GDK_TOPLEVEL(surface), "", nullptr);
+  gdk_wayland_toplevel_export_handle(GDK_TOPLEVEL(surface), keepHandle, nullptr, nullptr);
+#endif
+}
 
 ClickOrigin clickOriginInActiveWindow() {
   auto* surface = activeSurface();
@@ -39,7 +71,9 @@ ClickOrigin clickOriginInActiveWindow() {
 #endif
   const wire::ObjectPointer<GAppLaunchContext> context(
       G_APP_LAUNCH_CONTEXT(gdk_display_get_app_launch_context(display)));
-  return clickOriginOnWayland(context.get());
+  auto origin = clickOriginOnWayland(context.get());
+  origin.parentWindow = handleOf(surface);
+  return origin;
 }
 
 }  // namespace sprig::filemanagers

@@ -69,6 +69,7 @@ struct NautilusMenus : MenuTraits {
 
 GList* itemsFor(NautilusMenuProvider* provider, wire::Kind kind, GList* files) {
   return atBorder([&] {
+    prepareClicksInActiveWindow();
     return menuItems<NautilusMenus>(provider,
                                     {kind, urisOf<NautilusMenus>(files), clickOriginInActiveWindow});
   });
