@@ -10,12 +10,23 @@
 #include <string>
 #include <vector>
 
+#include "support/Eventually.h"
 #include "wire/Pointers.h"
 #include "wire/Rows.h"
 
 namespace sprig::test {
 
 wire::Row row(std::int32_t parent, wire::Row::Type type, std::string title = {}, std::string action = {});
+
+/// Runs what waits in the main loop until a condition holds; whether it does in time.
+template <typename Condition>
+bool comesTrue(Condition condition) {
+  return eventually([&] {
+    while (g_main_context_iteration(nullptr, FALSE)) {
+    }
+    return condition();
+  });
+}
 
 /// A bus without services. Gone with this.
 class PrivateBus {

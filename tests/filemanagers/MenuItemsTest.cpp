@@ -9,7 +9,6 @@
 #include "filemanagers/client/MenuEntry.h"
 #include "filemanagers/gtk3/themedIcon.h"
 #include "filemanagers/thunar/ThunarMenus.h"
-#include "support/Eventually.h"
 
 namespace sprig::filemanagers {
 namespace {
@@ -118,8 +117,13 @@ class ThunarItemsTest : public testing::Test {
 
   static void close(GList* list) { thunarx_menu_item_list_free(list); }
 
-  /// What is picked lies in the submenu of the first item.
-  static void pick(GList* list, int index) { thunarx_menu_item_activate(child(list, index)); }
+  /// Picks what lies in the submenu of the first item. Gives what the extension is told.
+  std::string pick(GList* list, int index) {
+    const auto calls = extension.calls("Activate");
+    thunarx_menu_item_activate(child(list, index));
+    EXPECT_TRUE(test::comesTrue([&] { return extension.calls("Activate") > calls; }));
+    return extension.lastCall("Activate");
+  }
 
   static ThunarxMenuItem* child(GList* list, int index) {
     ThunarxMenu* submenu = nullptr;
@@ -135,21 +139,8 @@ class ThunarItemsTest : public testing::Test {
   /// Changes what the menu lists, and waits until that is known.
   void change(std::vector<Row> rows, const std::string& wanted) {
     extension.changeMenu(std::move(rows));
-    ASSERT_TRUE(test::eventually([&] {
-      while (g_main_context_iteration(nullptr, FALSE)) {
-      }
-      return drawn(*client->menu(Kind::background, "file:///home/ann")) == wanted;
-    }));
-  }
-
-  std::string picked() {
-    const auto calls = ++picks;
-    EXPECT_TRUE(test::eventually([&] {
-      while (g_main_context_iteration(nullptr, FALSE)) {
-      }
-      return extension.calls("Activate") == calls;
-    }));
-    return extension.lastCall("Activate");
+    ASSERT_TRUE(test::comesTrue(
+        [&] { return drawn(*client->menu(Kind::background, "file:///home/ann")) == wanted; }));
   }
 
   test::PrivateBus bus;
@@ -160,7 +151,6 @@ class ThunarItemsTest : public testing::Test {
                                  row(0, Type::separator),
                                  {0, Type::item, "", "No Templates Configured", "", "", false},
                                  row(0, Type::item, "Settings", "settings")}};
-  std::size_t picks = 0;
   std::shared_ptr<ExtensionClient> client = std::make_shared<ExtensionClient>(
       ExtensionClient::Settings{.kinds = {Kind::items, Kind::background}, .connection = connection.get()});
   MenuItems<ThunarMenus> items{client};
@@ -180,17 +170,15 @@ TEST_F(ThunarItemsTest, AThousandMenusAreMadeOfTheSameItems) {
 TEST_F(ThunarItemsTest, AnOpenMenuKeepsItsFolderWhileAnotherIsAskedFor) {
   auto* first = open("file:///home/ann/one");
   auto* second = open("file:///home/ann/two");
-  pick(first, 0);
-  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/one'], {'title': <'Note'>})");
-  pick(second, 0);
-  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/two'], {'title': <'Note'>})");
+  EXPECT_EQ(pick(first, 0), "('note', 1, ['file:///home/ann/one'], {'title': <'Note'>})");
+  EXPECT_EQ(pick(second, 0), "('note', 1, ['file:///home/ann/two'], {'title': <'Note'>})");
   close(first);
   close(second);
   auto* third = open("file:///home/ann/three");
   const bool showsDisabledItems = std::tuple(thunarx_major_version, thunarx_minor_version,
                                              thunarx_micro_version) >= std::tuple(4U, 19U, 3U);
-  pick(third, showsDisabledItems ? 2 : 1);
-  EXPECT_EQ(picked(), "('settings', 1, ['file:///home/ann/three'], {'title': <'Settings'>})")
+  EXPECT_EQ(pick(third, showsDisabledItems ? 2 : 1),
+            "('settings', 1, ['file:///home/ann/three'], {'title': <'Settings'>})")
       << "no separator, and a disabled item only where Thunar can draw it as one";
   close(third);
 }
@@ -199,8 +187,7 @@ TEST_F(ThunarItemsTest, AnOpenMenuOutlivesItsSuccessorAndTheProvider) {
   auto* old = open("file:///home/ann/old");
   change({row(-1, Type::submenu, "Sprig"), row(0, Type::item, "New", "new")}, "Sprig[New]");
   auto* fresh = open("file:///home/ann/fresh");
-  pick(old, 0);
-  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/old'], {'title': <'Note'>})");
+  EXPECT_EQ(pick(old, 0), "('note', 1, ['file:///home/ann/old'], {'title': <'Note'>})");
   close(old);
   close(fresh);
 }
@@ -219,10 +206,8 @@ TEST_F(ThunarItemsTest, AChangedMenuIsMadeOfTheItemsThatThereWere) {
   gchar* label = nullptr;
   g_object_get(child(list, 1), "label", &label, nullptr);
   EXPECT_STREQ(wire::TextPointer(label).get(), "Renamed");
-  pick(list, 0);
-  EXPECT_EQ(picked(), "('first', 1, ['file:///home/ann/demo'], {'title': <'First'>})");
-  pick(list, 1);
-  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/demo'], {'title': <'Renamed'>})");
+  EXPECT_EQ(pick(list, 0), "('first', 1, ['file:///home/ann/demo'], {'title': <'First'>})");
+  EXPECT_EQ(pick(list, 1), "('note', 1, ['file:///home/ann/demo'], {'title': <'Renamed'>})");
   close(list);
 }
 
@@ -237,10 +222,8 @@ TEST_F(ThunarItemsTest, AWindowThatKeepsItsItemsGetsThemAgainAndNoOther) {
                            open("file:///home/ann/three", first.get())};
   EXPECT_EQ(kept[0]->data, kept[2]->data);
   EXPECT_NE(kept[0]->data, kept[1]->data);
-  pick(kept[1], 0);
-  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/two'], {'title': <'Note'>})");
-  pick(kept[0], 0);
-  EXPECT_EQ(picked(), "('note', 1, ['file:///home/ann/three'], {'title': <'Note'>})");
+  EXPECT_EQ(pick(kept[1], 0), "('note', 1, ['file:///home/ann/two'], {'title': <'Note'>})");
+  EXPECT_EQ(pick(kept[0], 0), "('note', 1, ['file:///home/ann/three'], {'title': <'Note'>})");
   first.reset();
   kept.push_back(open("file:///home/ann/four", newWindow().get()));
   EXPECT_EQ(kept[0]->data, kept[3]->data) << "the first window has gone";

@@ -23,7 +23,8 @@ PROGRAMS = pathlib.Path(os.environ["SPRIG_PROGRAMS"])
 PICTURES = os.environ.get("SPRIG_SCREENSHOTS")
 SERVICE = "com.kestrel.Sprig.Extension"
 ENTRIES = {"menu", "menu item"}
-
+# What has too much in it to be looked into for something else.
+VIEWS = {"table", "tree table", "layered pane", "list", "menu bar"}
 
 
 def viewer_settings(view):
@@ -89,11 +90,11 @@ class SprigDesktop(Desktop):
     def ask_bus(self, method, *arguments):
         return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method, *arguments)
 
-    def selects(self, file):
-        """Whether the module in the running file manager selects it when asked."""
-        owner, = self.ask_bus("GetNameOwner", "org.freedesktop.FileManager1")
+    def selects(self, file, window="", manager="org.freedesktop.FileManager1"):
+        """Whether the module in a running file manager selects it when asked."""
+        owner, = self.ask_bus("GetNameOwner", manager)
         return self.call(owner, "/com/kestrel/Sprig/FileManager", "com.kestrel.Sprig.FileManager1", "Select",
-                         file.as_uri(), "")[0]
+                         file.as_uri(), window)[0]
 
     def reinstall(self, command=PROGRAMS / "sprig-extension"):
         self.install(command)
@@ -133,6 +134,11 @@ class SprigDesktop(Desktop):
         dialog = self.dialog(title)
         wait_to_see(lambda: [field for field in nodes(dialog, {"text"}) if selection_in(field)], "the suggested name")
 
+    @staticmethod
+    def is_called(window, is_wanted):
+        """Waits until the title of a window is one of those wanted."""
+        wait_for(lambda: is_wanted(output_of("xdotool", "getwindowname", window)), "another title")
+
     def activate(self, window):
         output_of("xdotool", "windowactivate", "--sync", window)
 
@@ -149,15 +155,6 @@ class SprigDesktop(Desktop):
         image = image.crop(ImageChops.difference(image, nothing).getbbox()).quantize(256)
         pathlib.Path(PICTURES).mkdir(parents=True, exist_ok=True)
         image.save(pathlib.Path(PICTURES, f"{os.environ['SPRIG_MANAGER']}-{name}.png"), optimize=True)
-
-
-def scroll_bars(accessible):
-    """Those around views, without a look at what the views hold."""
-    if accessible.role == "scroll bar":
-        yield accessible
-    elif accessible.role not in {"table", "tree table", "layered pane", "list", "menu bar"}:
-        for child in children(accessible):
-            yield from scroll_bars(child)
 
 
 class FileManager:
@@ -258,8 +255,9 @@ class FileManager:
 
     def is_scrolled_to_the_end(self):
         """Whether a view that has more than it can show shows the last of it."""
-        bars = [bar for frame in self.frames() for bar in scroll_bars(frame) if has(bar, "SHOWING")]
-        limits = [[bar.get(limit, "Value") for limit in ("CurrentValue", "MaximumValue")] for bar in bars]
+        bars = [bar for frame in self.frames() for bar in nodes(frame, {"scroll bar"}, closed=VIEWS)]
+        limits = [[bar.get(limit, "Value") for limit in ("CurrentValue", "MaximumValue")] for bar in bars
+                  if has(bar, "SHOWING")]
         return any(0 < limit <= 1.05 * value for value, limit in limits)
 
     def leave_folder(self):
@@ -267,7 +265,7 @@ class FileManager:
         output_of("xdotool", "windowfocus", "--sync", self.window)
         title = output_of("xdotool", "getwindowname", self.window)
         self.desktop.press("alt+Up")
-        wait_for(lambda: output_of("xdotool", "getwindowname", self.window) != title, "another folder")
+        self.desktop.is_called(self.window, lambda now: now != title)
 
     # Menus.
 
@@ -302,17 +300,19 @@ class FileManager:
             return "Sprig" in self.listed()
         wait_to_see(look, "“Sprig” in the menu")
 
-    def comes_to_offer_sprig(self, place):
-        """Opens menus until one has it."""
+    def comes_to_list(self, place, *names, button=3):
+        """Opens menus until Sprig's begins with these."""
         def offered():
-            self.desktop.click(place, button=3)
+            self.desktop.click(place, button)
             end = time.monotonic() + self.PATIENCE
             wait_to_see(lambda: self.entries() or time.monotonic() > end, "a menu")
             if "Sprig" in self.listed():
-                return True
+                self.pick("Sprig")
+                if self.submenu("Sprig")[:len(names)] == list(names):
+                    return True
             self.close_menus()
             return False
-        wait_to_see(offered, "“Sprig” in a menu")
+        wait_to_see(offered, f"a menu with {names}")
 
     def time_to_menu(self, place):
         """Seconds from the click to a menu, whatever is in it."""
@@ -423,15 +423,9 @@ class Nautilus(FileManager):
     SELECTED = {(224, 236, 251), (228, 228, 228)}
     MENU_BUTTON = {"GtkMenuButton", "Current Folder Menu"}
 
-    def _parts(self, *roles):
+    def _parts(self, role):
         """What is in the windows, without a look into lists."""
-        def below(accessible):
-            if (role := accessible.role) in roles:
-                yield accessible
-            if role not in {"list", "table"}:
-                for child in children(accessible):
-                    yield from below(child)
-        return (part for frame in self.frames() for part in below(frame))
+        return (part for frame in self.frames() for part in nodes(frame, {role}, closed={"list", "table"}))
 
     def _popover(self):
         """The open menu and its X window; None while there is none."""
@@ -477,7 +471,8 @@ class Nautilus(FileManager):
         stack = found[0]
         for _ in range(4):  # what scrolls them
             stack = children(stack)[0]
-        pages = (self._outermost(page, "menu item") for page in children(stack))
+        pages = ([LabelledEntry(*entry) for entry in nodes(page, {"menu item"}, closed={"menu item"})]
+                 for page in children(stack))
         return next((page for page in pages if any(has(entry, "FOCUSED") for entry in page)), [])
 
     def has_menu(self):
@@ -487,12 +482,6 @@ class Nautilus(FileManager):
         super().close_menus()
         # A screen reader misses a menu before the screen does, and the next one may get the same window.
         wait_for(lambda: self._x_windows().keys() == set(self.large_windows()), "the menus' windows to go")
-
-    def _outermost(self, accessible, role):
-        """Those of the role, without a look at what they are made of."""
-        if accessible.role == role:
-            return [LabelledEntry(*accessible)]
-        return [found for child in children(accessible) for found in self._outermost(child, role)]
 
     def submenu(self, name):
         wait_to_see(lambda: self.listed()[:1] == [name], f"the submenu “{name}”")
@@ -509,6 +498,7 @@ class Dolphin(FileManager):
     window_class = "dolphin"
     # Shows icons with their names below: what is not in the middle is the background.
     row_offset = 1000
+
     def __init__(self, desktop, folder):
         self.menus = []
         self.focused = None
@@ -537,6 +527,14 @@ class Dolphin(FileManager):
     def _focused(self, accessible, is_now):
         if is_now and accessible.role == "menu item":
             self.focused = accessible.name
+
+    @property
+    def bus_name(self):
+        return f"org.kde.dolphin-{self.process.pid}"
+
+    def leave_folder(self):
+        self.desktop.call(self.bus_name, "/dolphin/Dolphin_1", "org.kde.KMainWindow", "activateAction", "go_up")
+        self.desktop.is_called(self.window, lambda title: not title.startswith("demo"))
 
     def load_module(self):
         """Dolphin does with its first menu."""

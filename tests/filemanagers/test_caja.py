@@ -13,9 +13,7 @@ def test_a_template_is_picked_from_the_button_in_the_toolbar(desktop, folder, ma
     assert wait_to_see(manager.listed) == ["R&D_notes", "Plain Text", "More Templates", "Sprig Settings…"]
     desktop.picture("toolbar")
     manager.pick("More Templates", "More 1")
-    made = folder / "More 1.txt"
-    wait_for(made.exists, "the file")
-    manager.shows(made)
+    manager.shows(folder / "More 1.txt")
 
 
 def test_a_new_file_is_selected_in_a_folder_that_is_open_in_the_list_and_empty(desktop, folder, manager):

@@ -4,10 +4,8 @@
 import signal
 
 import pytest
-from gi.repository import Gio, GLib
-from sprigtest.home import template
 from sprigtest.screenreader import has, wait_to_see
-from sprigtest.waiting import DEADLINE, output_of, wait_for
+from sprigtest.waiting import wait_for
 
 
 def test_a_menu_that_comes_late_goes_into_the_open_one(desktop, folder, manager):
@@ -24,7 +22,6 @@ def test_a_creation_is_the_next_thing_that_dolphin_undoes(desktop, folder, manag
     manager.open_menu(manager.background())
     manager.pick("Sprig", "Plain Text")
     made = folder / "Plain Text.txt"
-    wait_for(made.exists, "the file")
     manager.shows(made)
     desktop.press("ctrl+z")
     desktop.dialog("Delete Permanently — Dolphin")
@@ -33,27 +30,9 @@ def test_a_creation_is_the_next_thing_that_dolphin_undoes(desktop, folder, manag
     assert (folder / "letter.txt").exists()
 
 
-def call(manager, path, interface, method, signature, *arguments):
-    bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-    return bus.call_sync(f"org.kde.dolphin-{manager.process.pid}", path, interface, method,
-                         GLib.Variant(signature, arguments), None, Gio.DBusCallFlags.NONE, DEADLINE * 1000).unpack()[0]
-
-
-def test_a_file_whose_folder_was_left_meanwhile_is_shown_all_the_same(desktop, folder, manager):
-    desktop.configure(template("Plain Text"), defaultBehavior="prompt")
-    manager.open_menu(manager.background())
-    manager.pick("Sprig", "Plain Text")
-    desktop.prompt("New Plain Text")
-    call(manager, "/dolphin/Dolphin_1", "org.kde.KMainWindow", "activateAction", "(s)", "go_up")
-    wait_for(lambda: not output_of("xdotool", "getwindowname", manager.window).startswith("demo"), "another folder")
-    desktop.press("Return")
-    manager.shows(folder / "Plain Text.txt")
-
-
 def select(manager, file, window=None):
     """What the module answers when it is asked to select a file."""
-    return call(manager, "/com/kestrel/Sprig/FileManager", "com.kestrel.Sprig.FileManager1", "Select", "(ss)",
-                GLib.filename_to_uri(str(file)), window or f"x11:{int(manager.window):x}")
+    return manager.desktop.selects(file, window or f"x11:{int(manager.window):x}", manager.bus_name)
 
 
 @pytest.mark.parametrize("view", ["ctrl+1", "ctrl+2", "ctrl+3"], ids=["icons", "compact", "details"])
@@ -64,9 +43,9 @@ def test_a_new_file_is_selected_in_sight_with_the_focus(desktop, folder, open_ma
     manager.load_module()
     desktop.press(view, "ctrl+a")
     before = len(manager.frames()), manager.tabs()
-    for name, window in (("file 250 new.txt", None), ("file 200 new.txt", "")):
+    for name in ("file 250 new.txt", "file 200 new.txt"):
         (folder / name).touch()
-        assert select(manager, folder / name, window)
+        assert select(manager, folder / name)
         wait_to_see(lambda: manager.selected_rows() == {name}, f"{name} to be selected, alone")
         wait_to_see(lambda: has(manager.rows(name)[0], "FOCUSED") and manager.has_in_sight(name), f"{name} in sight")
     assert (len(manager.frames()), manager.tabs()) == before
@@ -87,7 +66,7 @@ def test_no_other_view_is_touched(desktop, folder, manager, keys, name, window):
     for key in keys:
         desktop.press(key)
     if keys:
-        wait_for(lambda: not output_of("xdotool", "getactivewindow", "getwindowname").startswith("demo"), "another folder")
+        desktop.is_called(manager.window, lambda title: not title.startswith("demo"))
     before = manager.selected_rows(), manager.tabs()
     assert not select(manager, folder / name, window)
     assert (manager.selected_rows(), manager.tabs()) == before

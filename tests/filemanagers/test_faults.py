@@ -4,7 +4,6 @@
 import signal
 
 import pytest
-from sprigtest.waiting import wait_for
 
 # Seconds. Alone on a machine, menus are there after half a second at most; a module may keep one waiting for 0.15.
 PATIENCE = 1.5
@@ -50,13 +49,11 @@ def test_a_silent_extension_keeps_no_menu_waiting_and_its_end_in_the_middle_of_a
         manager.close_menus()
     desktop.reinstall()
     desktop.end_extension()
-    manager.comes_to_offer_sprig(manager.background())
-    manager.pick("Sprig")
-    assert "Meeting Notes" in manager.submenu("Sprig")
+    manager.comes_to_list(manager.background(), "Markdown Note")
 
 
 def test_what_is_picked_beside_a_stopped_extension_is_done_once_it_goes_on(desktop, folder, manager, quick):
-    manager.comes_to_offer_sprig(manager.background())
+    manager.comes_to_list(manager.background(), "R&D_notes")
     manager.close_menus()
     desktop.signal_extension(signal.SIGSTOP)
     quick(manager, manager.background(), "stopped after it has answered")
@@ -65,14 +62,3 @@ def test_what_is_picked_beside_a_stopped_extension_is_done_once_it_goes_on(deskt
     manager.close_menus()
     desktop.signal_extension(signal.SIGCONT)
     manager.shows(folder / "Plain Text.txt")
-
-
-def test_a_killed_extension_is_started_again_by_the_next_pick(desktop, folder, manager):
-    manager.open_menu(manager.background())
-    manager.pick("Sprig")
-    assert "Plain Text" in manager.submenu("Sprig")
-    before = desktop.extension_pids()
-    desktop.end_extension()
-    manager.pick("Plain Text")
-    manager.shows(folder / "Plain Text.txt")
-    assert desktop.extension_pids() != before

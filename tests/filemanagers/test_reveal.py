@@ -34,17 +34,3 @@ def test_it_is_selected_in_sight_and_has_the_focus(desktop, crowded, open_manage
         desktop.press("Up")
         wait_for(lambda: "file%204" in " ".join(manager.copies()), "the keyboard to go on from there")
     assert len(manager.large_windows()) == 1
-
-
-def test_it_is_shown_in_another_window_when_the_folder_was_left_meanwhile(desktop, folder, open_manager):
-    desktop.configure(template("zzz"), defaultBehavior="prompt")
-    manager = open_manager(folder)
-    manager.open_menu(manager.background())
-    manager.pick("Sprig", "zzz")
-    desktop.prompt("New zzz")
-    prompt = desktop.active_window()
-    manager.leave_folder()
-    desktop.activate(prompt)
-    desktop.press("Return")
-    wait_for(lambda: len(manager.large_windows()) == 2, "another window")
-    manager.shows(folder / "zzz.txt")

@@ -75,12 +75,14 @@ def children(accessible):
     return [Accessible(*child) for child in found if child[1] != NOTHING]
 
 
-def nodes(accessible, roles=None, name=None):
-    """The accessible object and all below it, or those of the roles and the name."""
-    if roles is None or accessible.role in roles and name in (None, accessible.name):
+def nodes(accessible, roles=None, name=None, closed=()):
+    """The accessible object and all below it, or those of the roles and the name; without a look into what has a role
+    that is `closed`."""
+    role = accessible.role if roles or closed else None
+    if roles is None or role in roles and name in (None, accessible.name):
         yield accessible
-    for child in children(accessible):
-        yield from nodes(child, roles, name)
+    for child in children(accessible) if role not in closed else ():
+        yield from nodes(child, roles, name, closed)
 
 
 def windows(pid):
