@@ -10,8 +10,9 @@ import subprocess
 import sys
 
 import pytest
+from conftest import PROGRAM
 from gi.repository import GLib
-from sprigtest.bus import THUNAR, Desktop, FileManager, goes_on_for, held, uri, wait_until
+from sprigtest.bus import THUNAR, FileManager, goes_on_for, held, uri, wait_until
 from sprigtest.desktop import install_settings
 from sprigtest.home import template
 
@@ -69,20 +70,11 @@ BIND = 4096
 DETACH = 2  # also while the extension reads a file there
 
 
-@pytest.fixture
-def apart(home):
-    """With an extension that has mounts of its own."""
-    program = os.environ["SPRIG_PROGRAM"]
-    session = Desktop(home, f"/usr/bin/unshare --user --map-current-user --mount {program}", program)
-    yield session
-    session.ends()
-
-
 def test_what_is_mounted_later_is_served_while_it_is(apart, home):
     manager = apart.manager()
     before = manager.property("ServedFolders")
     # The root of a container is no volume.
-    folder = os.fsencode(os.path.dirname(os.environ["SPRIG_PROGRAM"]))
+    folder = os.fsencode(os.path.dirname(PROGRAM))
     in_mounts_of(manager.extension_process(), "mount", folder, b"/mnt", None, BIND, None)
     wait_until(lambda: manager.served == sorted([*before, "file:///mnt"]) == manager.property("ServedFolders"))
     assert lines(home, "Initialized") == [f"Initialized FinderSync monitoring {len(before)} directory URLs"]
@@ -112,18 +104,15 @@ def test_a_mount_over_the_configurations_folder_counts_while_it_is_there(apart, 
 
 
 @pytest.mark.parametrize("limit", ["instances", "watches"])
-def test_where_nothing_can_be_watched_kept_menus_hear_of_changes_all_the_same(home, limit):
-    program = os.environ["SPRIG_PROGRAM"]
-    lowered = f"/bin/sh -c 'echo 0 >/proc/sys/user/max_inotify_{limit}; exec {program}'"
-    desktop = Desktop(home, f"/usr/bin/unshare --user --map-current-user --keep-caps {lowered}", program)
-    manager = desktop.manager()
+def test_where_nothing_can_be_watched_kept_menus_hear_of_changes_all_the_same(home, start, limit):
+    lowered = f"/bin/sh -c 'echo 0 >/proc/sys/user/max_inotify_{limit}; exec {PROGRAM}'"
+    manager = start(f"/usr/bin/unshare --user --map-current-user --keep-caps {lowered}", program=PROGRAM).manager()
     manager.menu()
     for number in (1, 2):
         home.configure(template(f"T{number}"))
         wait_until(lambda: len(manager.changes) == number)
         assert first(manager) == f"template:t{number}"
     assert len(lines(home, "Can't watch")) == 1
-    desktop.ends()
 
 
 NAMES = ["plain", "a b", "100%", "日本 👋", "line\nbreak", "#?&", os.fsdecode(b"bytes\xff")]
@@ -186,11 +175,11 @@ manager.pick("template:note", sys.argv[2], activation_token="token")
     ("nautilus", "token --select {}/Note.txt"), ("dolphin", "token --select {}/Note.txt"),
     ("nemo", "token {}/Note.txt"), ("thunar", ("file://{}", "Note.txt", "", "token")), ("caja", None),
 ])
-def test_a_file_manager_that_was_closed_meanwhile_is_started_again_for_the_file(home, program, shown):
+def test_a_file_manager_that_was_closed_meanwhile_is_started_again_for_the_file(home, start, program, shown):
     started = home.path / "started"
     home.write(f"bin/{program}", f'#!/bin/sh\necho "$DESKTOP_STARTUP_ID" "$@" > {started}\n').chmod(0o755)
     home.configure(template("Note"), defaultBehavior="never")
-    desktop = Desktop(home, os.environ["SPRIG_PROGRAM"], PATH=f"{home.path}/bin:/usr/bin:/bin")
+    desktop = start(PATH=f"{home.path}/bin:/usr/bin:/bin")
     session = desktop.manager().own("org.freedesktop.FileManager1")
     selected = session.asked_of("org.xfce.FileManager", THUNAR)
     (home.path / "closed").mkdir()
@@ -200,7 +189,6 @@ def test_a_file_manager_that_was_closed_meanwhile_is_started_again_for_the_file(
     wait_until(lambda: session.shown or selected or started.exists() and started.read_text())
     seen = started.read_text().strip() if started.exists() else selected[0] if selected else None
     assert str(seen) == str(shown).format(home.demo)
-    desktop.ends()
 
 
 def journal():
@@ -360,7 +348,7 @@ def test_a_second_instance_leaves_the_name_to_the_first(desktop):
 
 
 def test_no_toolkit_is_linked():
-    libraries = subprocess.run(["ldd", os.environ["SPRIG_PROGRAM"]], capture_output=True, text=True, check=True).stdout
+    libraries = subprocess.run(["ldd", PROGRAM], capture_output=True, text=True, check=True).stdout
     assert "libgio" in libraries
     assert [word for word in ("libgtk", "libgdk", "Qt", "libX11", "libwayland") if word in libraries] == []
 
@@ -453,10 +441,10 @@ def test_it_does_not_leave_before_what_the_user_is_asked_for_is_done(scripted):
     wait_until(lambda: watcher.extension_process() is None)
 
 
-def test_an_upgraded_program_ends_between_two_picks_and_the_next_call_starts_the_new_one(home):
+def test_an_upgraded_program_ends_between_two_picks_and_the_next_call_starts_the_new_one(home, start):
     program = home.path / "sprig-extension"
     shutil.copy(os.environ["SPRIG_SCRIPTED"], program)
-    desktop = Desktop(home, program)
+    desktop = start(program)
     home.configure(template("A"))
     manager = desktop.manager()
     manager.pick("template:a", home.demo)
@@ -470,7 +458,6 @@ def test_an_upgraded_program_ends_between_two_picks_and_the_next_call_starts_the
     wait_until(lambda: manager.shown)
     wait_until(lambda: manager.extension_process() is None)
     assert len(manager.menu()) == 4 and manager.extension_process() != process
-    desktop.ends()
 
 
 def test_every_call_is_answered_while_the_extension_comes_and_goes(scripted):
