@@ -9,9 +9,9 @@ import select
 import subprocess
 
 import pytest
-from sprigtest.desktop import Desktop, keep_failures
+from sprigtest.desktop import Desktop, Gtk4Program, keep_failures
 from sprigtest.home import SOURCE, throw_away_home
-from sprigtest.screenreader import area_in_gtk4, middle, nodes, wait_to_see, windows
+from sprigtest.screenreader import middle, nodes
 from sprigtest.waiting import DEADLINE, output_of, wait_for
 
 DIALOG = pathlib.Path(os.environ.get("SPRIG_DIALOG", SOURCE / "build/bin/sprig-dialog")).resolve()
@@ -28,15 +28,14 @@ ALERT = {"command": "show", "title": "Permission Denied",
 BASE = {"command": "change", "selection": {"location": 0, "length": 24}}
 
 
-class Dialog:
+class Dialog(Gtk4Program):
     """One run of the program, as the extension sees it (commands and events) and as its user does."""
 
     def __init__(self, desktop, *commands, **environment):
-        self.desktop = desktop
         merged = {**os.environ, **environment}
-        self.process = subprocess.Popen(
+        super().__init__(desktop, subprocess.Popen(
             [DIALOG], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-            env={name: value for name, value in merged.items() if value is not None})
+            env={name: value for name, value in merged.items() if value is not None}))
         self.received = b""
         self.tell(*commands)
 
@@ -69,12 +68,8 @@ class Dialog:
 
     @property
     def window(self):
-        """The window's number; empty while it is not on the screen."""
         # GTK has a small window of its own besides the one on the screen.
-        return "".join(output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()[-1:])
-
-    def is_active(self):
-        return self.window and self.desktop.active_window() == self.window
+        return "".join(self.desktop.windows_of(self.process)[-1:])
 
     def geometry(self):
         return self.desktop.area(self.window)
@@ -82,19 +77,9 @@ class Dialog:
     def property(self, name):
         return output_of("xprop", "-id", self.window, name)
 
-    def press(self, *keys):
-        self.desktop.press(*keys)
-        return self
-
-    def type(self, text):
-        self.desktop.type(text)
-        return self
-
     def click(self, name):
         """Presses the button of that name with the mouse."""
-        window = self.accessible()
-        button = next(nodes(window, {"push button"}, name))
-        self.desktop.click(middle(area_in_gtk4(button, self.geometry(), window)))
+        self.desktop.click(middle(self.place(next(nodes(self.accessible(), {"push button"}, name)))))
 
     def close_by_window_manager(self):
         output_of("wmctrl", "-i", "-c", self.window)
@@ -113,10 +98,6 @@ class Dialog:
             (left + inset[0], top + inset[2], left + width - inset[1], top + height - inset[3]))
         image.save(file, optimize=True)
         return image
-
-    def accessible(self):
-        """The window as a screen reader finds it."""
-        return wait_to_see(lambda: windows(self.process.pid), "the accessible window")[0]
 
 
 @pytest.fixture(scope="session")

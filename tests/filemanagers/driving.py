@@ -20,7 +20,6 @@ from sprigtest.waiting import output_of, settled, wait_for
 from sprigtest.wayland import compositor
 
 PROGRAMS = pathlib.Path(os.environ["SPRIG_PROGRAMS"])
-PICTURES = os.environ.get("SPRIG_SCREENSHOTS")
 SERVICE = "com.kestrel.Sprig.Extension"
 ENTRIES = {"menu", "menu item"}
 # What has too much in it to be looked into for something else.
@@ -42,6 +41,12 @@ SETTINGS = {
     "kdeglobals": "[Icons]\nTheme=breeze\n",
     "dolphinrc": "[General]\nRememberOpenedTabs=false\n",
 }
+
+
+def without_empty_edges(image):
+    from PIL import Image, ImageChops
+    nothing = Image.new("RGB", image.size, image.getpixel((0, 0)))
+    return image.crop(ImageChops.difference(image, nothing).getbbox())
 
 
 class SprigDesktop(Desktop):
@@ -145,16 +150,8 @@ class SprigDesktop(Desktop):
     def has_no_dialog(self):
         return not output_of("pgrep", "-x", "sprig-dialog")
 
-    def picture(self, name):
-        """Keeps what is on the screen for the documents, if that is wanted."""
-        if not PICTURES:
-            return
-        from PIL import Image, ImageChops
-        image = settled(self.screenshot, "the screen", between=lambda: time.sleep(0.2)).convert("RGB")
-        nothing = Image.new("RGB", image.size, image.getpixel((0, 0)))
-        image = image.crop(ImageChops.difference(image, nothing).getbbox()).quantize(256)
-        pathlib.Path(PICTURES).mkdir(parents=True, exist_ok=True)
-        image.save(pathlib.Path(PICTURES, f"{os.environ['SPRIG_MANAGER']}-{name}.png"), optimize=True)
+    def picture(self, name, crop=without_empty_edges):
+        super().picture(f"{os.environ['SPRIG_MANAGER']}-{name}", crop)
 
 
 class FileManager:
@@ -577,8 +574,7 @@ class Dolphin(FileManager):
     def close_menus(self):
         super().close_menus()
         # Qt says so before the screen does, and a click on what is left of a menu opens no other one.
-        own = ("search", "--onlyvisible", "--pid", str(self.process.pid))
-        wait_for(lambda: len(output_of("xdotool", *own).split()) == 1, "the menus' windows to go")
+        wait_for(lambda: len(self.desktop.windows_of(self.process)) == 1, "the menus' windows to go")
 
     def submenu(self, name):
         def look():

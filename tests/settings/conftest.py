@@ -8,35 +8,28 @@ import subprocess
 import time
 
 import pytest
-from sprigtest.desktop import Desktop, install_settings, keep_failures
+from sprigtest.desktop import Desktop, Gtk4Program, install_settings, keep_failures
 from sprigtest.home import SOURCE, template, throw_away_home
-from sprigtest.screenreader import area_in_gtk4, has, middle, nodes, text_of, wait_to_see, windows
+from sprigtest.screenreader import has, middle, nodes, text_of, wait_to_see, windows
 from sprigtest.waiting import DEADLINE, output_of, settled, wait_for
 
 PROGRAMS = pathlib.Path(os.environ.get("SPRIG_PROGRAMS", SOURCE / "build/bin")).resolve()
-PICTURES = os.environ.get("SPRIG_SCREENSHOTS")
 BUTTONS = {"push button", "check box", "page tab", "menu item"}
 
 
-class Settings:
+class Settings(Gtk4Program):
     """A run of the program."""
 
     def __init__(self, desktop, *arguments, wrapper=()):
-        self.desktop = desktop
-        self.process = subprocess.Popen([*wrapper, PROGRAMS / "sprig-settings", *arguments], stderr=desktop.log,
-                                        # A sanitizer refuses it.
-                                        env={**desktop.environment, "NSS_WRAPPER_DISABLE_DEEPBIND": "1"})
-        wait_for(lambda: self.window and desktop.active_window() == self.window, "the focus")
-
-    def windows_on_screen(self, *options):
-        return output_of("xdotool", "search", "--onlyvisible", "--all", "--pid", str(self.process.pid), *options).split()
+        super().__init__(desktop, subprocess.Popen(
+            [*wrapper, PROGRAMS / "sprig-settings", *arguments], stderr=desktop.log,
+            # A sanitizer refuses it.
+            env={**desktop.environment, "NSS_WRAPPER_DISABLE_DEEPBIND": "1"}))
+        wait_for(self.is_active, "the focus")
 
     @property
     def window(self):
-        return "".join(self.windows_on_screen("--name", "Sprig Settings")[-1:])
-
-    def accessible(self):
-        return wait_to_see(lambda: windows(self.process.pid), "the accessible window")[0]
+        return "".join(self.desktop.windows_of(self.process, "--name", "Sprig Settings")[-1:])
 
     def seen(self, roles=None, name=None):
         """What is on the screen of these roles and this name."""
@@ -53,7 +46,7 @@ class Settings:
         node = self.sees(roles, name)
 
         def look():
-            place = area_in_gtk4(node, self.desktop.area(self.window), self.accessible())
+            place = self.place(node)
             return place.width and place.height and place
         # What has just appeared is not laid out yet.
         self.desktop.click(middle(settled(look, f"the place of {name}", not_yet=KeyError)))
@@ -85,10 +78,6 @@ class Settings:
         """Waits until a row has the keyboard."""
         wait_to_see(lambda: [row for row in self.seen({"list item"}, name) if has(row, "FOCUSED")], f"the focus on {name}")
 
-    def press(self, *keys):
-        self.desktop.press(*keys)
-        return self
-
     def fill(self, name, text):
         """Replaces what stands in a field; the tests' keyboard has no {."""
         field = self.sees({"text", "entry"}, name)
@@ -99,13 +88,13 @@ class Settings:
 
     def choose(self, place):
         """The entry at that place of the menu that opens."""
-        wait_for(lambda: len(self.windows_on_screen()) > 1, "the menu")
+        wait_for(lambda: len(self.desktop.windows_of(self.process)) > 1, "the menu")
         return self.press(*["Down"] * place, "Return")
 
     def insert(self, which, place):
         """Chooses from one of the menus of placeholders."""
         button = self.seen({"push button"}, "Insert")[which]
-        self.desktop.click(middle(area_in_gtk4(button, self.desktop.area(self.window), self.accessible())))
+        self.desktop.click(middle(self.place(button)))
         self.choose(place)
 
     def scroll_to_top(self):
@@ -114,14 +103,14 @@ class Settings:
         return self
 
     def middle_of_row(self, name):
-        return middle(area_in_gtk4(self.sees({"list item"}, name), self.desktop.area(self.window), self.accessible()))
+        return middle(self.place(self.sees({"list item"}, name)))
 
     def drag(self, name, target, until=lambda: True):
         """From the middle of a row to the lower part of another, and drops it there once it is time."""
         (x, y), (_, end) = map(self.middle_of_row, (name, target))
         output_of("xdotool", "mousemove", str(x), str(y), "mousedown", "1")
         # What is dragged is a window, too.
-        wait_for(lambda: len(self.windows_on_screen()) > 1, "the drag",
+        wait_for(lambda: len(self.desktop.windows_of(self.process)) > 1, "the drag",
                  between=lambda: output_of("xdotool", "mousemove_relative", "--sync", "0", "5"))
         self.desktop.point((x, end + 8))
         wait_to_see(until, "the time to drop")
@@ -129,13 +118,8 @@ class Settings:
         output_of("xdotool", "mouseup", "1")
 
     def picture(self, name):
-        """Keeps the window for the documents, if that is wanted."""
-        if not PICTURES:
-            return
         left, top, width, height = self.desktop.area(self.window)
-        image = settled(self.desktop.screenshot, "the screen", between=lambda: time.sleep(0.1)).crop((left, top, left + width, top + height))
-        pathlib.Path(PICTURES).mkdir(parents=True, exist_ok=True)
-        image.convert("RGB").quantize(256).save(pathlib.Path(PICTURES, f"settings-{name}.png"), optimize=True)
+        self.desktop.picture(f"settings-{name}", lambda image: image.crop((left, top, left + width, top + height)))
 
 
 class ConfiguredDesktop(Desktop):
@@ -173,9 +157,7 @@ def desktop(session):
     session.home.configure(*map(template, ("Alpha", "Beta", "Gamma")), maxVisibleTemplates=2)
     said = session.output.stat().st_size
     yield session
-    output = session.output.read_bytes()[said:].decode(errors="replace")
-    faults = ("CRITICAL", "WARNING", "Sanitizer", "runtime error")
-    assert [line for line in output.splitlines() if any(fault in line for fault in faults)] == []
+    assert session.complaints("CRITICAL|WARNING|Sanitizer|runtime error", said) == []
 
 
 @pytest.fixture

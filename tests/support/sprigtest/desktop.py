@@ -7,11 +7,13 @@ import re
 import shutil
 import subprocess
 import tempfile
+import time
 
 from sprigtest.home import SOURCE, need
-from sprigtest.screenreader import Area
-from sprigtest.waiting import output_of, wait_for
+from sprigtest.screenreader import Area, area_in_gtk4, wait_to_see, windows
+from sprigtest.waiting import output_of, settled, wait_for
 
+PICTURES = os.environ.get("SPRIG_SCREENSHOTS")
 FAILURES = pathlib.Path(os.environ.get("SPRIG_FAILURES", tempfile.gettempdir())).resolve()
 TOOLS = {"Xvfb": "xvfb", "dbus-daemon": "dbus-daemon", "openbox": "openbox", "xcompmgr": "xcompmgr",
          "xdotool": "xdotool", "wmctrl": "wmctrl", "xprop": "x11-utils", "xclip": "xclip", "pgrep": "procps"}
@@ -98,6 +100,18 @@ class Desktop:
         from PIL import ImageGrab
         return ImageGrab.grab(xdisplay=self.environment["DISPLAY"])
 
+    def picture(self, name, crop):
+        """Keeps what `crop` makes of the screen for the documents, if that is wanted."""
+        if PICTURES:
+            image = settled(self.screenshot, "the screen", between=lambda: time.sleep(0.2)).convert("RGB")
+            pathlib.Path(PICTURES).mkdir(parents=True, exist_ok=True)
+            crop(image).quantize(256).save(pathlib.Path(PICTURES, f"{name}.png"), optimize=True)
+
+    def complaints(self, pattern, begin=0):
+        """The lines that programs have said since so many bytes and that match a pattern."""
+        said = self.output.read_bytes()[begin:].decode(errors="replace")
+        return [line for line in said.splitlines() if re.search(pattern, line)]
+
     def keep(self, name):
         """Keeps what is on the screen and what was said, for whoever looks into a failure."""
         FAILURES.mkdir(parents=True, exist_ok=True)
@@ -140,6 +154,37 @@ class Desktop:
 
     def area(self, window):
         return self.areas(window)[window]
+
+    def windows_of(self, process, *options):
+        return output_of("xdotool", "search", "--onlyvisible", "--all", "--pid", str(process.pid), *options).split()
+
+
+class Gtk4Program:
+    """A program that has its windows drawn by GTK 4, and its user. `window` is the number of the one that is in front;
+    empty while there is none."""
+
+    def __init__(self, desktop, process):
+        self.desktop = desktop
+        self.process = process
+
+    def is_active(self):
+        return self.window and self.desktop.active_window() == self.window
+
+    def accessible(self):
+        """The window as a screen reader finds it."""
+        return wait_to_see(lambda: windows(self.process.pid), "the accessible window")[0]
+
+    def place(self, node):
+        """Where something in the window is on the screen."""
+        return area_in_gtk4(node, self.desktop.area(self.window), self.accessible())
+
+    def press(self, *keys):
+        self.desktop.press(*keys)
+        return self
+
+    def type(self, text):
+        self.desktop.type(text)
+        return self
 
 
 def keep_failures(item, report):
