@@ -80,7 +80,7 @@ if("dolphin" IN_LIST SPRIG_MANAGERS)
   endif()
   set(SPRIG_QT ${SPRIG_QT} PARENT_SCOPE)
   sprig_floor(filemanagers/dolphin
-    SOURCES ClickOrigin.cpp DolphinItems.cpp FileManagerObject.cpp occasionOf.cpp recordCreation.cpp selectInWindow.cpp
+    SOURCES ClickOrigin.cpp DolphinItems.cpp FileManagerObject.cpp menuRequestFor.cpp recordCreation.cpp selectInWindow.cpp
             sendPick.cpp
     FLOORS filemanagers_client wire)
   target_link_libraries(sprig_filemanagers_dolphin PUBLIC

@@ -12,7 +12,7 @@
 #include <set>
 
 #include "filemanagers/FakeExtension.h"
-#include "filemanagers/dolphin/occasionOf.h"
+#include "filemanagers/dolphin/menuRequestFor.h"
 #include "support/Eventually.h"
 
 namespace sprig::filemanagers {
@@ -93,7 +93,7 @@ KFileItem item(const char* url, const char* localPath = nullptr) {
   return {entry, QUrl(QString::fromUtf8(url))};
 }
 
-TEST(DolphinOccasions, TellTheFolderThatIsShownFromWhatIsSelected) {
+TEST(DolphinMenuRequests, TellTheFolderThatIsShownFromWhatIsSelected) {
   QWidget window;
   KUrlNavigator otherPane(nullptr, QUrl(QStringLiteral("file:///home/ann/demo/inner")), &window);
   KUrlNavigator pane(nullptr, QUrl(QStringLiteral("file:///home/ann/demo")), &window);
@@ -108,11 +108,11 @@ TEST(DolphinOccasions, TellTheFolderThatIsShownFromWhatIsSelected) {
       {"a folder in it", {item("file:///home/ann/demo/inner")}, Kind::items},
       {"two of them", {item("file:///home/ann/demo"), item("file:///home/ann/demo/inner")}, Kind::items},
   };
-  for (const auto& test : cases) EXPECT_EQ(occasionOf(test.items, &view).kind, test.kind) << test.what;
-  EXPECT_EQ(occasionOf(cases[0].items, nullptr).kind, Kind::items) << "nobody knows";
+  for (const auto& test : cases) EXPECT_EQ(menuRequestFor(test.items, &view).kind, test.kind) << test.what;
+  EXPECT_EQ(menuRequestFor(cases[0].items, nullptr).kind, Kind::items) << "nobody knows";
 }
 
-TEST(DolphinOccasions, HaveTargetsOnThisComputerOnly) {
+TEST(DolphinMenuRequests, HaveTargetsOnThisComputerOnly) {
   const struct {
     const char* what;
     KFileItemList items;
@@ -127,7 +127,7 @@ TEST(DolphinOccasions, HaveTargetsOnThisComputerOnly) {
       {"bytes that Qt has lost", {item("file:///no-such-%FF")}, {}},
   };
   for (const auto& test : cases)
-    EXPECT_EQ(occasionOf(test.items, nullptr).targets, test.targets) << test.what;
+    EXPECT_EQ(menuRequestFor(test.items, nullptr).targets, test.targets) << test.what;
 }
 
 }  // namespace

@@ -233,8 +233,8 @@ TEST_F(ExtensionClientTest, NoMenuIsKeptLikeAMenu) {
 TEST_F(ExtensionClientTest, APickIsToldWithAllThatBelongsToIt) {
   loadReady();
   const auto origin = [] { return ClickOrigin{"token", "x11:2a"}; };
-  MenuOccasion occasion{Kind::items, {"file:///home/ann/a%0Ab", "recent:///c"}, origin};
-  client->activate({"template:note", "Note"}, occasion);
+  MenuRequest request{Kind::items, {"file:///home/ann/a%0Ab", "recent:///c"}, origin};
+  client->activate({"template:note", "Note"}, request);
   EXPECT_TRUE(test::comesTrue([&] { return extension->calls("Activate") == 1; }));
   EXPECT_EQ(extension->lastCall("Activate"),
             "('template:note', 0, ['file:///home/ann/a%0Ab'], "

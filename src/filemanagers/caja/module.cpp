@@ -51,7 +51,7 @@ GList* fileItems(CajaMenuProvider* provider, GtkWidget* window, GList* files) {
   });
 }
 
-MenuOccasion occasionIn(GtkWidget* window, wire::Kind kind, CajaFileInfo* folder) {
+MenuRequest menuRequestIn(GtkWidget* window, wire::Kind kind, CajaFileInfo* folder) {
   GList files{folder, nullptr, nullptr};
   return {kind, urisOf<CajaMenus>(&files), clickOriginIn(window)};
 }
@@ -59,19 +59,19 @@ MenuOccasion occasionIn(GtkWidget* window, wire::Kind kind, CajaFileInfo* folder
 GList* backgroundItems(CajaMenuProvider* provider, GtkWidget* window, CajaFileInfo* folder) {
   return atBorder([&] {
     endOldMenuWidgets(provider);
-    return menuItems<CajaMenus>(provider, occasionIn(window, wire::Kind::background, folder), window);
+    return menuItems<CajaMenus>(provider, menuRequestIn(window, wire::Kind::background, folder), window);
   });
 }
 
 /// What the toolbar's button needs when it is clicked.
 struct ToolbarClick {
   std::shared_ptr<ExtensionClient> client;
-  MenuOccasion occasion;
+  MenuRequest request;
 };
 
 void toolbarClicked(CajaMenuItem* /*item*/, void* data) {
   const auto& click = *static_cast<const ToolbarClick*>(data);
-  atBorder([&] { popUpMenu(click.client, click.occasion); });
+  atBorder([&] { popUpMenu(click.client, click.request); });
 }
 
 void forgetToolbarClick(void* data, GClosure* /*closure*/) { delete static_cast<ToolbarClick*>(data); }
@@ -79,13 +79,13 @@ void forgetToolbarClick(void* data, GClosure* /*closure*/) { delete static_cast<
 /// One button: Caja draws nothing below it. The templates come up as a menu of our own.
 GList* toolbarItems(CajaMenuProvider* provider, GtkWidget* window, CajaFileInfo* folder) {
   return atBorder([&]() -> GList* {
-    auto occasion = occasionIn(window, wire::Kind::toolbar, folder);
+    auto request = menuRequestIn(window, wire::Kind::toolbar, folder);
     auto client = clientOf(provider);
-    const auto button = client ? client->toolbarButton(occasion.targets.front()) : std::nullopt;
+    const auto button = client ? client->toolbarButton(request.targets.front()) : std::nullopt;
     if (!button) return nullptr;
     auto* item = caja_menu_item_new("sprig-toolbar", button->name.c_str(), button->toolTip.c_str(),
                                     themedIcon(button->icon));
-    auto click = std::make_unique<ToolbarClick>(ToolbarClick{std::move(client), std::move(occasion)});
+    auto click = std::make_unique<ToolbarClick>(ToolbarClick{std::move(client), std::move(request)});
     g_signal_connect_data(item, "activate", G_CALLBACK(toolbarClicked), click.release(), forgetToolbarClick,
                           GConnectFlags(0));
     return g_list_prepend(nullptr, item);

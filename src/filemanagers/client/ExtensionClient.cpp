@@ -120,11 +120,11 @@ std::optional<ToolbarButton> ExtensionClient::toolbarButton(const std::string& f
   return properties.content->toolbarButton;
 }
 
-void ExtensionClient::activate(const PickedEntry& entry, const MenuOccasion& occasion) {
-  const auto origin = occasion.origin ? occasion.origin() : ClickOrigin{};
+void ExtensionClient::activate(const PickedEntry& entry, const MenuRequest& request) {
+  const auto origin = request.origin ? request.origin() : ClickOrigin{};
   auto* arguments =
-      g_variant_new("(su@as@a{sv})", entry.action.c_str(), static_cast<std::uint32_t>(occasion.kind),
-                    textsVariant(occasion.targets), platformData(entry, origin));
+      g_variant_new("(su@as@a{sv})", entry.action.c_str(), static_cast<std::uint32_t>(request.kind),
+                    textsVariant(request.targets), platformData(entry, origin));
   bus.ask(wire::interfaceName, "Activate", arguments, nullptr, [](GVariant* /*reply*/, const GError* error) {
     if (error) g_warning("Sprig did not take the pick: %s", error->message);
   });

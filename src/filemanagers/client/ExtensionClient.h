@@ -31,7 +31,7 @@ struct ToolbarButton {
 };
 
 /// What a menu was asked for, kept with its items until one is picked.
-struct MenuOccasion {
+struct MenuRequest {
   wire::Kind kind = wire::Kind::items;
   /// URIs: the folder, or the selected items.
   std::vector<std::string> targets;
@@ -87,7 +87,7 @@ class ExtensionClient {
   std::optional<ToolbarButton> toolbarButton(const std::string& folder);
 
   /// Tells the extension of a pick, without waiting for what comes of it.
-  void activate(const PickedEntry& entry, const MenuOccasion& occasion);
+  void activate(const PickedEntry& entry, const MenuRequest& request);
 
  private:
   using Time = std::chrono::microseconds;

@@ -38,7 +38,7 @@ void showEntry(void* item, const MenuEntry& entry, const char* icon);
 /// What an item does when it is picked; shared with the item, so that it can change while the item lives.
 struct Pick {
   std::shared_ptr<ExtensionClient> client;
-  std::shared_ptr<const MenuOccasion> occasion;
+  std::shared_ptr<const MenuRequest> request;
   PickedEntry entry;
 };
 
@@ -72,7 +72,7 @@ class LentMenu {
   using Submenu = typename Manager::Submenu;
 
   LentMenu(std::shared_ptr<ExtensionClient> extensionClient, wire::Kind menuKind)
-      : client(std::move(extensionClient)), occasion(std::make_shared<MenuOccasion>()), kind(menuKind) {}
+      : client(std::move(extensionClient)), request(std::make_shared<MenuRequest>()), kind(menuKind) {}
   ~LentMenu() { setHolder(nullptr); }
   LentMenu(const LentMenu&) = delete;
   LentMenu& operator=(const LentMenu&) = delete;
@@ -88,9 +88,9 @@ class LentMenu {
   }
 
   /// Hands the items of the menu out. The list and its references are the caller's.
-  GList* lend(const MenuEntries& wanted, MenuOccasion newOccasion, void* newHolder) {
+  GList* lend(const MenuEntries& wanted, MenuRequest newRequest, void* newHolder) {
     setHolder(static_cast<GObject*>(newHolder));
-    *occasion = std::move(newOccasion);
+    *request = std::move(newRequest);
     if (!shows(wanted)) show(wanted);
     GList* list = nullptr;
     for (auto part = top.rbegin(); part != top.rend(); ++part) {
@@ -156,7 +156,7 @@ class LentMenu {
     if (part.pick) {
       part.pick->entry = {entry.action, entry.title};
     } else {
-      part.pick = std::make_shared<Pick>(Pick{client, occasion, {entry.action, entry.title}});
+      part.pick = std::make_shared<Pick>(Pick{client, request, {entry.action, entry.title}});
       activateOnPick(part.item.get(), part.pick);
     }
     return part;
@@ -202,7 +202,7 @@ class LentMenu {
 
   std::shared_ptr<ExtensionClient> client;
   /// Of the last time that it was lent.
-  std::shared_ptr<MenuOccasion> occasion;
+  std::shared_ptr<MenuRequest> request;
   wire::Kind kind;
   MenuEntries entries;
   std::map<Name, Part> parts;
@@ -225,12 +225,12 @@ class MenuItems {
   /// What a manager gets when it asks for a menu. The list and its references are the caller's. `holder`, a
   /// GObject, is the window where the manager shows one menu of each kind at a time, for managers that never
   /// let go of items; null for others.
-  GList* itemsFor(MenuOccasion occasion, void* holder = nullptr) {
-    if (occasion.targets.empty()) return nullptr;
-    const auto entries = client->menu(occasion.kind, occasion.targets.front());
+  GList* itemsFor(MenuRequest request, void* holder = nullptr) {
+    if (request.targets.empty()) return nullptr;
+    const auto entries = client->menu(request.kind, request.targets.front());
     if (!entries) return nullptr;
-    auto& menu = menuFor(entries, occasion.kind, holder);
-    return menu.lend(entries, std::move(occasion), holder);
+    auto& menu = menuFor(entries, request.kind, holder);
+    return menu.lend(entries, std::move(request), holder);
   }
 
  private:
@@ -262,9 +262,9 @@ MenuItems<Manager>* itemsOf(void* provider) {
 
 /// What a provider answers to a manager that asks for a menu.
 template <typename Manager>
-GList* menuItems(void* provider, MenuOccasion occasion, void* holder = nullptr) {
+GList* menuItems(void* provider, MenuRequest request, void* holder = nullptr) {
   auto* items = itemsOf<Manager>(provider);
-  return items ? items->itemsFor(std::move(occasion), holder) : nullptr;
+  return items ? items->itemsFor(std::move(request), holder) : nullptr;
 }
 
 }  // namespace sprig::filemanagers

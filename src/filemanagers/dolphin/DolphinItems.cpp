@@ -15,7 +15,7 @@ namespace {
 
 /// What an item needs when it is picked.
 struct Source {
-  std::shared_ptr<const MenuOccasion> occasion;
+  std::shared_ptr<const MenuRequest> request;
   QPointer<QWidget> window;
 };
 
@@ -42,8 +42,8 @@ QAction* addItem(QMenu& menu, const MenuEntry& entry, const Source& source) {
   QObject::connect(
       item, &QAction::triggered, item, [source, picked = PickedEntry{entry.action, entry.title}] {
         atBorder([&] {
-          withClickOrigin(source.window, [occasion = source.occasion, picked](const ClickOrigin& origin) {
-            atBorder([&] { sendPick(picked, *occasion, origin); });
+          withClickOrigin(source.window, [request = source.request, picked](const ClickOrigin& origin) {
+            atBorder([&] { sendPick(picked, *request, origin); });
           });
         });
       });
@@ -84,13 +84,13 @@ DolphinItems::DolphinItems(GDBusConnection& connection)
 
 DolphinItems::~DolphinItems() { delete menu; }
 
-QList<QAction*> DolphinItems::itemsFor(MenuOccasion newOccasion, QWidget* window) {
+QList<QAction*> DolphinItems::itemsFor(MenuRequest newRequest, QWidget* window) {
   delete menu;
-  if (newOccasion.targets.empty()) return {};
-  occasion = std::make_shared<const MenuOccasion>(std::move(newOccasion));
+  if (newRequest.targets.empty()) return {};
+  request = std::make_shared<const MenuRequest>(std::move(newRequest));
   menu = new QMenu(window);
-  if (const auto entries = client.menu(occasion->kind, occasion->targets.front())) {
-    fill(*menu, *entries, {occasion, menu->parentWidget()});
+  if (const auto entries = client.menu(request->kind, request->targets.front())) {
+    fill(*menu, *entries, {request, menu->parentWidget()});
   } else {
     place = menu->addAction(QString());
     place->setVisible(false);
@@ -100,9 +100,9 @@ QList<QAction*> DolphinItems::itemsFor(MenuOccasion newOccasion, QWidget* window
 
 void DolphinItems::showLateItems() {
   if (!place) return;
-  const auto entries = client.menu(occasion->kind, occasion->targets.front());
+  const auto entries = client.menu(request->kind, request->targets.front());
   if (!entries) return;
-  fill(*menu, *entries, {occasion, menu->parentWidget()});
+  fill(*menu, *entries, {request, menu->parentWidget()});
   const auto items = menu->actions().mid(1);
   for (auto* widget : widgetsOf(*place)) {
     if (widget != menu) widget->insertActions(place, items);

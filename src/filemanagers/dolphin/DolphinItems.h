@@ -26,12 +26,12 @@ class DolphinItems {
 
   /// What Dolphin gets when it asks for a menu; invisible where there is no menu, or not yet. They belong to
   /// this and go with the next call, out of a menu that still shows them, too. `window` may be null.
-  QList<QAction*> itemsFor(MenuOccasion newOccasion, QWidget* window);
+  QList<QAction*> itemsFor(MenuRequest newRequest, QWidget* window);
 
  private:
   void showLateItems();
 
-  std::shared_ptr<const MenuOccasion> occasion;
+  std::shared_ptr<const MenuRequest> request;
   /// Holds the items, and is never shown itself. May go with its window.
   QPointer<QMenu> menu;
   /// Where late items belong; null when there are none to come.

@@ -8,7 +8,7 @@
 #include "filemanagers/client/AtBorder.h"
 #include "filemanagers/dolphin/DolphinItems.h"
 #include "filemanagers/dolphin/FileManagerObject.h"
-#include "filemanagers/dolphin/occasionOf.h"
+#include "filemanagers/dolphin/menuRequestFor.h"
 
 namespace sprig::filemanagers {
 
@@ -55,7 +55,7 @@ class DolphinPlugin : public KAbstractFileItemActionPlugin {
   QList<QAction*> actions(const KFileItemListProperties& selection, QWidget* window) override {
     return atBorder([&]() -> QList<QAction*> {
       if (!items) return {};
-      return items->itemsFor(occasionOf(selection, window), window);
+      return items->itemsFor(menuRequestFor(selection, window), window);
     });
   }
 

@@ -38,12 +38,12 @@ void answered(QDBusPendingCallWatcher* watcher) {
 
 }  // namespace
 
-void sendPick(const PickedEntry& entry, const MenuOccasion& occasion, const ClickOrigin& origin) {
+void sendPick(const PickedEntry& entry, const MenuRequest& request, const ClickOrigin& origin) {
   auto call = QDBusMessage::createMethodCall(
       QString::fromLatin1(wire::busName), QString::fromLatin1(wire::objectPath),
       QString::fromLatin1(wire::interfaceName), QStringLiteral("Activate"));
-  call << QString::fromStdString(entry.action) << static_cast<std::uint32_t>(occasion.kind)
-       << textsOf(occasion.targets) << platformData(entry, origin);
+  call << QString::fromStdString(entry.action) << static_cast<std::uint32_t>(request.kind)
+       << textsOf(request.targets) << platformData(entry, origin);
   const auto pending = QDBusConnection::sessionBus().asyncCall(call);
   auto* watcher = new QDBusPendingCallWatcher(pending, QCoreApplication::instance());
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, answered);

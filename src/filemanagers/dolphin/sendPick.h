@@ -11,6 +11,6 @@ namespace sprig::filemanagers {
 /// Tells the extension of a pick, without waiting for what comes of it. It goes out over Dolphin's own
 /// connection to the bus, as the extension asks the sender to show the new file. Failure: one line in the
 /// log.
-void sendPick(const PickedEntry& entry, const MenuOccasion& occasion, const ClickOrigin& origin);
+void sendPick(const PickedEntry& entry, const MenuRequest& request, const ClickOrigin& origin);
 
 }  // namespace sprig::filemanagers

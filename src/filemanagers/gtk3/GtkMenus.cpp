@@ -46,13 +46,13 @@ void closed(GtkMenuShell* menu, void* /*data*/) { g_idle_add(destroy, menu); }
 
 }  // namespace
 
-void popUpMenu(const std::shared_ptr<ExtensionClient>& client, const MenuOccasion& occasion) {
-  if (occasion.targets.empty()) return;
-  const auto entries = client->menu(occasion.kind, occasion.targets.front());
+void popUpMenu(const std::shared_ptr<ExtensionClient>& client, const MenuRequest& request) {
+  if (request.targets.empty()) return;
+  const auto entries = client->menu(request.kind, request.targets.front());
   if (!entries || entries->empty()) return;
   // A menu on its own belongs to GTK until it is destroyed.
   auto* menu = gtk_menu_new();
-  auto* items = LentMenu<GtkMenus>(client, occasion.kind).lend(entries, occasion, nullptr);
+  auto* items = LentMenu<GtkMenus>(client, request.kind).lend(entries, request, nullptr);
   for (auto* item = items; item; item = item->next) {
     GtkMenus::append(GTK_MENU(menu), static_cast<GtkMenuItem*>(item->data));
   }

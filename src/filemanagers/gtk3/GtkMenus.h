@@ -11,6 +11,6 @@ namespace sprig::filemanagers {
 
 /// Opens a menu of our own at the pointer, for a file manager that can only draw a button. Does nothing where
 /// there is no menu. Threads: main thread.
-void popUpMenu(const std::shared_ptr<ExtensionClient>& client, const MenuOccasion& occasion);
+void popUpMenu(const std::shared_ptr<ExtensionClient>& client, const MenuRequest& request);
 
 }  // namespace sprig::filemanagers

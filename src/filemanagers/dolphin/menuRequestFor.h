@@ -12,6 +12,6 @@ namespace sprig::filemanagers {
 /// What Dolphin asks for a menu for: the first items of a selection, or the folder that `window` shows. Of
 /// what is not on this computer there are no targets, nor is anything asked of a selection that begins with
 /// it. `window` may be null. Threads: main thread.
-MenuOccasion occasionOf(const KFileItemListProperties& selection, QWidget* window);
+MenuRequest menuRequestFor(const KFileItemListProperties& selection, QWidget* window);
 
 }  // namespace sprig::filemanagers

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "filemanagers/dolphin/occasionOf.h"
+#include "filemanagers/dolphin/menuRequestFor.h"
 
 #include <KFileItem>
 #include <KFileItemListProperties>
@@ -57,7 +57,7 @@ wire::Kind kindOf(const KFileItemList& items, QWidget* window) {
 
 }  // namespace
 
-MenuOccasion occasionOf(const KFileItemListProperties& selection, QWidget* window) {
+MenuRequest menuRequestFor(const KFileItemListProperties& selection, QWidget* window) {
   const auto items = selection.items();
   return {kindOf(items, window), targetsIn(items), {}};
 }
