@@ -7,9 +7,9 @@ extern "C" {
 #include <libcaja-extension/caja-menu-provider.h>
 }
 
-#include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/LocationUri.h"
 #include "filemanagers/client/MenuItems.h"
+#include "filemanagers/client/guardCallback.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/GtkMenus.h"
 #include "filemanagers/gtk3/ViewSelection.h"
@@ -44,7 +44,7 @@ wire::ObjectPointer<GObject> existingFile(const char* uri) {
 }
 
 GList* fileItems(CajaMenuProvider* provider, GtkWidget* window, GList* files) {
-  return atBorder([&] {
+  return guardCallback([&] {
     endOldMenuWidgets(provider);
     return menuItems<CajaMenus>(provider,
                                 {wire::Kind::items, urisOf<CajaMenus>(files), clickOriginIn(window)}, window);
@@ -57,7 +57,7 @@ MenuRequest menuRequestIn(GtkWidget* window, wire::Kind kind, CajaFileInfo* fold
 }
 
 GList* backgroundItems(CajaMenuProvider* provider, GtkWidget* window, CajaFileInfo* folder) {
-  return atBorder([&] {
+  return guardCallback([&] {
     endOldMenuWidgets(provider);
     return menuItems<CajaMenus>(provider, menuRequestIn(window, wire::Kind::background, folder), window);
   });
@@ -71,14 +71,14 @@ struct ToolbarClick {
 
 void toolbarClicked(CajaMenuItem* /*item*/, void* data) {
   const auto& click = *static_cast<const ToolbarClick*>(data);
-  atBorder([&] { popUpMenu(click.client, click.request); });
+  guardCallback([&] { popUpMenu(click.client, click.request); });
 }
 
 void forgetToolbarClick(void* data, GClosure* /*closure*/) { delete static_cast<ToolbarClick*>(data); }
 
 /// One button: Caja draws nothing below it. The templates come up as a menu of our own.
 GList* toolbarItems(CajaMenuProvider* provider, GtkWidget* window, CajaFileInfo* folder) {
-  return atBorder([&]() -> GList* {
+  return guardCallback([&]() -> GList* {
     auto request = menuRequestIn(window, wire::Kind::toolbar, folder);
     auto client = clientOf(provider);
     const auto button = client ? client->toolbarButton(request.targets.front()) : std::nullopt;

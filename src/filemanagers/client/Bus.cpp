@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 #include "wire/Interface.h"
 
 namespace sprig::filemanagers {
@@ -47,7 +47,7 @@ void menuChangedSignal(GDBusConnection* /*connection*/, const char* /*sender*/, 
   if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(t)"))) return;
   std::uint64_t revision = 0;
   g_variant_get(parameters, "(t)", &revision);
-  atBorder([&] { static_cast<Bus::News*>(data)->menuChanged(revision); });
+  guardCallback([&] { static_cast<Bus::News*>(data)->menuChanged(revision); });
 }
 
 // NOLINTNEXTLINE(readability-function-size): the same.
@@ -56,15 +56,15 @@ void propertiesChangedSignal(GDBusConnection* /*connection*/, const char* /*send
                              void* data) {
   if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sa{sv}as)"))) return;
   const VariantPointer values(g_variant_get_child_value(parameters, 1));
-  atBorder([&] { static_cast<Bus::News*>(data)->propertiesChanged(values.get()); });
+  guardCallback([&] { static_cast<Bus::News*>(data)->propertiesChanged(values.get()); });
 }
 
 void nameAppeared(GDBusConnection* /*connection*/, const char* /*name*/, const char* /*owner*/, void* data) {
-  atBorder(static_cast<Bus::News*>(data)->appeared);
+  guardCallback(static_cast<Bus::News*>(data)->appeared);
 }
 
 void nameVanished(GDBusConnection* /*connection*/, const char* /*name*/, void* data) {
-  atBorder(static_cast<Bus::News*>(data)->vanished);
+  guardCallback(static_cast<Bus::News*>(data)->vanished);
 }
 
 }  // namespace
@@ -99,7 +99,7 @@ void Bus::connected(GObject* /*source*/, GAsyncResult* result, void* data) {
   const ErrorPointer failure(error);
   if (g_cancellable_is_cancelled(opening->lifetime.get())) return;
   if (opened) {
-    atBorder([&] { opening->bus->use(opened.get()); });
+    guardCallback([&] { opening->bus->use(opened.get()); });
   } else {
     g_warning("There is no session bus to ask for Sprig's menus: %s", error->message);
   }
@@ -151,7 +151,7 @@ void Bus::answered(GObject* source, GAsyncResult* result, void* data) {
   const VariantPointer reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error));
   const ErrorPointer failure(error);
   if (g_cancellable_is_cancelled(question->lifetime.get())) return;
-  atBorder([&] { question->answer(reply.get(), error); });
+  guardCallback([&] { question->answer(reply.get(), error); });
 }
 
 VariantPointer Bus::askNow(const char* interface, const char* method, GVariant* arguments,

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 #include "wire/FileUri.h"
 
 namespace sprig::filemanagers {
@@ -208,7 +208,7 @@ gboolean ExtensionClient::askAgain(void* self) noexcept {
   auto& client = *static_cast<ExtensionClient*>(self);
   client.retry = 0;
   client.askAgainAt = Time(0);
-  atBorder([&] {
+  guardCallback([&] {
     if (!client.properties.content) client.fetchProperties();
     client.fetchMissingMenus();
   });

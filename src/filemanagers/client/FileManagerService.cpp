@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 #include "wire/Interface.h"
 #include "wire/InterfaceXml.h"
 
@@ -61,7 +61,7 @@ class FileManagerService::Request {
   static gboolean looked(void* self) noexcept {
     auto& request = *static_cast<Request*>(self);
     request.look = 0;
-    atBorder([&] {
+    guardCallback([&] {
       request.state = request.selection->attempt();
       if (request.state != State::notYet) request.service.remove(&request);
     });
@@ -104,7 +104,7 @@ void FileManagerService::methodCalled(GDBusConnection* /*connection*/, const cha
                                       GVariant* parameters, GDBusMethodInvocation* invocation,
                                       void* self) noexcept {
   if (std::string_view(method) != "Select") return answer(invocation, false);
-  atBorder([&] { static_cast<FileManagerService*>(self)->select(parameters, invocation); });
+  guardCallback([&] { static_cast<FileManagerService*>(self)->select(parameters, invocation); });
 }
 
 void FileManagerService::select(GVariant* parameters, GDBusMethodInvocation* invocation) {

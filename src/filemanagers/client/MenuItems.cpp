@@ -2,7 +2,7 @@
 
 #include "filemanagers/client/MenuItems.h"
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 
 namespace sprig::filemanagers {
 
@@ -13,7 +13,7 @@ using SharedPick = std::shared_ptr<const Pick>;
 void picked(GObject* /*item*/, void* data) {
   // The item, and what it holds, may go meanwhile.
   const auto pick = *static_cast<const SharedPick*>(data);
-  atBorder([&] { pick->client->activate(pick->entry, *pick->request); });
+  guardCallback([&] { pick->client->activate(pick->entry, *pick->request); });
 }
 
 void forget(void* data, GClosure* /*closure*/) { delete static_cast<SharedPick*>(data); }

@@ -2,7 +2,7 @@
 
 #include "filemanagers/client/ProviderType.h"
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 
 namespace sprig::filemanagers {
 
@@ -21,7 +21,7 @@ GObjectClass* parentClass() { return static_cast<GObjectClass*>(g_type_class_pee
 
 void finalize(GObject* object) {
   auto* provider = reinterpret_cast<Provider*>(object);
-  atBorder([&] { delete provider->client; });
+  guardCallback([&] { delete provider->client; });
   parentClass()->finalize(object);
 }
 
@@ -31,7 +31,7 @@ void initializeClass(void* objectClass, void* /*type*/) {
 
 void initialize(GTypeInstance* instance, void* /*objectClass*/) {
   auto* provider = reinterpret_cast<Provider*>(instance);
-  atBorder([&] {
+  guardCallback([&] {
     const auto& type = *static_cast<const ProviderType*>(
         g_type_get_qdata(G_TYPE_FROM_INSTANCE(instance), providerTypeKey()));
     ExtensionClient::Settings settings;

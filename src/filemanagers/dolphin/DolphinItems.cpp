@@ -5,7 +5,7 @@
 #include <QIcon>
 #include <utility>
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 #include "filemanagers/dolphin/ClickOrigin.h"
 #include "filemanagers/dolphin/sendPick.h"
 
@@ -41,9 +41,9 @@ QAction* addItem(QMenu& menu, const MenuEntry& entry, const Source& source) {
   if (entry.action.empty()) return item;
   QObject::connect(
       item, &QAction::triggered, item, [source, picked = PickedEntry{entry.action, entry.title}] {
-        atBorder([&] {
+        guardCallback([&] {
           withClickOrigin(source.window, [request = source.request, picked](const ClickOrigin& origin) {
-            atBorder([&] { sendPick(picked, *request, origin); });
+            guardCallback([&] { sendPick(picked, *request, origin); });
           });
         });
       });

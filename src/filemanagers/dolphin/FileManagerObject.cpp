@@ -9,7 +9,7 @@
 #include <QUrl>
 #include <optional>
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 #include "filemanagers/dolphin/recordCreation.h"
 #include "filemanagers/dolphin/selectInWindow.h"
 #include "wire/FileUri.h"
@@ -41,7 +41,7 @@ void FileManagerObject::exportOnce() {
 QString FileManagerObject::introspect(const QString& /*path*/) const { return {}; }
 
 bool FileManagerObject::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
-  return atBorder([&] {
+  return guardCallback([&] {
     if (message.interface() != QLatin1String(wire::fileManagerInterface)) return false;
     const auto arguments = message.arguments();
     const auto answer = [message, connection](bool result) { connection.send(message.createReply(result)); };

@@ -5,7 +5,7 @@
 #include <QAbstractEventDispatcher>
 #include <QAction>
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 #include "filemanagers/dolphin/DolphinItems.h"
 #include "filemanagers/dolphin/FileManagerObject.h"
 #include "filemanagers/dolphin/menuRequestFor.h"
@@ -41,7 +41,7 @@ class DolphinPlugin : public KAbstractFileItemActionPlugin {
  public:
   explicit DolphinPlugin(QObject* parent, const QVariantList& /*arguments*/)
       : KAbstractFileItemActionPlugin(parent) {
-    atBorder([&] {
+    guardCallback([&] {
       const auto bus = runsMainLoopOfGLib() ? openBus() : nullptr;
       if (bus) {
         items = std::make_unique<DolphinItems>(*bus);
@@ -53,7 +53,7 @@ class DolphinPlugin : public KAbstractFileItemActionPlugin {
   }
 
   QList<QAction*> actions(const KFileItemListProperties& selection, QWidget* window) override {
-    return atBorder([&]() -> QList<QAction*> {
+    return guardCallback([&]() -> QList<QAction*> {
       if (!items) return {};
       return items->itemsFor(menuRequestFor(selection, window), window);
     });

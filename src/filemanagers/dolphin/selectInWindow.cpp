@@ -13,7 +13,7 @@
 #include <chrono>
 #include <utility>
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 
 namespace sprig::filemanagers {
 
@@ -93,7 +93,7 @@ class AwaitedSelection : public QObject {
     timer.start(patience);
   }
   ~AwaitedSelection() override {
-    if (answer) atBorder([this] { answer(false); });
+    if (answer) guardCallback([this] { answer(false); });
   }
   AwaitedSelection(const AwaitedSelection&) = delete;
   AwaitedSelection& operator=(const AwaitedSelection&) = delete;
@@ -105,7 +105,7 @@ class AwaitedSelection : public QObject {
 
  private:
   void end(bool isSelected) {
-    if (const auto call = std::exchange(answer, {})) atBorder([&] { call(isSelected); });
+    if (const auto call = std::exchange(answer, {})) guardCallback([&] { call(isSelected); });
     deleteLater();
   }
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <utility>
 
-#include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/LocationUri.h"
+#include "filemanagers/client/guardCallback.h"
 #include "filemanagers/gtk3/GtkViews.h"
 #include "wire/FileUri.h"
 #include "wire/Pointers.h"
@@ -175,7 +175,7 @@ void NewIcon::childAdded(AtkObject* /*parent*/, guint /*index*/, void* child, vo
 }
 
 void NewIcon::iconAdded(GtkWidget* /*widget*/, void* file, void* self) noexcept {
-  atBorder([&] {
+  guardCallback([&] {
     auto& icons = *static_cast<NewIcon*>(self);
     const auto wanted = icons.objects.lookUp(icons.uri.c_str());
     if (!wanted || wanted.get() != file || !icons.lastChild) return icons.awaitOthers();
@@ -193,7 +193,7 @@ void NewIcon::awaitOthers() {
 gboolean NewIcon::allAdded(void* self) noexcept {
   auto& icons = *static_cast<NewIcon*>(self);
   icons.others = 0;
-  atBorder(icons.tell);
+  guardCallback(icons.tell);
   return G_SOURCE_REMOVE;
 }
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <utility>
 
-#include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/LocationUri.h"
+#include "filemanagers/client/guardCallback.h"
 #include "filemanagers/gtk3/GtkViews.h"
 #include "filemanagers/gtk3/IconContainer.h"
 #include "filemanagers/gtk3/WindowFacts.h"
@@ -51,7 +51,8 @@ class RowSearch {
 
  private:
   static gboolean look(GtkTreeModel* model, GtkTreePath* path, GtkTreeIter* row, void* self) noexcept {
-    return atBorder([&] { return static_cast<RowSearch*>(self)->lookAt(model, path, row); }) ? TRUE : FALSE;
+    return guardCallback([&] { return static_cast<RowSearch*>(self)->lookAt(model, path, row); }) ? TRUE
+                                                                                                  : FALSE;
   }
 
   bool lookAt(GtkTreeModel* model, GtkTreePath* rowPath, GtkTreeIter* row) {
@@ -227,7 +228,7 @@ class ViewSelection final : public FileSelection {
     return State::notYet;
   }
 
-  static void rowsChanged(ViewSelection* self) noexcept { atBorder(self->changed); }
+  static void rowsChanged(ViewSelection* self) noexcept { guardCallback(self->changed); }
 
   void forgetRows() {
     if (awaited) g_signal_handlers_disconnect_by_data(awaited.get(), this);

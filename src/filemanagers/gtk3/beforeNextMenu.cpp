@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "filemanagers/client/AtBorder.h"
+#include "filemanagers/client/guardCallback.h"
 
 namespace sprig::filemanagers {
 
@@ -49,7 +49,7 @@ gboolean happens(GSignalInvocationHint* /*hint*/, guint /*count*/, const GValue*
   if (!opensMenu(event) || GTK_IS_MENU_SHELL(gtk_grab_get_current())) return TRUE;
   const auto& pending = *static_cast<const PendingCall*>(data);
   g_object_set_data(pending.object, pendingKey, nullptr);
-  atBorder([&] { pending.call(pending.object); });
+  guardCallback([&] { pending.call(pending.object); });
   return FALSE;
 }
 

@@ -10,8 +10,8 @@ extern "C" {
 #include <utility>
 #include <vector>
 
-#include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/MenuItems.h"
+#include "filemanagers/client/guardCallback.h"
 #include "filemanagers/gtk4/ClickOrigin.h"
 
 namespace sprig::filemanagers {
@@ -68,7 +68,7 @@ struct NautilusMenus : MenuTraits {
 };
 
 GList* itemsFor(NautilusMenuProvider* provider, wire::Kind kind, GList* files) {
-  return atBorder([&] {
+  return guardCallback([&] {
     prepareClicksInActiveWindow();
     return menuItems<NautilusMenus>(provider,
                                     {kind, urisOf<NautilusMenus>(files), clickOriginInActiveWindow});

@@ -8,9 +8,9 @@ extern "C" {
 #include <libnemo-extension/nemo-name-and-desc-provider.h>
 }
 
-#include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/LocationUri.h"
 #include "filemanagers/client/MenuItems.h"
+#include "filemanagers/client/guardCallback.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/ViewSelection.h"
 #include "filemanagers/gtk3/beforeNextMenu.h"
@@ -51,7 +51,7 @@ wire::ObjectPointer<GObject> existingFile(const char* uri) {
 }
 
 GList* fileItems(NemoMenuProvider* provider, GtkWidget* window, GList* files) {
-  return atBorder([&] {
+  return guardCallback([&] {
     endOldMenuWidgets(provider);
     return menuItems<NemoMenus>(provider,
                                 {wire::Kind::items, urisOf<NemoMenus>(files), clickOriginIn(window)}, window);
@@ -59,7 +59,7 @@ GList* fileItems(NemoMenuProvider* provider, GtkWidget* window, GList* files) {
 }
 
 GList* backgroundItems(NemoMenuProvider* provider, GtkWidget* window, NemoFileInfo* folder) {
-  return atBorder([&] {
+  return guardCallback([&] {
     endOldMenuWidgets(provider);
     GList files{folder, nullptr, nullptr};
     return menuItems<NemoMenus>(

@@ -6,8 +6,8 @@
 #include <array>
 #include <string_view>
 
-#include "filemanagers/client/AtBorder.h"
 #include "filemanagers/client/ProviderType.h"
+#include "filemanagers/client/guardCallback.h"
 #include "filemanagers/gtk3/ClickOrigin.h"
 #include "filemanagers/gtk3/ViewSelection.h"
 #include "filemanagers/thunar/ThunarMenus.h"
@@ -46,7 +46,7 @@ GList* itemsFor(ThunarxMenuProvider* provider, GtkWidget* window, wire::Kind kin
 }
 
 GList* fileItems(ThunarxMenuProvider* provider, GtkWidget* window, GList* files) {
-  return atBorder([&]() -> GList* {
+  return guardCallback([&]() -> GList* {
     const EventPointer event(gtk_get_current_event());
     if (isOtherKey(event.get())) return nullptr;
     return itemsFor(provider, window, isInSidePane(event.get()) ? wire::Kind::sidebar : wire::Kind::items,
@@ -55,7 +55,7 @@ GList* fileItems(ThunarxMenuProvider* provider, GtkWidget* window, GList* files)
 }
 
 GList* folderItems(ThunarxMenuProvider* provider, GtkWidget* window, ThunarxFileInfo* folder) {
-  return atBorder([&]() -> GList* {
+  return guardCallback([&]() -> GList* {
     const EventPointer event(gtk_get_current_event());
     if (isOtherKey(event.get())) return nullptr;
     GList files{folder, nullptr, nullptr};

@@ -11,7 +11,7 @@ namespace sprig::filemanagers {
 /// Runs what a C caller has asked for. No exception may cross into it: in place of one there is a line in the
 /// log and an empty result.
 template <typename Work>
-auto atBorder(const Work& work) noexcept -> decltype(work()) {
+auto guardCallback(const Work& work) noexcept -> decltype(work()) {
   try {
     return work();
   } catch (const std::exception& fault) {
