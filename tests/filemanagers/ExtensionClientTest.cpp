@@ -45,7 +45,7 @@ class ExtensionClientTest : public testing::Test {
     settings.kinds = {Kind::items, Kind::background, Kind::toolbar};
     settings.menusUpdated = [this] { ++updates; };
     settings.connection = connection.get();
-    settings.pause = pauseAfterFailure;
+    settings.retryDelay = retryDelay;
     settings.now = [this] { return g_get_monotonic_time() + std::chrono::microseconds(later).count(); };
     client = std::make_unique<ExtensionClient>(std::move(settings));
   }
@@ -76,7 +76,7 @@ class ExtensionClientTest : public testing::Test {
   wire::ObjectPointer<GDBusConnection> connection = bus.connect();
   std::unique_ptr<FakeExtension> extension;
   std::chrono::milliseconds later{0};
-  std::chrono::milliseconds pauseAfterFailure{1000};
+  std::chrono::milliseconds retryDelay{1000};
   int updates = 0;
   int warnings = 0;
   std::unique_ptr<ExtensionClient> client;
@@ -167,7 +167,7 @@ TEST_F(ExtensionClientTest, ADeadExtensionCostsNoPauseAndItsSuccessorIsUsed) {
 }
 
 TEST_F(ExtensionClientTest, AnExtensionThatHasRefusedIsAskedAgainAfterAWhile) {
-  pauseAfterFailure = 20ms;
+  retryDelay = 20ms;
   start(menuA, Conduct::isSilent);
   load();
   EXPECT_EQ(title(), "(none)");

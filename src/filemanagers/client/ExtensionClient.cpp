@@ -77,7 +77,7 @@ std::optional<ServedFolders> servedFoldersIn(GVariant* values) {
 
 ExtensionClient::ExtensionClient(Settings chosen)
     : settings(std::move(chosen)),
-      retryPause(settings.pause),
+      nextRetryDelay(settings.retryDelay),
       bus(settings.connection, {[this] { appeared(); },
                                 [this] {
                                   for (auto& [kind, slot] : menus) slot.content.reset();
@@ -185,10 +185,10 @@ void ExtensionClient::fetchMenu(Kind kind) {
 void ExtensionClient::answered(const std::string& fault) {
   if (fault.empty()) {
     hasWarned = false;
-    retryPause = settings.pause;
+    nextRetryDelay = settings.retryDelay;
   } else {
     failed(fault);
-    askAgainAt = now() + settings.pause;
+    askAgainAt = now() + settings.retryDelay;
     askAgainLater();
   }
   const bool isMoreDue = properties.askedAt || std::any_of(menus.begin(), menus.end(), [](const auto& entry) {
@@ -200,8 +200,8 @@ void ExtensionClient::answered(const std::string& fault) {
 
 void ExtensionClient::askAgainLater() {
   if (retry != 0 || !wasAsked) return;
-  retry = g_timeout_add(static_cast<guint>(retryPause.count()), askAgain, this);
-  retryPause = std::min(2 * retryPause, settings.longestPause);
+  retry = g_timeout_add(static_cast<guint>(nextRetryDelay.count()), askAgain, this);
+  nextRetryDelay = std::min(2 * nextRetryDelay, settings.longestRetryDelay);
 }
 
 gboolean ExtensionClient::askAgain(void* self) noexcept {
@@ -218,13 +218,13 @@ gboolean ExtensionClient::askAgain(void* self) noexcept {
 std::optional<ExtensionClient::Time> ExtensionClient::endOfWait() const {
   const auto begin = now();
   const auto isOverdue = [&](const std::optional<Time>& askedAt) {
-    return askedAt && begin - *askedAt > settings.patience;
+    return askedAt && begin - *askedAt > settings.syncTimeout;
   };
   const bool isSilent = isOverdue(properties.askedAt) ||
                         std::any_of(menus.begin(), menus.end(),
                                     [&](const auto& entry) { return isOverdue(entry.second.askedAt); });
-  if (!bus.isConnected() || isSilent || begin < patientAgainAt) return std::nullopt;
-  return begin + settings.patience;
+  if (!bus.isConnected() || isSilent || begin < cooldownEndsAt) return std::nullopt;
+  return begin + settings.syncTimeout;
 }
 
 bool ExtensionClient::serves(const std::string& target, std::optional<Time> end) {
@@ -261,7 +261,7 @@ VariantPointer ExtensionClient::askNow(const char* interface, const char* method
   if (failure) {
     failed(failure->message);
     // One that is only late gets asked again at once, in the background.
-    if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT)) askAgainAt = now() + settings.pause;
+    if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT)) askAgainAt = now() + settings.retryDelay;
   }
   return reply;
 }
@@ -297,7 +297,7 @@ std::string ExtensionClient::takeMenu(Kind kind, GVariant* reply) {
 }
 
 void ExtensionClient::failed(const std::string& reason) {
-  patientAgainAt = now() + settings.recovery;
+  cooldownEndsAt = now() + settings.cooldown;
   if (!std::exchange(hasWarned, true)) g_warning("Sprig gives no menus: %s", reason.c_str());
 }
 

@@ -59,14 +59,14 @@ class ExtensionClient {
     /// Null for the file manager's own one.
     GDBusConnection* connection = nullptr;
     /// How long the file manager may be kept waiting.
-    std::chrono::milliseconds patience{150};
+    std::chrono::milliseconds syncTimeout{150};
     /// For how long it is not kept waiting again after the extension has failed.
-    std::chrono::milliseconds recovery{5000};
+    std::chrono::milliseconds cooldown{5000};
     /// After a failure, how long nothing is asked in the background. Then it is, if menus are wanted, as most
     /// file managers do not ask again by themselves; and after each failure in a row only after twice the
     /// time.
-    std::chrono::milliseconds pause{1000};
-    std::chrono::milliseconds longestPause{std::chrono::minutes(5)};
+    std::chrono::milliseconds retryDelay{1000};
+    std::chrono::milliseconds longestRetryDelay{std::chrono::minutes(5)};
     /// Microseconds of a clock that only goes forward.
     std::function<std::int64_t()> now = g_get_monotonic_time;
   };
@@ -148,12 +148,12 @@ class ExtensionClient {
   Slot<Properties> properties;
   std::map<wire::Kind, MenuSlot> menus;
   /// Before that, no waiting.
-  Time patientAgainAt{0};
+  Time cooldownEndsAt{0};
   /// Before that, nothing is asked in the background.
   Time askAgainAt{0};
   /// The timer that asks again; 0 when none runs.
   guint retry = 0;
-  std::chrono::milliseconds retryPause;
+  std::chrono::milliseconds nextRetryDelay;
   bool hasWarned = false;
   /// Whether anybody may hold a menu, or wait for one.
   bool wasAsked = false;
