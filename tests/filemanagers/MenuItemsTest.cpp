@@ -63,14 +63,14 @@ TEST(MenuEntries, StandAsTheRowsSayWithoutWhatShowsNothing) {
 TEST(MenuEntries, HaveNoMnemonicsWhateverMarksThem) {
   MenuEntry entry;
   entry.title = "R&D_notes && __ 日本";
-  EXPECT_EQ(labelOf(entry, '_'), "R&D__notes && ____ 日本");
-  EXPECT_EQ(labelOf(entry, '&'), "R&&D_notes &&&& __ 日本");
+  EXPECT_EQ(escapeMnemonics(entry, '_'), "R&D__notes && ____ 日本");
+  EXPECT_EQ(escapeMnemonics(entry, '&'), "R&&D_notes &&&& __ 日本");
   entry.title = std::string(50, 'a') + "_" + std::string(50, 'b');
-  EXPECT_EQ(labelOf(entry, '_'), std::string(39, 'a') + "…" + std::string(20, 'b'))
+  EXPECT_EQ(escapeMnemonics(entry, '_'), std::string(39, 'a') + "…" + std::string(20, 'b'))
       << "no wider than it need be";
   entry.title = "日e";
   for (int mark = 0; mark < 30'000; ++mark) entry.title += "\u0301";
-  EXPECT_LT(labelOf(entry, '_').size(), 200U);
+  EXPECT_LT(escapeMnemonics(entry, '_').size(), 200U);
 }
 
 TEST(MenuEntries, HaveADocumentForAnIconThatTheThemeDoesNotHave) {

@@ -96,7 +96,7 @@ class Assembly {
 
 }  // namespace
 
-std::string labelOf(const MenuEntry& entry, char mark) {
+std::string escapeMnemonics(const MenuEntry& entry, char mark) {
   constexpr std::size_t maxCharacters = 60;
   std::string label;
   for (const char character : wire::shortened(entry.title, maxCharacters)) {

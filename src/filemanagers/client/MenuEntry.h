@@ -42,7 +42,7 @@ using MenuEntries = std::shared_ptr<const std::vector<MenuEntry>>;
 /// What to label an entry with where `mark`, in a label, stands before the letter that is a mnemonic. A title
 /// has none, so each mark in it is doubled. A long title is cut in the middle: as wide as it is, so wide is
 /// the whole menu.
-std::string labelOf(const MenuEntry& entry, char mark);
+std::string escapeMnemonics(const MenuEntry& entry, char mark);
 
 /// The menu that rows describe. Leaves out separators that separate nothing and submenus without entries.
 ///

@@ -21,7 +21,7 @@ void forget(void* data, GClosure* /*closure*/) { delete static_cast<SharedPick*>
 }  // namespace
 
 void showEntry(void* item, const MenuEntry& entry, const char* icon) {
-  g_object_set(item, "label", gtkLabelOf(entry).c_str(), "icon", icon, "sensitive",
+  g_object_set(item, "label", gtkLabel(entry).c_str(), "icon", icon, "sensitive",
                entry.isEnabled ? TRUE : FALSE, nullptr);
 }
 

@@ -30,7 +30,7 @@ std::vector<std::string> urisOf(GList* files) {
 }
 
 /// What to label an entry with: all of these managers draw their labels as GTK does.
-inline std::string gtkLabelOf(const MenuEntry& entry) { return labelOf(entry, '_'); }
+inline std::string gtkLabel(const MenuEntry& entry) { return escapeMnemonics(entry, '_'); }
 
 /// Sets what all managers' items have properties of the same names for. Null for no icon.
 void showEntry(void* item, const MenuEntry& entry, const char* icon);

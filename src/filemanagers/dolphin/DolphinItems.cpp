@@ -21,7 +21,7 @@ struct Source {
 
 /// A tab would begin the text of a shortcut.
 QString qtLabelOf(const MenuEntry& entry) {
-  return QString::fromStdString(labelOf(entry, '&')).replace(QLatin1Char('\t'), QLatin1Char(' '));
+  return QString::fromStdString(escapeMnemonics(entry, '&')).replace(QLatin1Char('\t'), QLatin1Char(' '));
 }
 
 QIcon iconOf(const MenuEntry& entry) {

@@ -24,7 +24,7 @@ struct GtkMenus : MenuTraits {
   }
   static void show(Item* item, const MenuEntry& entry) {
     if (entry.type == MenuEntry::Type::separator) return;
-    gtk_menu_item_set_label(item, gtkLabelOf(entry).c_str());
+    gtk_menu_item_set_label(item, gtkLabel(entry).c_str());
     gtk_widget_set_sensitive(GTK_WIDGET(item), entry.isEnabled ? TRUE : FALSE);
   }
   static Submenu* newSubmenu() { return GTK_MENU(g_object_ref_sink(gtk_menu_new())); }
