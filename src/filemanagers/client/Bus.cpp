@@ -47,7 +47,7 @@ void menuChangedSignal(GDBusConnection* /*connection*/, const char* /*sender*/, 
   if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(t)"))) return;
   std::uint64_t revision = 0;
   g_variant_get(parameters, "(t)", &revision);
-  guardCallback([&] { static_cast<Bus::News*>(data)->menuChanged(revision); });
+  guardCallback([&] { static_cast<Bus::Callbacks*>(data)->menuChanged(revision); });
 }
 
 // NOLINTNEXTLINE(readability-function-size): the same.
@@ -56,21 +56,21 @@ void propertiesChangedSignal(GDBusConnection* /*connection*/, const char* /*send
                              void* data) {
   if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sa{sv}as)"))) return;
   const VariantPointer values(g_variant_get_child_value(parameters, 1));
-  guardCallback([&] { static_cast<Bus::News*>(data)->propertiesChanged(values.get()); });
+  guardCallback([&] { static_cast<Bus::Callbacks*>(data)->propertiesChanged(values.get()); });
 }
 
 void nameAppeared(GDBusConnection* /*connection*/, const char* /*name*/, const char* /*owner*/, void* data) {
-  guardCallback(static_cast<Bus::News*>(data)->appeared);
+  guardCallback(static_cast<Bus::Callbacks*>(data)->appeared);
 }
 
 void nameVanished(GDBusConnection* /*connection*/, const char* /*name*/, void* data) {
-  guardCallback(static_cast<Bus::News*>(data)->vanished);
+  guardCallback(static_cast<Bus::Callbacks*>(data)->vanished);
 }
 
 }  // namespace
 
-Bus::Bus(GDBusConnection* given, News newsReceiver)
-    : news(std::move(newsReceiver)), lifetime(g_cancellable_new()) {
+Bus::Bus(GDBusConnection* given, Callbacks receiver)
+    : callbacks(std::move(receiver)), lifetime(g_cancellable_new()) {
   auto* existing = given ? given : connectionOfApplication();
   if (existing) {
     use(existing);
@@ -107,7 +107,7 @@ void Bus::connected(GObject* /*source*/, GAsyncResult* result, void* data) {
 
 void Bus::use(GDBusConnection* newConnection) {
   connection = another(newConnection);
-  if (news.connected) news.connected(*newConnection);
+  if (callbacks.connected) callbacks.connected(*newConnection);
   listen();
   for (auto& question : std::exchange(waiting, {})) send(std::move(question));
 }
@@ -115,13 +115,13 @@ void Bus::use(GDBusConnection* newConnection) {
 void Bus::listen() {
   menuSubscription = g_dbus_connection_signal_subscribe(
       connection.get(), wire::busName, wire::interfaceName, "MenuChanged", wire::objectPath, nullptr,
-      G_DBUS_SIGNAL_FLAGS_NONE, menuChangedSignal, &news, nullptr);
-  propertiesSubscription =
-      g_dbus_connection_signal_subscribe(connection.get(), wire::busName, "org.freedesktop.DBus.Properties",
-                                         "PropertiesChanged", wire::objectPath, wire::interfaceName,
-                                         G_DBUS_SIGNAL_FLAGS_NONE, propertiesChangedSignal, &news, nullptr);
+      G_DBUS_SIGNAL_FLAGS_NONE, menuChangedSignal, &callbacks, nullptr);
+  propertiesSubscription = g_dbus_connection_signal_subscribe(
+      connection.get(), wire::busName, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+      wire::objectPath, wire::interfaceName, G_DBUS_SIGNAL_FLAGS_NONE, propertiesChangedSignal, &callbacks,
+      nullptr);
   watch = g_bus_watch_name_on_connection(connection.get(), wire::busName, G_BUS_NAME_WATCHER_FLAGS_NONE,
-                                         nameAppeared, nameVanished, &news, nullptr);
+                                         nameAppeared, nameVanished, &callbacks, nullptr);
 }
 
 void Bus::ask(const char* interface, const char* method, GVariant* arguments, const char* replyType,

@@ -24,7 +24,7 @@ namespace sprig::filemanagers {
 /// lives.
 class Bus {
  public:
-  struct News {
+  struct Callbacks {
     /// The extension is there, maybe another process than before.
     std::function<void()> appeared;
     std::function<void()> vanished;
@@ -39,7 +39,7 @@ class Bus {
   using Answer = std::function<void(GVariant* reply, const GError* error)>;
 
   /// Without a connection given, the file manager's own one; opening that never blocks.
-  Bus(GDBusConnection* given, News newsReceiver);
+  Bus(GDBusConnection* given, Callbacks receiver);
   ~Bus();
   Bus(const Bus&) = delete;
   Bus& operator=(const Bus&) = delete;
@@ -68,7 +68,7 @@ class Bus {
   static void connected(GObject* source, GAsyncResult* result, void* data);
   static void answered(GObject* source, GAsyncResult* result, void* data);
 
-  News news;
+  Callbacks callbacks;
   wire::ObjectPointer<GDBusConnection> connection;
   /// Cancelled when this goes.
   wire::ObjectPointer<GCancellable> lifetime;
