@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The modules that file managers load, for those of SPRIG_MANAGERS. Each needs the development package of its own file
 # manager only, and stands in a folder of its own, so that one can be put in the place of a manager's folder of modules.
-sprig_floor(filemanagers/client
+sprig_layer(filemanagers/client
   SOURCES Bus.cpp ClickOrigin.cpp ExtensionClient.cpp FileManagerService.cpp LocationUri.cpp MenuEntry.cpp MenuItems.cpp
           ProviderType.cpp ServedFolders.cpp
-  FLOORS wire)
+  LAYERS wire)
 
 # What goes into modules.
 function(sprig_module_parts)
@@ -33,17 +33,17 @@ endfunction()
 # What the modules of GTK 3 share.
 if("thunar" IN_LIST SPRIG_MANAGERS OR "caja" IN_LIST SPRIG_MANAGERS OR "nemo" IN_LIST SPRIG_MANAGERS)
   pkg_check_modules(GTK3 REQUIRED IMPORTED_TARGET GLOBAL gtk+-3.0 gtk+-x11-3.0)
-  sprig_floor(filemanagers/gtk3
+  sprig_layer(filemanagers/gtk3
     SOURCES ClickOrigin.cpp GtkMenus.cpp GtkViews.cpp IconContainer.cpp ViewSelection.cpp WindowFacts.cpp beforeNextMenu.cpp
             endOldMenuWidgets.cpp themedIcon.cpp
-    FLOORS filemanagers_client wire)
+    LAYERS filemanagers_client wire)
   target_link_libraries(sprig_filemanagers_gtk3 PUBLIC PkgConfig::GTK3)
   sprig_module_parts(sprig_filemanagers_gtk3)
 endif()
 
 if("thunar" IN_LIST SPRIG_MANAGERS)
   pkg_check_modules(THUNARX REQUIRED IMPORTED_TARGET thunarx-3)
-  sprig_floor(filemanagers/thunar SOURCES ThunarMenus.cpp FLOORS filemanagers_gtk3 filemanagers_client wire)
+  sprig_layer(filemanagers/thunar SOURCES ThunarMenus.cpp LAYERS filemanagers_gtk3 filemanagers_client wire)
   target_link_libraries(sprig_filemanagers_thunar PUBLIC PkgConfig::THUNARX)
   sprig_module_parts(sprig_filemanagers_thunar)
   sprig_module(thunar sprig_filemanagers_thunar)
@@ -61,7 +61,7 @@ endif()
 
 if("nautilus" IN_LIST SPRIG_MANAGERS)
   pkg_check_modules(NAUTILUS REQUIRED IMPORTED_TARGET libnautilus-extension-4)
-  sprig_floor(filemanagers/gtk4 SOURCES ClickOrigin.cpp FLOORS filemanagers_client wire)
+  sprig_layer(filemanagers/gtk4 SOURCES ClickOrigin.cpp LAYERS filemanagers_client wire)
   target_link_libraries(sprig_filemanagers_gtk4 PRIVATE PkgConfig::GTK)
   sprig_module_parts(sprig_filemanagers_gtk4)
   sprig_module(nautilus sprig_filemanagers_gtk4 PkgConfig::NAUTILUS)
@@ -79,10 +79,10 @@ if("dolphin" IN_LIST SPRIG_MANAGERS)
     find_package(KF5KIO 5.103 REQUIRED)
   endif()
   set(SPRIG_QT ${SPRIG_QT} PARENT_SCOPE)
-  sprig_floor(filemanagers/dolphin
+  sprig_layer(filemanagers/dolphin
     SOURCES ClickOrigin.cpp DolphinItems.cpp FileManagerObject.cpp menuRequestFor.cpp recordCreation.cpp selectInWindow.cpp
             sendPick.cpp
-    FLOORS filemanagers_client wire)
+    LAYERS filemanagers_client wire)
   target_link_libraries(sprig_filemanagers_dolphin PUBLIC
     KF${SPRIG_QT}::KIOWidgets KF${SPRIG_QT}::KIOFileWidgets KF${SPRIG_QT}::WindowSystem Qt${SPRIG_QT}::DBus)
   # "signals" is a name in GLib's headers.
