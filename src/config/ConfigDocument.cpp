@@ -67,26 +67,23 @@ class ConfigDocument::Editor {
     const JsonValue& container = object();
     const auto bytes = encodeValue(value, layoutIn(container, depth));
     if (const auto* entry = container.find(key)) return replace(entry->value.begin, entry->value.end, bytes);
-    insert(container, container.entries.size(), depth, "\"" + std::string(key) + "\": " + bytes);
+    append(container, depth, "\"" + std::string(key) + "\": " + bytes);
   }
 
-  void insert(const JsonValue& container, std::size_t index, std::size_t depth, const std::string& bytes) {
+  void append(const JsonValue& container, std::size_t depth, const std::string& bytes) {
     const auto& entries = container.entries;
     if (entries.empty()) {
       replace(container.begin + 1, container.end - 1, lineBreak(depth) + bytes + lineBreak(depth - 1));
-    } else if (index < entries.size()) {
-      const auto begin = entries[index].begin;
-      replace(begin, begin, bytes + "," + spaceBefore(container, index));
     } else {
       const auto end = entries.back().value.end;
       replace(end, end, "," + spaceBefore(container, entries.size() - 1) + bytes);
     }
   }
 
-  /// As `insert` and `remove`, without a look at the other templates.
+  /// As `append` and `remove`, without a look at the other templates.
   void insertTemplate(std::size_t index, const std::string& bytes) {
     const auto& entries = list().entries;
-    if (entries.empty()) return insert(list(), index, depthOfTemplates, bytes);
+    if (entries.empty()) return append(list(), depthOfTemplates, bytes);
     const bool isLast = index == entries.size();
     const auto space = spaceBefore(list(), isLast ? index - 1 : index);
     const auto place = isLast ? entries.back().value.end : entries[index].begin;
