@@ -129,78 +129,46 @@ TEST(ConfigDocument, ChangesOnlyTheBytesOfAnEdit) {
   }
 }
 
-/// Edits a document and the records side by side, at random.
-class RandomEdits {
- public:
-  explicit RandomEdits(const std::string& text) : document(text), records(document.config()) {}
+/// A template of any few characters, with the members that may be absent or not.
+TemplateItem anyTemplate(const std::function<std::size_t(std::size_t)>& below) {
+  TemplateItem item;
+  for (auto* text : {&item.id, &item.name, &item.content}) *text = std::string(below(4), "\"\\ n"[below(4)]);
+  item.enabled = below(2) == 0;
+  if (below(2) == 0) item.contentBase64 = item.name;
+  if (below(2) == 0) item.scope.emplace();
+  if (item.scope && below(2) == 0) item.scope->projectTypes = {item.id};
+  return item;
+}
 
-  void edit() {
-    auto& templates = records.templates;
-    const auto at = templates.empty() ? 0 : below(templates.size());
-    const auto position = [&](std::size_t index) {
-      return templates.begin() + static_cast<std::ptrdiff_t>(index);
-    };
-    switch (templates.size() < 2 ? 0 : below(4)) {
-      case 0:
-        document.insertTemplate(at, randomTemplate());
-        templates.insert(position(at), last);
-        break;
-      case 1:
-        document.removeTemplate(at);
-        templates.erase(position(at));
-        break;
-      case 2: {
-        const auto to = below(templates.size());
-        document.moveTemplate(at, to);
-        const auto moved = templates[at];
-        templates.erase(position(at));
-        templates.insert(position(to), moved);
-        break;
-      }
-      default:
-        document.setTemplate(at, templates[at] = randomTemplate());
-        document.setOtherText(at, "note", last.name);
-        document.setSettings(
-            records.settings = {.showInFinder = coin() ? std::optional(coin()) : std::nullopt,
-                                .defaultBehavior = last.contentBase64});
-    }
-  }
-
-  ConfigDocument document;
-  AppConfigItem records;
-
- private:
-  std::size_t below(std::size_t end) {
-    return std::uniform_int_distribution<std::size_t>(0, end - 1)(random);
-  }
-  bool coin() { return below(2) == 0; }
-  const TemplateItem& randomTemplate() {
-    for (auto* text : {&last.id, &last.name, &last.content})
-      *text = std::string(below(4), "\"\\ n"[below(4)]);
-    last.enabled = coin();
-    last.contentBase64 = coin() ? std::optional(last.name) : std::nullopt;
-    last.scope = coin()   ? std::optional<TemplateScope>({{{last.id}}})
-                 : coin() ? std::optional<TemplateScope>({})
-                          : std::nullopt;
-    return last;
-  }
-
+TEST(ConfigDocument, HoldsAfterAnyEditsWhatItsTextHolds) {
   std::mt19937 random{7};
-  TemplateItem last;
-};
-
-TEST(ConfigDocument, HoldsAfterAnyEditsWhatTheRecordsHold) {
+  const auto below = [&](std::size_t end) {
+    return std::uniform_int_distribution<std::size_t>(0, end - 1)(random);
+  };
   for (const auto& text : {compact, spacious, empty}) {
-    RandomEdits pair(text);
+    ConfigDocument document(text);
     for (int round = 0; round < 300; ++round) {
-      pair.edit();
-      ASSERT_EQ(pair.document.config(), pair.records) << pair.document.text();
-      ASSERT_EQ(decodeConfig(pair.document.text()), pair.records) << pair.document.text();
-      for (std::size_t index = 0; index < pair.records.templates.size(); ++index) {
-        ASSERT_EQ(decodeTemplate(pair.document.textOf(index)), pair.records.templates[index]);
+      const auto count = document.config().templates.size();
+      const auto item = anyTemplate(below);
+      const auto at = below(count + 1);
+      const auto edit = below(4);
+      if (edit == 0 || at == count) {
+        document.insertTemplate(at, item);
+      } else if (edit == 1) {
+        document.removeTemplate(at);
+      } else if (edit == 2) {
+        document.moveTemplate(at, below(count));
+      } else {
+        document.setTemplate(at, item);
+        document.setOtherText(at, "note", item.name);
+        document.setSettings({.showInFinder = item.enabled, .defaultBehavior = item.contentBase64});
+      }
+      ASSERT_EQ(decodeConfig(document.text()), document.config()) << document.text();
+      for (std::size_t index = 0; index < document.config().templates.size(); ++index) {
+        ASSERT_EQ(decodeTemplate(document.textOf(index)), document.config().templates[index]);
       }
     }
-    EXPECT_EQ(pair.document.text().find("$schema") == std::string::npos,
+    EXPECT_EQ(document.text().find("$schema") == std::string::npos,
               text.find("$schema") == std::string::npos);
   }
 }
