@@ -14,19 +14,19 @@ TEST(Placeholders, AreReplacedInTheirTwoSpellingsAndNoOther) {
   PlaceholderValues values;
   values.set("name", "N");
   values.set("date", "{{name}}");
-  values.set("empty", "");
+  values.set("zero", "");
   struct Row {
     const char* text;
     const char* expected;
   };
   for (const auto& row :
        {Row{"", ""}, Row{"plain", "plain"}, Row{"{{name}}", "N"}, Row{"{{ name }}", "N"},
-        Row{"a{{name}}b{{ name }}c", "aNbNc"}, Row{"{{empty}}", ""},
+        Row{"a{{name}}b{{ name }}c", "aNbNc"}, Row{"{{zero}}", ""},
         Row{"{{Name}} {{name }} {{ name}} {{  name  }} {name} {{title}} {{nam}} {{names}} {{}} {{ }}",
             "{{Name}} {{name }} {{ name}} {{  name  }} {name} {{title}} {{nam}} {{names}} {{}} {{ }}"},
         Row{"{{{name}}}", "{N}"}, Row{"{{{{name}}}}", "{{N}}"}, Row{"{{ {{name}} }}", "{{ N }}"},
         Row{"{{name", "{{name"}, Row{"{{name}", "{{name}"}, Row{"{", "{"}, Row{"{{", "{{"}, Row{"{{ ", "{{ "},
-        Row{"{{date}}", "{{name}}"}, Row{"{{empty}}{name}}", "{name}}"}, Row{"{{{empty}}{name}}", "{{name}}"},
+        Row{"{{date}}", "{{name}}"}, Row{"{{zero}}{name}}", "{name}}"}, Row{"{{{zero}}{name}}", "{{name}}"},
         Row{"grüße {{name}} \xFF", "grüße N \xFF"}}) {
     EXPECT_EQ(substitutePlaceholders(row.text, values), row.expected) << row.text;
   }
