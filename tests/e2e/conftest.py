@@ -1,8 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Sprig at a terminal, in a throw-away home for every test."""
 
-import os
-
 import pytest
 from sprigtest.home import throw_away_home
 from sprigtest.terminal import TerminalHome

@@ -71,6 +71,5 @@ def test_long_titles_are_cut_to_the_width(home):
 
 def test_the_program_stops_quietly_when_nobody_reads(home):
     home.configure(*[template(f"{number:05}" * 40) for number in range(2000)], maxVisibleTemplates=5000)
-    command = f'"{home.program}" list | head -1'
-    result = subprocess.run(["sh", "-c", command], cwd=home.demo, env=home.env({}), text=True, capture_output=True)
+    result = home.run_shell('"$0" list | head -1')
     assert result.stdout.startswith("00000") and result.stderr == ""

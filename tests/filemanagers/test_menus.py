@@ -4,12 +4,10 @@
 import os
 
 import pytest
-from sprigtest.home import template
+from sprigtest.home import BUILTINS, template
 from sprigtest.screenreader import has, nodes, wait_to_see
 from sprigtest.waiting import output_of, wait_for
 
-BUILTINS = ["Markdown Note", "Plain Text", "Meeting Notes", "Daily To-Do List", "React Component", "TypeScript Module",
-            "Python Script", "JSON File", ".env Config", "Word Document"]
 SETTINGS = "Sprig Settings…"
 
 

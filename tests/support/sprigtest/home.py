@@ -14,6 +14,9 @@ from sprigtest.waiting import DEADLINE, wait_for
 
 SOURCE = pathlib.Path(__file__).parents[3]
 NOBODY = 65534
+# The built-in templates that a menu has without another one below it.
+BUILTINS = ["Markdown Note", "Plain Text", "Meeting Notes", "Daily To-Do List", "React Component", "TypeScript Module",
+            "Python Script", "JSON File", ".env Config", "Word Document"]
 
 
 def need(tool, package):
@@ -72,10 +75,18 @@ class Home:
     def logged(self, text):
         return self.log.exists() and text in self.log.read_text()
 
-    def run(self, *arguments, cwd=None, stdin="", **environment):
-        """Runs Sprig in pipes; standard input is closed after `stdin`."""
-        return subprocess.run([self.program, *arguments], cwd=cwd or self.demo, env=self.env(environment),
-                              input=stdin, text=True, capture_output=True, timeout=DEADLINE)
+    def run(self, *arguments, **options):
+        """Runs Sprig in pipes."""
+        return self.run_command(self.program, *arguments, **options)
+
+    def run_shell(self, script, **options):
+        """Runs a shell's commands, for which Sprig is "$0"."""
+        return self.run_command("sh", "-c", script, self.program, **options)
+
+    def run_command(self, *command, cwd=None, stdin="", **environment):
+        """Standard input is closed after `stdin`."""
+        return subprocess.run(command, cwd=cwd or self.demo, env=self.env(environment), input=stdin, text=True,
+                              capture_output=True, timeout=DEADLINE)
 
 
 def remove(folder):

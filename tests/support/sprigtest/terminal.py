@@ -3,7 +3,6 @@
 
 import os
 import shutil
-import subprocess
 
 import pexpect
 
@@ -31,9 +30,7 @@ class TerminalHome(Home):
             return self.run(*arguments)
         program = self.path / "sprig"
         shutil.copy(self.program, program)
-        command = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups", program, *arguments]
-        return subprocess.run(command, cwd=self.demo, env=self.env({}), text=True, capture_output=True,
-                              timeout=DEADLINE)
+        return self.run_command("setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups", program, *arguments)
 
 
 class Session:
