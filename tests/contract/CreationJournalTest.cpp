@@ -5,7 +5,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <thread>
@@ -21,12 +20,6 @@ using platform::FileURL;
 using ports::Creation;
 using ports::CreationJournal;
 using ports::CreationState;
-
-mode_t modeOf(const FileURL& location) {
-  struct stat status = {};
-  ::lstat(location.path().c_str(), &status);
-  return status.st_mode & 07777U;
-}
 
 struct Journal : testing::Test {
   TemporaryFolder temporary;

@@ -3,6 +3,7 @@
 #include "contract/Process.h"
 
 #include <grp.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -30,6 +31,12 @@ void set(const std::string& name, const std::optional<std::string>& value) {
 std::size_t openDescriptors() {
   const std::filesystem::directory_iterator entries("/proc/self/fd");
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+mode_t modeOf(const platform::FileURL& location) {
+  struct stat status = {};
+  ::lstat(location.path().c_str(), &status);
+  return status.st_mode & 07777U;
 }
 
 bool asOrdinaryUser(const std::function<bool()>& question) {

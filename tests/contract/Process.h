@@ -2,15 +2,22 @@
 
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
 
+#include "platform/FileURL.h"
+
 namespace sprig::test {
 
 /// How many descriptors the process has open.
 std::size_t openDescriptors();
+
+/// The mode of what stands at a location, a link for one.
+mode_t modeOf(const platform::FileURL& location);
 
 /// What `question` answers in a process without special rights: a child that drops them, or here and now when
 /// the tests run as an ordinary user. Requires: no other threads.

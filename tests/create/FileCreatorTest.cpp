@@ -140,9 +140,11 @@ TEST_F(Creator, ReplacesNothingThatComesWhileTheNameIsChosen) {
     platform.calls->canRefuseToReplace = row.canRefuseToReplace;
     platform.calls->canLink = row.canLink;
     if (row.isDirect) platform.files.refusals = {{"no temporary file", 1, ""}};
+    platform.files.attempts.clear();
     int asked = 0;
     platform.files.imaginedEntries = [&](std::string_view name) { return name == "a.md" && asked++ > 1; };
     EXPECT_EQ(FileCreator::createFile(notes(), folder, "a"), folder.appendingPath("a 2.md"));
+    EXPECT_EQ(platform.files.attempts.starts_with("prepared direct"), row.isDirect);
     EXPECT_EQ(contentOf("a.md"), "theirs");
     EXPECT_EQ(test::namesIn(folder), (std::vector<std::string>{"a 2.md", "a.md"}));
     unlink((folder.path() + "/a 2.md").c_str());

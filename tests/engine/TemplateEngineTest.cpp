@@ -64,13 +64,6 @@ TEST(TemplateEngine, SuggestsANameFromThePattern) {
   }
 }
 
-TEST(TemplateEngine, RendersTheInstantItIsGiven) {
-  test::TestPlatform platform;
-  const auto date = test::TestClock::at(1987, 3, 7, 9, 5, 2);
-  const auto rendered = TemplateEngine::render(templateOf("{{date}}", "", "{{date}}"), {}, {}, {}, date);
-  EXPECT_EQ(rendered.filename + " " + rendered.content, "1987-03-07 1987-03-07");
-}
-
 TEST(TemplateEngine, SplitsNamesAtTheLastDotButNotAtALeadingOne) {
   struct Row {
     const char* name;
@@ -119,14 +112,6 @@ TEST_F(Collision, IsSolvedByTheNextNumber) {
         Row{"..", {}, ".."}, Row{"a/b", {}, "a/b"}, Row{"", {}, ""}}) {
     EXPECT_EQ(resolve(row.name, row.taken), row.expected);
   }
-}
-
-TEST_F(Collision, CountsFoldersButNotLinksWithoutATarget) {
-  platform.makeFolder("target/Untitled.txt");
-  EXPECT_EQ(TemplateEngine::resolveCollision(folder, "Untitled.txt"), "Untitled 2.txt");
-  ASSERT_EQ(symlink("nowhere", (folder.path() + "/link").c_str()), 0);
-  EXPECT_EQ(TemplateEngine::resolveCollision(folder, "link"), "link");
-  EXPECT_EQ(TemplateEngine::resolveCollision(folder.appendingPath("missing"), "a"), "a");
 }
 
 TEST_F(Collision, IsGivenUpAfter9999) {

@@ -27,6 +27,11 @@ class Settings(Gtk4Program):
             env={**desktop.environment, "NSS_WRAPPER_DISABLE_DEEPBIND": "1"}))
         wait_for(self.is_active, "the focus")
 
+    def started_again(self, *arguments):
+        """As a second run, which hands over to this one."""
+        subprocess.run([PROGRAMS / "sprig-settings", *arguments], env=self.desktop.environment, check=True, timeout=DEADLINE)
+        return self
+
     @property
     def window(self):
         return "".join(self.desktop.windows_of(self.process, "--name", "Sprig Settings")[-1:])

@@ -4,10 +4,8 @@
 import datetime
 import json
 import os
-import subprocess
 
 import pytest
-from conftest import PROGRAMS
 from sprigtest.home import template
 from sprigtest.screenreader import has, wait_to_see
 from sprigtest.waiting import DEADLINE, output_of, settled, wait_for
@@ -207,12 +205,10 @@ def test_templates_that_somebody_shares_are_shown_before_they_are_added(desktop,
     (desktop.home.demo / "Bad.sprig-template").write_text("{")
     settings = open_settings(desktop.home.demo / "Bad.sprig-template")
     settings.reads("“Bad.sprig-template” holds no templates")
-    subprocess.run([PROGRAMS / "sprig-settings", file], env=desktop.environment, check=True, timeout=DEADLINE)
-    settings.reads("1 template to add")
+    settings.started_again(file).reads("1 template to add")
     assert settings.text("Content") == "Dear {{name}}␀"
     settings.press("Escape").lists("Alpha", "Beta", "Gamma")
-    subprocess.run([PROGRAMS / "sprig-settings", file], env=desktop.environment, check=True, timeout=DEADLINE)
-    settings.click("Add 1 Template").lists("Alpha", "Beta", "Gamma", "Letter")
+    settings.started_again(file).click("Add 1 Template").lists("Alpha", "Beta", "Gamma", "Letter")
     assert desktop.config()["templates"][3]["custom"] == "kept"
 
 
@@ -297,18 +293,15 @@ def test_a_file_that_cannot_be_written_is_shown_and_nothing_offered(desktop, ope
     settings.press("Return").reads("The configuration is read-only.")
 
 
-@pytest.mark.parametrize("url, shown", [
-    ("sprig://settings", "Templates"), ("sprig:///settings/templates/gamma", "Gamma"),
-    ("sprig://settings/templates/none", "Templates"), ("sprig://other/templates/gamma", "Templates"), (None, "Templates")])
-def test_a_url_shows_a_place_in_the_only_window(desktop, open_settings, url, shown):
+@pytest.mark.parametrize("page, url, shown", [
+    ("Settings", "sprig://settings", "Templates"), ("Settings", "sprig:///settings/templates/gamma", "Gamma"),
+    (None, "sprig://settings/templates/none", "Templates"), (None, "sprig://other/templates/gamma", "Templates"),
+    (None, None, "Templates")])
+def test_a_url_shows_a_place_in_the_only_window(open_settings, page, url, shown):
     settings = open_settings()
-    settings.click("Settings", {"page tab"})
-    if shown == "Gamma" or url == "sprig://settings":
-        settings.sees({"label"}, "New Files")
-    else:
-        settings.click("Templates", {"page tab"})
-    subprocess.run([PROGRAMS / "sprig-settings", *([url] if url else [])], env=desktop.environment, check=True,
-                   timeout=DEADLINE)
+    if page:
+        settings.click(page, {"page tab"}).sees({"label"}, "New Files")
+    settings.started_again(*filter(None, [url]))
     if shown == "Templates":
         settings.lists("Alpha", "Beta", "Gamma")
     else:
