@@ -36,6 +36,12 @@ def desktop(start):
 
 
 @pytest.fixture
+def manager(desktop):
+    """A file manager on it."""
+    return desktop.manager()
+
+
+@pytest.fixture
 def apart(start):
     """With an extension that has mounts of its own."""
     return start(f"/usr/bin/unshare --user --map-current-user --mount {PROGRAM}", program=PROGRAM)

@@ -36,17 +36,15 @@ def test_the_menu_offers_the_built_in_templates(desktop, kind):
     assert rows[-1] == (below, ITEM, "settings", "Sprig Settings…", "sprig-gearshape-symbolic", "Settings", True)
 
 
-def test_there_is_no_menu_for_other_kinds_or_when_it_is_switched_off(desktop):
+def test_there_is_no_menu_for_other_kinds_or_when_it_is_switched_off(desktop, manager):
     desktop.home.configure(template("Note"))
-    manager = desktop.manager()
     assert manager.menu(4) == manager.menu(2**32 - 1) == []
     assert lines(desktop.home, "menuKind ") == ["menuKind 4 ignored", "menuKind 4294967295 ignored"]
     desktop.home.configure(showInFinder=False)
     wait_until(lambda: manager.menu() == [])
 
 
-def test_the_file_manager_is_told_what_it_needs(desktop):
-    manager = desktop.manager()
+def test_the_file_manager_is_told_what_it_needs(desktop, manager):
     assert uri(desktop.home.path) in manager.property("ServedFolders")
     assert [manager.property("Toolbar" + name) for name in ("Name", "ToolTip", "Icon")] == [
         "Sprig", "Create a new file from template", "sprig-doc-badge-plus-symbolic"]
@@ -120,13 +118,12 @@ NAMES = ["plain", "a b", "100%", "日本 👋", "line\nbreak", "#?&", os.fsdecod
 
 @pytest.mark.parametrize("name", NAMES)
 @pytest.mark.parametrize("kind", [0, 1])
-def test_a_pick_creates_the_file_and_shows_it_where_it_was_clicked(desktop, name, kind):
+def test_a_pick_creates_the_file_and_shows_it_where_it_was_clicked(desktop, manager, name, kind):
     folder = desktop.home.demo / name
     folder.mkdir()
     (folder / "selected").touch()
     desktop.home.configure(template("Note", content="hello"), defaultBehavior="never")
     other = desktop.manager().own("org.freedesktop.FileManager1")
-    manager = desktop.manager()
     assert manager.pick("template:note", folder / "selected" if kind == 0 else folder, kind,
                         activation_token="token") == ()
     wait_until(lambda: manager.shown)
@@ -211,15 +208,13 @@ def test_settings_that_the_bus_starts_get_the_token_of_the_click(desktop):
     assert urls == ["sprig://settings"] and set(platform_data.values()) == {"token"}
 
 
-def test_where_nothing_handles_the_settings_url_only_the_log_shows_the_pick(desktop):
-    manager = desktop.manager()
+def test_where_nothing_handles_the_settings_url_only_the_log_shows_the_pick(desktop, manager):
     manager.pick("settings", desktop.home.demo)
     wait_until(lambda: lines(desktop.home, "openSettingsAction") == ["openSettingsAction invoked"])
     assert manager.menu() != []
 
 
-def test_a_configuration_is_announced_and_followed_and_what_older_menus_offered_can_be_picked(desktop):
-    manager = desktop.manager()
+def test_a_configuration_is_announced_and_followed_and_what_older_menus_offered_can_be_picked(desktop, manager):
     revision = manager.property("Revision")
     assert first(manager) == "template:builtin-markdown"
     for name in ("Mine", "Other"):
@@ -255,8 +250,7 @@ MALFORMED += [
 ]
 
 
-def test_calls_that_make_no_sense_get_an_error_and_do_no_harm(desktop):
-    manager = desktop.manager()
+def test_calls_that_make_no_sense_get_an_error_and_do_no_harm(desktop, manager):
     manager.menu()
     process = manager.extension_process()
     desktop.home.log.write_text("")
@@ -271,9 +265,8 @@ def test_calls_that_make_no_sense_get_an_error_and_do_no_harm(desktop):
     assert len(manager.menu(0, *[GOOD, *BAD_URIS] * 1_000)) > 10
 
 
-def test_a_stale_pick_is_searched_for_as_its_item_was(desktop):
+def test_a_stale_pick_is_searched_for_as_its_item_was(desktop, manager):
     desktop.home.configure(template("Old", content="old"), template("Gone"), defaultBehavior="never")
-    manager = desktop.manager()
     manager.menu(1, desktop.home.path / "elsewhere")
     desktop.home.configure(template("New", id="old", content="new"), template("Off", enabled=False), defaultBehavior="never")
     wait_until(lambda: manager.changes)
@@ -292,23 +285,20 @@ def test_a_stale_pick_is_searched_for_as_its_item_was(desktop):
     assert lines(desktop.home, "menu(for") == []
 
 
-def test_observing_fills_no_log(desktop):
-    manager = desktop.manager()
+def test_observing_fills_no_log(desktop, manager):
     refused = [manager.refusal_of("BeginObserving", "(s)", uri(desktop.home.demo)) for _ in range(300)]
     assert len(lines(desktop.home, "beginObserving")) == refused.count(None) < 200 and set(refused) == {None, "Failed"}
 
 
-def test_odd_platform_data_is_no_reason_to_refuse_a_pick(desktop):
+def test_odd_platform_data_is_no_reason_to_refuse_a_pick(desktop, manager):
     desktop.home.configure(template("Note"), defaultBehavior="never")
-    manager = desktop.manager()
     odd = {"activation-token": GLib.Variant("u", 1), "parent-window": GLib.Variant("s", "x" * 100_000),
            "unknown": GLib.Variant("a{sv}", {})}
     manager.call("Activate", "(suasa{sv})", "template:note", 1, [uri(desktop.home.demo)], odd)
     assert wait_until(lambda: manager.shown)[0][1] == ""
 
 
-def test_what_was_large_stays_once(desktop):
-    manager = desktop.manager()
+def test_what_was_large_stays_once(desktop, manager):
     manager.menu()
     before, size = held(manager.extension_process()), 21_000_000
     for _ in range(3):
@@ -320,9 +310,8 @@ def test_what_was_large_stays_once(desktop):
     desktop.stays_flat(manager.extension_process(), before._replace(memory=before.memory + 2 * size // 1000))
 
 
-def test_a_killed_extension_is_there_again_for_the_next_call(desktop):
+def test_a_killed_extension_is_there_again_for_the_next_call(desktop, manager):
     desktop.home.configure(template("Note"), defaultBehavior="never")
-    manager = desktop.manager()
     manager.menu()
     killed = manager.extension_process()
     os.kill(killed, signal.SIGKILL)
@@ -339,8 +328,7 @@ def test_without_a_bus_the_program_ends_and_says_why(home):
     assert "Can't connect to the session bus" in result.stderr + journal()
 
 
-def test_a_second_instance_leaves_the_name_to_the_first(desktop):
-    manager = desktop.manager()
+def test_a_second_instance_leaves_the_name_to_the_first(desktop, manager):
     manager.menu()
     process = manager.extension_process()
     assert desktop.home.run(DBUS_SESSION_BUS_ADDRESS=desktop.address).returncode == 0
@@ -353,9 +341,8 @@ def test_no_toolkit_is_linked():
     assert [word for word in ("libgtk", "libgdk", "Qt", "libX11", "libwayland") if word in libraries] == []
 
 
-def test_where_no_window_can_be_shown_a_pick_that_asks_is_cancelled(desktop):
+def test_where_no_window_can_be_shown_a_pick_that_asks_is_cancelled(desktop, manager):
     desktop.home.configure(template("A"))
-    manager = desktop.manager()
     manager.pick("template:a", desktop.home.demo)
     wait_until(lambda: lines(desktop.home, "templateAction: User cancelled prompt"))
     process = manager.extension_process()

@@ -179,6 +179,11 @@ def open_settings(desktop):
         run.process.wait(DEADLINE)
 
 
+@pytest.fixture
+def settings(open_settings):
+    return open_settings()
+
+
 @pytest.hookimpl(hookwrapper=True)
 def pytest_runtest_makereport(item):
     keep_failures(item, (yield).get_result())

@@ -13,8 +13,7 @@ from sprigtest.waiting import DEADLINE, output_of, settled, wait_for
 TODAY = datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%d")
 
 
-def test_the_list_is_put_in_order_by_keys(desktop, open_settings):
-    settings = open_settings()
+def test_the_list_is_put_in_order_by_keys(desktop, settings):
     settings.lists("Alpha", "Beta", "Gamma")
     settings.focuses("Alpha")
     assert [row.get("Description") for row in settings.seen({"list item"})] == [
@@ -54,8 +53,7 @@ def test_a_long_list_has_widgets_for_what_is_in_sight(desktop, open_settings):
     wait_for(lambda: desktop.templates("name")[14:16] == ["T015", "T005"], "the file")
 
 
-def test_a_template_is_dragged_to_another_place(desktop, open_settings):
-    settings = open_settings()
+def test_a_template_is_dragged_to_another_place(desktop, settings):
     settings.lists("Alpha", "Beta", "Gamma")
     settings.drag("Alpha", "Gamma")
     settings.lists("Beta", "Gamma", "Alpha")
@@ -85,8 +83,7 @@ def test_a_file_becomes_a_template(desktop, open_settings):
     settings.press("ctrl+z").lists("Alpha", "Beta", "Gamma")
 
 
-def test_a_template_is_taken_out_of_the_menu_and_removed_and_comes_back(desktop, open_settings):
-    settings = open_settings()
+def test_a_template_is_taken_out_of_the_menu_and_removed_and_comes_back(desktop, settings):
     settings.click("Show “Alpha” in the menu")
     wait_for(lambda: desktop.templates("name", "enabled")[0] == ("Alpha", False), "the switch's effect")
     settings.press("Down").focuses("Beta")
@@ -230,8 +227,7 @@ def test_the_whole_configuration_is_edited_as_text(desktop, open_settings):
     settings.press("Escape").lists("Mine", "Beta", "Gamma")
 
 
-def test_the_settings_of_the_menu_are_set(desktop, open_settings):
-    settings = open_settings()
+def test_the_settings_of_the_menu_are_set(desktop, settings):
     settings.click("Settings", {"page tab"})
     for name in ("Show Sprig in file managers", "Sections by category", "Notifications"):
         settings.click(name)
@@ -297,8 +293,7 @@ def test_a_file_that_cannot_be_written_is_shown_and_nothing_offered(desktop, ope
     ("Settings", "sprig://settings", "Templates"), ("Settings", "sprig:///settings/templates/gamma", "Gamma"),
     (None, "sprig://settings/templates/none", "Templates"), (None, "sprig://other/templates/gamma", "Templates"),
     (None, None, "Templates")])
-def test_a_url_shows_a_place_in_the_only_window(open_settings, page, url, shown):
-    settings = open_settings()
+def test_a_url_shows_a_place_in_the_only_window(settings, page, url, shown):
     if page:
         settings.click(page, {"page tab"}).sees({"label"}, "New Files")
     settings.started_again(*filter(None, [url]))
