@@ -60,12 +60,6 @@ std::optional<platform::Error> TestFileSystem::nextRefusal() {
   return refusal;
 }
 
-std::optional<std::string> TestProcessInfo::environment(std::string_view variable) const {
-  const auto entry = variables.find(variable);
-  if (entry == variables.end()) return std::nullopt;
-  return entry->second;
-}
-
 platform::Instant TestClock::at(int year, unsigned month, unsigned day, int hour, int minute, int second) {
   using namespace std::chrono;
   return sys_days(std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day)) + hours(hour) +
@@ -81,49 +75,10 @@ platform::DateComponents TestClock::components(platform::Instant shown) const {
   return {utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec};
 }
 
-void RecordingSystemLog::log(std::string_view line) {
-  const std::lock_guard guard(lock);
-  recorded.emplace_back(line);
-}
-
-std::vector<std::string> RecordingSystemLog::lines() const {
-  const std::lock_guard guard(lock);
-  return recorded;
-}
-
-std::vector<std::string> RecordingSystemLog::takeLines() {
-  const std::lock_guard guard(lock);
-  return std::exchange(recorded, {});
-}
-
 std::unique_ptr<platform::FileChangeSource> ManualFileChanges::makeFileSystemObjectSource(
     const FileURL& location, platform::FileEvents) {
   if (!platform::current().files.fileExists(location)) return nullptr;
   return std::make_unique<ManualSource>(handlers[location]);
-}
-
-void RecordingWorkspace::activateFileViewerSelecting(const std::vector<FileURL>& files) {
-  revealed.insert(revealed.end(), files.begin(), files.end());
-}
-
-bool RecordingWorkspace::open(const std::string& url) {
-  opened.push_back(url);
-  return false;
-}
-
-std::optional<platform::Image> TestSymbolImages::systemSymbol(
-    const std::string& symbolName, const std::string& accessibilityDescription) const {
-  if (missing.contains(symbolName)) return std::nullopt;
-  return platform::Image{symbolName, accessibilityDescription, std::nullopt,
-                         platform::ImageRendering::asGiven};
-}
-
-std::optional<platform::Image> TestSymbolImages::configured(
-    const platform::Image& image, const platform::SymbolConfiguration& configuration) const {
-  if (refusesConfiguration) return std::nullopt;
-  auto result = image;
-  result.configuration = configuration;
-  return result;
 }
 
 int ScriptedApplication::runModal(Alert& alert) {

@@ -10,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Platform.h"
@@ -76,7 +77,11 @@ class TestProcessInfo : public platform::ProcessInfo {
  public:
   std::map<std::string, std::string, std::less<>> variables{{"USER", "jdoe"}};
   platform::OperatingSystemVersion version{14, 0, 0};
-  std::optional<std::string> environment(std::string_view variable) const override;
+  std::optional<std::string> environment(std::string_view variable) const override {
+    const auto entry = variables.find(variable);
+    if (entry == variables.end()) return std::nullopt;
+    return entry->second;
+  }
   platform::OperatingSystemVersion operatingSystemVersion() const override { return version; }
 };
 
@@ -97,10 +102,19 @@ class TestClock : public platform::Clock {
 
 class RecordingSystemLog : public platform::SystemLog {
  public:
-  void log(std::string_view line) override;
-  std::vector<std::string> lines() const;
+  void log(std::string_view line) override {
+    const std::lock_guard guard(lock);
+    recorded.emplace_back(line);
+  }
+  std::vector<std::string> lines() const {
+    const std::lock_guard guard(lock);
+    return recorded;
+  }
   /// Hands over what was written since the last call.
-  std::vector<std::string> takeLines();
+  std::vector<std::string> takeLines() {
+    const std::lock_guard guard(lock);
+    return std::exchange(recorded, {});
+  }
 
  private:
   mutable std::mutex lock;
@@ -129,8 +143,13 @@ class RecordingWorkspace : public platform::Workspace {
  public:
   std::vector<platform::FileURL> revealed;
   std::vector<std::string> opened;
-  void activateFileViewerSelecting(const std::vector<platform::FileURL>& files) override;
-  bool open(const std::string& url) override;
+  void activateFileViewerSelecting(const std::vector<platform::FileURL>& files) override {
+    revealed.insert(revealed.end(), files.begin(), files.end());
+  }
+  bool open(const std::string& url) override {
+    opened.push_back(url);
+    return false;
+  }
 };
 
 class RecordingCreations : public platform::Creations {
@@ -145,9 +164,18 @@ class TestSymbolImages : public platform::SymbolImages {
   std::set<std::string> missing;
   bool refusesConfiguration = false;
   std::optional<platform::Image> systemSymbol(const std::string& symbolName,
-                                              const std::string& accessibilityDescription) const override;
+                                              const std::string& accessibilityDescription) const override {
+    if (missing.contains(symbolName)) return std::nullopt;
+    return platform::Image{symbolName, accessibilityDescription, std::nullopt,
+                           platform::ImageRendering::asGiven};
+  }
   std::optional<platform::Image> configured(
-      const platform::Image& image, const platform::SymbolConfiguration& configuration) const override;
+      const platform::Image& image, const platform::SymbolConfiguration& configuration) const override {
+    if (refusesConfiguration) return std::nullopt;
+    auto result = image;
+    result.configuration = configuration;
+    return result;
+  }
 };
 
 /// Plays the user in modal sessions.
