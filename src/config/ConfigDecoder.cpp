@@ -184,11 +184,9 @@ Record decodeDocument(std::string_view document) {
   json::parser parser({}, options);
   parser.reset(&memory);
   boost::system::error_code error;
-  auto consumed = parser.write_some(document.data(), document.size(), error);
-  if (!error && consumed < document.size()) {
-    consumed = std::min(document.find_first_not_of(" \t\r\n", consumed), document.size());
-    if (consumed < document.size()) error = json::error::extra_data;
-  }
+  // White space behind the value, too.
+  const auto consumed = parser.write_some(document.data(), document.size(), error);
+  if (!error && consumed < document.size()) error = json::error::extra_data;
   if (error) {
     throw DecodingError(positionIn(document, consumed),
                         describeSyntaxError(document.substr(consumed), error));
