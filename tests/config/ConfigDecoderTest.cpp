@@ -136,8 +136,8 @@ TEST(ConfigDecoder, SurvivesHostileDocuments) {
   EXPECT_EQ(errorOf(deep), "line 1, column 174: nested more than 128 levels deep");
   EXPECT_EQ(errorOf(documentWith("{}", "") + "\xEF\xBB\xBF"),
             "line 1, column 43: expected the end of the document, found byte 0xEF");
-  EXPECT_EQ(decodeConfig("\xEF\xBB\xBF" + documentWith("{}", "")).version, 1)
-      << "a byte-order mark is skipped";
+  EXPECT_EQ(decodeConfig("\xEF\xBB\xBF" + documentWith("{}", "") + " \t\r\n\n").version, 1)
+      << "a byte-order mark is skipped, and white space";
   EXPECT_EQ(decodeConfig(R"({"version":1,"version":2,"settings":{},"templates":[]})").version, 2);
   const auto escaped = decodeConfig(documentWith("{}", templateWith(R"("content":"a\u0000\uD83D\uDE00")")));
   EXPECT_EQ(escaped.templates[0].content, "a\0\U0001F600"s);

@@ -203,6 +203,7 @@ TEST_F(LiveStore, TakesInWhatIsSavedBeforeItWatches) {
   std::promise<void> mayGoOn;
   sources.async([&] { mayGoOn.get_future().wait(); });
   manager = ConfigManager::make();
+  EXPECT_EQ(manager->getConfig()->version, 0) << "is there for the first menu";
   writeInPlace(1);
   mayGoOn.set_value();
   EXPECT_TRUE(shows(1));
