@@ -1,14 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Saves a configuration again and again, by every method that editors use, as a process of its own.
-
-Usage: saves.py FILE FIRST LAST, which are the numbers of the documents.
-"""
+"""Saves a configuration again and again, by every method that editors use."""
 
 import json
 import os
 import pathlib
 import shutil
-import sys
+
+from sprigtest.home import template
 
 
 def templates(number):
@@ -17,9 +15,7 @@ def templates(number):
 
 
 def document(number):
-    items = [{"id": f"{index}", "name": name, "extension": ".txt", "filenamePattern": name, "content": "",
-              "icon": "doc", "category": "notes", "enabled": True, "favorite": False, "requiresInput": False,
-              "isBuiltin": False} for index, name in enumerate(templates(number))]
+    items = [template(name) for name in templates(number)]
     text = json.dumps({"version": 1, "settings": {"defaultBehavior": "never"}, "templates": items})
     # All but the end stands within the first block, which nobody reads by halves.
     return (text[:-1] + " " * (20_000 + number % 7 * 1_000) + "}").encode()
@@ -92,11 +88,6 @@ METHODS = [save_in_place, save, save_beside_and_rename, move_away_and_create, de
            delete_target_and_create, save_by_halves, replace_folder, save_in_place, move_folder_away_and_back]
 
 
-def main():
-    file, first, last = sys.argv[1], int(sys.argv[2]), int(sys.argv[3])
-    for number in range(first, last + 1):
+def save_all(file, numbers):
+    for number in numbers:
         METHODS[number % len(METHODS)](file, document(number))
-
-
-if __name__ == "__main__":
-    main()
