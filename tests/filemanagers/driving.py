@@ -162,6 +162,8 @@ class FileManager:
     # Where in a row of the list a click is one on the item, from its left end.
     row_offset = 20
     row_roles = {"table cell"}
+    # How far below the last row the background is.
+    below_rows = 90
     # What an entry of a menu is that the next key is for.
     highlighted = "SELECTED"
     copied_as = "x-special/gnome-copied-files"
@@ -231,9 +233,9 @@ class FileManager:
         return place.x + min(place.width // 2, self.row_offset), place.y + place.height // 2
 
     def background(self):
-        """Where a click is one on the background: below the rows."""
+        """Where a click is one on the background."""
         across, down = self.on("letter.txt")
-        return across + 60, down + 90
+        return across + 60, down + self.below_rows
 
     def shows(self, file):
         """Waits until the file is selected in a window."""
@@ -266,11 +268,17 @@ class FileManager:
 
     # Menus.
 
+    def _menus(self):
+        """The open ones that stand in no other one."""
+        return [window for window in windows(self.process.pid) if window.role == "window"]
+
+    @staticmethod
+    def _entries_in(menu):
+        return [entry for entry in nodes(menu, ENTRIES) if has(entry, "SHOWING", "VISIBLE") and entry.name]
+
     def entries(self):
         """What open menus list."""
-        menus = [window for window in windows(self.process.pid) if window.role == "window"]
-        return [entry for menu in menus for entry in nodes(menu, ENTRIES)
-                if has(entry, "SHOWING", "VISIBLE") and entry.name]
+        return [entry for menu in self._menus() for entry in self._entries_in(menu)]
 
     def listed(self):
         return [entry.name for entry in self.entries()]
@@ -281,8 +289,8 @@ class FileManager:
     def submenu(self, name):
         """What an open submenu lists."""
         def look():
-            return [entry.name for entry in children(self.entry(name))
-                    if has(entry, "SHOWING", "VISIBLE") and entry.name]
+            entry = self.entry(name)
+            return [below.name for below in self._entries_in(entry) if below != entry]
         return wait_to_see(look, f"the submenu “{name}”")
 
     def open_menu(self, place, button=3):
@@ -495,6 +503,7 @@ class Dolphin(FileManager):
     window_class = "dolphin"
     # Shows icons with their names below: what is not in the middle is the background.
     row_offset = 1000
+    below_rows = 200
 
     def __init__(self, desktop, folder):
         self.menus = []
@@ -546,13 +555,7 @@ class Dolphin(FileManager):
         (_, down), window = middle(self.place(self.rows(name)[0])), self.desktop.area(self.window)
         return window.y + 40 < down < window.y + window.height - 30
 
-    def background(self):
-        """Beside the icons."""
-        across, down = self.on("letter.txt")
-        return across + 60, down + 200
-
-    def _open_menus(self):
-        """Those that stand in no other one."""
+    def _menus(self):
         while GLib.MainContext.default().iteration(False):
             pass
 
@@ -564,27 +567,16 @@ class Dolphin(FileManager):
         self.menus = [menu for menu in self.menus if is_open(menu)]
         return [menu for menu in self.menus if menu.parent.role != "menu item"]
 
-    def entries(self):
-        return [entry for menu in self._open_menus() for entry in nodes(menu, ENTRIES)
-                if has(entry, "SHOWING", "VISIBLE") and entry.name]
-
     def has_menu(self):
-        return bool(self._open_menus())
+        return bool(self._menus())
 
     def close_menus(self):
         super().close_menus()
         # Qt says so before the screen does, and a click on what is left of a menu opens no other one.
         wait_for(lambda: len(self.desktop.windows_of(self.process)) == 1, "the menus' windows to go")
 
-    def submenu(self, name):
-        def look():
-            entry = self.entry(name)
-            return [below.name for below in nodes(entry, ENTRIES)
-                    if below != entry and has(below, "SHOWING", "VISIBLE") and below.name]
-        return wait_to_see(look, f"the submenu “{name}”")
-
     def highlighted_entry(self):
-        self._open_menus()
+        self._menus()
         return self.focused
 
 
