@@ -34,7 +34,7 @@ std::string manyLines(const std::string& id) {
 const std::string compact =
     R"({"version":1,"settings":{},"templates":[)" + oneLine("a") + "," + oneLine("b") + "]}";
 const std::string spacious =
-    "\xEF\xBB\xBF\n{\r\n\t\"version\": 1,\r\n\t\"$schema\": \"s\",\r\n\t\"settings\": {\"showInFinder\": "
+    "\xEF\xBB\xBF\n{\r\n\t\"version\": 1 ,\r\n\t\"$schema\": \"s\",\r\n\t\"settings\": {\"showInFinder\": "
     "null, \"z\": 7},\r\n\t\"templates\": [\r\n\t\t" +
     manyLines("a") + ",\r\n\t\t" + manyLines("b") + "\r\n\t]\r\n}\r\n";
 const std::string empty = "{\n  \"version\": 1, \"settings\": { },\n  \"templates\": []\n}";

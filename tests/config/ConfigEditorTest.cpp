@@ -60,7 +60,13 @@ TEST_F(ConfigEditorTest, WritesTheFirstDocumentOnTheFirstChangeOnly) {
   EXPECT_TRUE(editor.update([](ConfigDocument&) {}));
   EXPECT_EQ(text(), "none");
   EXPECT_TRUE(ConfigEditor::isWritable());
+  platform.files.readOnly = {folder.deletingLastPathComponent()};
+  EXPECT_FALSE(ConfigEditor::isWritable()) << "no folder can be made there";
   EXPECT_TRUE(editor.update(disable(2)) && ConfigEditor::isWritable());
+  for (const auto& location : {folder, platform::FileURL(path)}) {
+    platform.files.readOnly = {location};
+    EXPECT_FALSE(ConfigEditor::isWritable()) << location.path();
+  }
   EXPECT_EQ(test::readFile(platform::FileURL(path)), without(2));
   EXPECT_TRUE(ConfigEditor::backups().empty());
 }

@@ -41,6 +41,12 @@ class TestFileSystem : public ports::LinuxFileSystem {
   /// Which entries every folder has, where a test would have to make too many.
   std::function<bool(std::string_view)> imaginedEntries;
 
+  /// What may not be written to.
+  std::set<platform::FileURL> readOnly;
+  bool isWritable(const platform::FileURL& location) const override {
+    return !readOnly.contains(location) && LinuxFileSystem::isWritable(location);
+  }
+
   /// Called before each read of a whole file.
   std::function<void()> beforeReading;
 
