@@ -11,17 +11,6 @@ namespace {
 constexpr const char* desktopSchema = "org.gnome.desktop.interface";
 constexpr const char* colorSchemeKey = "color-scheme";
 
-void apply(GSettings* settings) {
-  const wire::TextPointer scheme(g_settings_get_string(settings, colorSchemeKey));
-  auto* looks = gtk_settings_get_default();
-  if (g_str_equal(scheme.get(), "prefer-dark") != FALSE) {
-    g_object_set(looks, "gtk-application-prefer-dark-theme", TRUE, nullptr);
-  } else {
-    // The theme's own setting holds, as users of other desktops make it.
-    gtk_settings_reset_property(looks, "gtk-application-prefer-dark-theme");
-  }
-}
-
 /// Null on a desktop without such a setting.
 wire::ObjectPointer<GSettings> openSettings() {
   auto* source = g_settings_schema_source_get_default();
@@ -40,9 +29,24 @@ ColorScheme::ColorScheme() : opened(std::async(std::launch::async | std::launch:
 void ColorScheme::follow() {
   settings = opened.get();
   if (!settings) return;
-  apply(settings.get());
+  apply();
   g_signal_connect(settings.get(), "changed::color-scheme",
-                   G_CALLBACK(+[](GSettings* changed, const char*, void*) { apply(changed); }), nullptr);
+                   G_CALLBACK(+[](GSettings*, const char*, ColorScheme* self) { self->apply(); }), this);
+}
+
+/// Only where it makes a difference: each change has GTK read its whole theme again.
+void ColorScheme::apply() {
+  const wire::TextPointer scheme(g_settings_get_string(settings.get(), colorSchemeKey));
+  const bool isDark = g_str_equal(scheme.get(), "prefer-dark") != FALSE;
+  if (isDark == isForced) return;
+  isForced = isDark;
+  auto* looks = gtk_settings_get_default();
+  if (isDark) {
+    g_object_set(looks, "gtk-application-prefer-dark-theme", TRUE, nullptr);
+  } else {
+    // The theme's own setting holds, as users of other desktops make it.
+    gtk_settings_reset_property(looks, "gtk-application-prefer-dark-theme");
+  }
 }
 
 }  // namespace sprig::dialog

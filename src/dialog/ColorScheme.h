@@ -18,6 +18,9 @@ class ColorScheme {
  public:
   /// Begins to open the setting. Requires: the environment stays as it is until `follow` is called.
   ColorScheme();
+  ~ColorScheme() = default;
+  ColorScheme(const ColorScheme&) = delete;
+  ColorScheme& operator=(const ColorScheme&) = delete;
 
   /// Waits until the setting is open, and has windows drawn dark for as long as it prefers dark ones and this
   /// object lives. Requires: GTK was initialised; called once.
@@ -26,8 +29,11 @@ class ColorScheme {
  private:
   using Settings = wire::ObjectPointer<GSettings>;
 
+  void apply();
+
   std::future<Settings> opened;
   Settings settings;
+  bool isForced = false;
 };
 
 }  // namespace sprig::dialog
