@@ -15,6 +15,7 @@
 #include "dialog/DialogMessages.h"
 #include "dialog/DialogWindow.h"
 #include "dialog/LineBuffer.h"
+#include "dialog/drawInSoftware.h"
 #include "version/answerVersion.h"
 
 namespace sprig::dialog {
@@ -130,8 +131,7 @@ void run() {
   Run run;
   auto show = run.waitForShow();
   if (!show) return;
-  // Without a graphics processor this starts twice as fast, and a small still window gains nothing from one.
-  g_setenv("GSK_RENDERER", "cairo", FALSE);
+  drawInSoftware();
   // GTK looks at the older variable only.
   const auto token = takeVariable("XDG_ACTIVATION_TOKEN");
   if (show->activationToken.empty()) show->activationToken = token;

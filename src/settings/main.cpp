@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "dialog/drawInSoftware.h"
 #include "ports/linux/handleFileSizeSignal.h"
 #include "settings/window/SettingsApplication.h"
 #include "version/answerVersion.h"
@@ -24,8 +25,7 @@ int main(int argc, char** argv) {
   if (sprig::answerVersion("sprig-settings", argc, argv)) return 0;
   sprig::ports::handleFileSizeSignal();
   const auto token = takeActivationToken();
-  // Without a graphics processor this starts twice as fast, and a still window gains nothing from one.
-  g_setenv("GSK_RENDERER", "cairo", FALSE);
+  sprig::dialog::drawInSoftware();
   // What window managers and compositors know our windows by, and what people are told.
   g_set_prgname("com.kestrel.Sprig");
   g_set_application_name("Sprig");
