@@ -20,11 +20,13 @@
 #include "settings/SettingsModel.h"
 #include "settings/window/SettingsWindow.h"
 #include "settings/window/Widgets.h"
+#include "wire/Pointers.h"
 
 namespace {
 
 using sprig::settings::SettingsModel;
 using sprig::settings::SettingsWindow;
+using sprig::wire::ObjectPointer;
 
 /// Words that many, some and no templates have.
 constexpr std::string_view typed = "template 77x";
@@ -77,15 +79,16 @@ void measure(GtkWidget* window, int keys) {
 int main(int argumentCount, char** arguments) {
   if (argumentCount != 2) return 2;
   g_setenv("GSK_RENDERER", "cairo", FALSE);
-  auto* application = gtk_application_new("com.kestrel.Sprig.SearchBench", G_APPLICATION_DEFAULT_FLAGS);
-  if (g_application_register(G_APPLICATION(application), nullptr, nullptr) == FALSE) return 1;
+  gtk_init();
+  const ObjectPointer<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+  if (!bus) return 1;
   sprig::ports::LinuxSystemLog log("sprig-bench-search", sprig::ports::SystemLogFallback::standardError);
   sprig::desktop::DesktopApplication alerts(log);
-  sprig::desktop::DesktopPlatform desktop(*g_application_get_dbus_connection(G_APPLICATION(application)), log,
-                                          alerts);
+  sprig::desktop::DesktopPlatform desktop(*bus, log, alerts);
   sprig::settings::addStyle();
   SettingsModel model;
-  SettingsWindow window(application, model, [] {});
+  SettingsWindow window(model, [] {});
   window.present("");
-  measure(GTK_WIDGET(gtk_application_get_windows(application)->data), std::atoi(arguments[1]));
+  const ObjectPointer<GtkWidget> shown(GTK_WIDGET(g_list_model_get_item(gtk_window_get_toplevels(), 0)));
+  measure(shown.get(), std::atoi(arguments[1]));
 }

@@ -11,11 +11,13 @@
 
 namespace {
 
-/// That of the newer variable, as GTK looks at the older one only.
+/// Of whoever has started this; no program that this starts is to use it again.
 std::string takeActivationToken() {
-  const char* value = g_getenv("XDG_ACTIVATION_TOKEN");
-  std::string token = value == nullptr ? "" : value;
-  g_unsetenv("XDG_ACTIVATION_TOKEN");
+  std::string token;
+  for (const auto* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+    if (const char* value = g_getenv(variable); value != nullptr && token.empty()) token = value;
+    g_unsetenv(variable);
+  }
   return token;
 }
 

@@ -15,10 +15,12 @@ BY_THE_BUS = f"""{SETTINGS} --gapplication-service &
 until gdbus call --session -d com.kestrel.Sprig -o /com/kestrel/Sprig -m org.freedesktop.Application.Open \\
   "['sprig://settings']" "{{'desktop-startup-id': <'the-clicks'>}}"; do :; done 2>&-
 wait"""
+BY_ANOTHER_START = f"{SETTINGS} & gdbus wait --session com.kestrel.Sprig; XDG_ACTIVATION_TOKEN=the-clicks {SETTINGS}; wait"
 
 
-@pytest.mark.parametrize("command, token", [([SETTINGS, "sprig://settings"], "the-clicks"), (["sh", "-c", BY_THE_BUS], "")],
-                         ids=["started", "by the bus"])
+@pytest.mark.parametrize("command, token", [([SETTINGS, "sprig://settings"], "the-clicks"), (["sh", "-c", BY_THE_BUS], ""),
+                                            (["sh", "-c", BY_ANOTHER_START], "")],
+                         ids=["started", "by the bus", "by another start"])
 def test_the_token_of_the_click_gives_the_window_the_focus(command, token):
     with compositor() as environment:
         run = subprocess.Popen(["timeout", str(DEADLINE), "dbus-run-session", *command], text=True, start_new_session=True,

@@ -21,12 +21,11 @@ constexpr const char* applicationId = "com.kestrel.Sprig";
 }  // namespace
 
 SettingsApplication::SettingsApplication(std::string activationToken)
-    : application(gtk_application_new(applicationId, G_APPLICATION_HANDLES_OPEN)),
+    : instance(applicationId, std::move(activationToken)),
       systemLog("sprig-settings", ports::SystemLogFallback::standardError),
-      alerts(systemLog),
-      token(std::move(activationToken)) {
-  connect(application.get(), "activate", [this] { showWindow(); });
-  g_signal_connect(application.get(), "open",
+      alerts(systemLog) {
+  connect(instance.get(), "activate", [this] { showWindow(); });
+  g_signal_connect(instance.get(), "open",
                    G_CALLBACK(+[](GApplication*, GFile** files, int count, const char*,
                                   SettingsApplication* self) { self->open(files, count); }),
                    this);
@@ -41,11 +40,12 @@ int SettingsApplication::run(int argc, char** argv) {
     return EXIT_FAILURE;
   }
   // In the first instance only.
-  connect(application.get(), "startup", [this, &bus] { start(*bus); });
-  return g_application_run(G_APPLICATION(application.get()), argc, argv);
+  connect(instance.get(), "startup", [this, &bus] { start(*bus); });
+  return g_application_run(instance.get(), argc, argv);
 }
 
 void SettingsApplication::start(GDBusConnection& bus) {
+  gtk_init();
   colorScheme.follow();
   addStyle();
   desktop.emplace(bus, systemLog, alerts);
@@ -68,14 +68,18 @@ void SettingsApplication::followConfiguration() {
 
 void SettingsApplication::showWindow() {
   if (!window) {
-    // The application ends when its only window has gone.
-    window = std::make_shared<SettingsWindow>(application.get(), *model, [this] { dropWindow(); });
+    // The program ends when its only window has gone.
+    g_application_hold(instance.get());
+    window = std::make_shared<SettingsWindow>(*model, [this] { dropWindow(); });
   }
-  window->present(std::exchange(token, {}));
+  window->present(instance.takeToken());
 }
 
 void SettingsApplication::dropWindow() {
-  desktop->queue().async([closed = std::move(window)]() mutable { closed.reset(); });
+  desktop->queue().async([this, closed = std::move(window)]() mutable {
+    closed.reset();
+    g_application_release(instance.get());
+  });
 }
 
 void SettingsApplication::open(GFile** files, int count) {

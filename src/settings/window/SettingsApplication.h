@@ -14,7 +14,7 @@
 #include "ports/linux/LinuxSystemLog.h"
 #include "settings/SettingsModel.h"
 #include "settings/window/SettingsWindow.h"
-#include "wire/Pointers.h"
+#include "settings/window/SingleInstance.h"
 
 namespace sprig::settings {
 
@@ -37,13 +37,12 @@ class SettingsApplication {
   void open(GFile** files, int count);
 
   dialog::ColorScheme colorScheme;
-  wire::ObjectPointer<GtkApplication> application;
+  SingleInstance instance;
   ports::LinuxSystemLog systemLog;
   desktop::DesktopApplication alerts;
   std::optional<desktop::DesktopPlatform> desktop;
   std::optional<SettingsModel> model;
   std::shared_ptr<SettingsWindow> window;
-  std::string token;
 };
 
 }  // namespace sprig::settings

@@ -33,11 +33,10 @@ constexpr const char* plainTitle = "plain";
 
 }  // namespace
 
-SettingsWindow::SettingsWindow(GtkApplication* application, SettingsModel& settingsModel,
-                               std::function<void()> whenClosed)
+SettingsWindow::SettingsWindow(SettingsModel& settingsModel, std::function<void()> whenClosed)
     : model(settingsModel),
       closed(std::move(whenClosed)),
-      window(GTK_WINDOW(gtk_application_window_new(application))),
+      window(GTK_WINDOW(gtk_window_new())),
       stack(gtk_stack_new()),
       titles(gtk_stack_new()),
       title(gtk_label_new("")),
@@ -109,11 +108,13 @@ GtkWidget* SettingsWindow::makeMenuButton() {
       {"file", &SettingsWindow::chooseFile}, {"import", &SettingsWindow::importFolder},
       {"text", &SettingsWindow::editText},   {"undo", &SettingsWindow::undo},
       {"redo", &SettingsWindow::redo},       {"about", &SettingsWindow::showAbout}};
+  const wire::ObjectPointer<GSimpleActionGroup> group(g_simple_action_group_new());
   for (const auto& [name, perform] : items) {
     const wire::ObjectPointer<GSimpleAction> action(g_simple_action_new(name, nullptr));
     connect(action.get(), "activate", [this, run = perform] { (this->*run)(); });
-    g_action_map_add_action(G_ACTION_MAP(window), G_ACTION(action.get()));
+    g_action_map_add_action(G_ACTION_MAP(group.get()), G_ACTION(action.get()));
   }
+  gtk_widget_insert_action_group(GTK_WIDGET(window), "win", G_ACTION_GROUP(group.get()));
   const wire::ObjectPointer<GMenu> menu(g_menu_new());
   const wire::ObjectPointer<GMenu> news(g_menu_new());
   g_menu_append(news.get(), "New from _File…", "win.file");

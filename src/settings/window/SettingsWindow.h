@@ -28,7 +28,7 @@ class SettingsWindow {
  public:
   /// `whenClosed` is called when the user has closed the window. This has no use then, but is not to be
   /// destroyed before the event has been dealt with: that holds on to widgets, which call this when they go.
-  SettingsWindow(GtkApplication* application, SettingsModel& settingsModel, std::function<void()> whenClosed);
+  SettingsWindow(SettingsModel& settingsModel, std::function<void()> whenClosed);
   ~SettingsWindow();
   SettingsWindow(const SettingsWindow&) = delete;
   SettingsWindow& operator=(const SettingsWindow&) = delete;
