@@ -10,6 +10,7 @@
 #include "finder/TemplateAction.h"
 #include "finder/TemplateCategories.h"
 #include "platform/Platform.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -34,7 +35,7 @@ void FinderSync::endObservingDirectory(const FileURL& location) {
 
 std::string FinderSync::toolbarItemName() const { return "Sprig"; }
 
-std::string FinderSync::toolbarItemToolTip() const { return "Create a new file from template"; }
+std::string FinderSync::toolbarItemToolTip() const { return translated("Create a new file from template"); }
 
 platform::Image FinderSync::toolbarItemImage() const {
   return platform::current().images.systemSymbol("doc.badge.plus", "Sprig").value_or(platform::Image{});

@@ -2,6 +2,8 @@
 
 #include "config/BuiltinTemplates.h"
 
+#include "translation/translated.h"
+
 namespace sprig {
 
 namespace {
@@ -112,18 +114,23 @@ TemplateItem builtinTemplate(const Row& row) {
 
 }  // namespace
 
+std::string displayName(const std::string& id, const std::string& name) {
+  return id.starts_with("builtin-") ? translatedName("template", name) : name;
+}
+
 AppConfigItem defaultFallbackConfig() {
   constexpr auto codeIcon = "chevron.left.forwardslash.chevron.right";
   const Row rows[] = {
-      {"builtin-markdown", "Markdown Note", ".md", "Untitled.md", "# {{filename}}\n", "doc.text", "writing",
-       Favorite::yes},
-      {"builtin-plain-text", "Plain Text", ".txt", "Untitled.txt", "", "doc.plaintext", "writing",
-       Favorite::yes},
-      {"builtin-meeting-notes", "Meeting Notes", ".md", "Meeting Notes {{date}}.md", meetingNotes,
-       "note.text", "writing"},
-      {"builtin-todo", "Daily To-Do List", ".txt", "To-Do {{date}}.txt", toDoList, "checklist", "writing"},
+      {"builtin-markdown", toTranslateName("template", "Markdown Note"), ".md", "Untitled.md",
+       "# {{filename}}\n", "doc.text", "writing", Favorite::yes},
+      {"builtin-plain-text", toTranslateName("template", "Plain Text"), ".txt", "Untitled.txt", "",
+       "doc.plaintext", "writing", Favorite::yes},
+      {"builtin-meeting-notes", toTranslateName("template", "Meeting Notes"), ".md",
+       "Meeting Notes {{date}}.md", meetingNotes, "note.text", "writing"},
+      {"builtin-todo", toTranslateName("template", "Daily To-Do List"), ".txt", "To-Do {{date}}.txt",
+       toDoList, "checklist", "writing"},
       {"builtin-tsx",
-       "React Component",
+       toTranslateName("template", "React Component"),
        ".tsx",
        "{{name}}.tsx",
        reactComponent,
@@ -133,7 +140,7 @@ AppConfigItem defaultFallbackConfig() {
        Input::required,
        {"react", "nextjs", "web"}},
       {"builtin-typescript",
-       "TypeScript Module",
+       toTranslateName("template", "TypeScript Module"),
        ".ts",
        "Untitled.ts",
        typeScriptModule,
@@ -143,7 +150,7 @@ AppConfigItem defaultFallbackConfig() {
        Input::optional,
        {"typescript", "node"}},
       {"builtin-python",
-       "Python Script",
+       toTranslateName("template", "Python Script"),
        ".py",
        "Untitled.py",
        pythonScript,
@@ -152,11 +159,14 @@ AppConfigItem defaultFallbackConfig() {
        Favorite::no,
        Input::optional,
        {"python"}},
-      {"builtin-json", "JSON File", ".json", "Untitled.json", "{\n  \n}\n", "curlybraces", "developer"},
-      {"builtin-env", ".env Config", ".env", ".env", "# Environment Variables\n", "slider.horizontal.3",
-       "developer"},
-      {"builtin-docx", "Word Document", ".docx", "Untitled.docx", "", "doc.text", "office"},
-      {"builtin-xlsx", "Excel Spreadsheet", ".xlsx", "Untitled.xlsx", "", "tablecells", "finance"},
+      {"builtin-json", toTranslateName("template", "JSON File"), ".json", "Untitled.json", "{\n  \n}\n",
+       "curlybraces", "developer"},
+      {"builtin-env", toTranslateName("template", ".env Config"), ".env", ".env", "# Environment Variables\n",
+       "slider.horizontal.3", "developer"},
+      {"builtin-docx", toTranslateName("template", "Word Document"), ".docx", "Untitled.docx", "", "doc.text",
+       "office"},
+      {"builtin-xlsx", toTranslateName("template", "Excel Spreadsheet"), ".xlsx", "Untitled.xlsx", "",
+       "tablecells", "finance"},
   };
   AppConfigItem config;
   config.version = 1;

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <string>
+
 #include "config/AppConfigItem.h"
 
 namespace sprig {
@@ -11,5 +13,9 @@ namespace sprig {
 ///
 /// Threads: any.
 AppConfigItem defaultFallbackConfig();
+
+/// What users read as a template's name in menus and windows: that of a built-in one, which its id tells, in
+/// their language, unless it was renamed. The name itself is what is written, looked up and typed.
+std::string displayName(const std::string& id, const std::string& name);
 
 }  // namespace sprig

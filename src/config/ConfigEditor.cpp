@@ -15,6 +15,7 @@
 #include "config/ConfigEncoder.h"
 #include "config/ConfigManager.h"
 #include "platform/Platform.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -56,7 +57,7 @@ tl::unexpected<ConfigEditError> refusal(Reason reason, std::string description) 
 
 tl::unexpected<ConfigEditError> otherWriters() {
   return refusal(Reason::changedMeanwhile,
-                 "the configuration was changed by another program at the same time");
+                 translated("the configuration was changed by another program at the same time"));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "engine/TemplateEngine.h"
 #include "platform/Platform.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -107,10 +108,12 @@ void report(const Error& error) {
   platform::current().systemLog.log("[SprigFinder] FileCreator error: " + description);
   const bool isPermissionDenied =
       error.domain == platform::CocoaErrorDomain && error.code == platform::FileWriteNoPermissionError;
-  const std::string title = isPermissionDenied ? "Permission Denied" : "Couldn't create the file.";
-  const std::string text = isPermissionDenied ? "You don't have permission to write files in this directory."
-                                              : "The folder may be read-only or unavailable.";
-  FileCreator::showErrorDialog(title, text + "\n\nTechnical details:\n" + description);
+  const std::string title =
+      isPermissionDenied ? translated("Permission Denied") : translated("Couldn't create the file.");
+  const std::string text = isPermissionDenied
+                               ? translated("You don't have permission to write files in this directory.")
+                               : translated("The folder may be read-only or unavailable.");
+  FileCreator::showErrorDialog(title, text + "\n\n" + translated("Technical details:") + "\n" + description);
 }
 
 }  // namespace
@@ -123,7 +126,7 @@ std::optional<FileURL> FileCreator::createFile(const TemplateItem& item, const F
   auto rendered = TemplateEngine::render(item, customName, folderName, folderName, now);
   const auto bytes = bytesOf(item, std::move(rendered.content));
   if (!bytes) {
-    showErrorDialog("Encoding error", "Unable to encode template content.");
+    showErrorDialog(translated("Encoding error"), translated("Unable to encode template content."));
     return std::nullopt;
   }
   if (const auto refusal = refusalOf(rendered.filename)) {
@@ -148,7 +151,7 @@ void FileCreator::showErrorDialog(const std::string& message, const std::string&
     alert.messageText = message;
     alert.informativeText = details;
     alert.style = platform::AlertStyle::warning;
-    alert.addButton("Close");
+    alert.addButton(translated("Close"));
     auto& application = platform::current().application;
     application.activateIgnoringOtherApps();
     application.runModal(alert);

@@ -2,10 +2,12 @@
 
 #include "create/PromptDialog.h"
 
+#include "config/BuiltinTemplates.h"
 #include "create/PromptDialogHandler.h"
 #include "engine/TemplateEngine.h"
 #include "platform/Platform.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -31,10 +33,12 @@ std::optional<platform::Image> promptIcon(const TemplateItem& item) {
 }
 
 void addButtons(Alert& alert, PromptDialogHandler& handler) {
-  auto& create = alert.addButton("Create");
-  create = {"Create", PromptDialogHandler::confirmCode, "\r", PromptDialogHandler::createAction, &handler};
-  auto& cancel = alert.addButton("Cancel");
-  cancel = {"Cancel", PromptDialogHandler::cancelCode, "\x1b", PromptDialogHandler::cancelAction, &handler};
+  auto& create = alert.addButton(translated("Create"));
+  create = {translated("Create"), PromptDialogHandler::confirmCode, "\r", PromptDialogHandler::createAction,
+            &handler};
+  auto& cancel = alert.addButton(translated("Cancel"));
+  cancel = {translated("Cancel"), PromptDialogHandler::cancelCode, "\x1b", PromptDialogHandler::cancelAction,
+            &handler};
 }
 
 std::shared_ptr<TextField> addNameField(Alert& alert, PromptDialogHandler& handler,
@@ -88,9 +92,10 @@ void selectBaseOnceShown(const std::shared_ptr<Window>& window, const std::share
 std::optional<std::string> runPrompt(const TemplateItem& item, const std::string& suggestedFilename,
                                      const std::string& folderName) {
   Alert alert;
-  alert.messageText = "New " + item.name;
+  alert.messageText = translated("New %1%", {displayName(item.id, item.name)});
   alert.informativeText =
-      "Enter a name for the new file in “" + (folderName.empty() ? "Current Folder" : folderName) + "”:";
+      translated("Enter a name for the new file in “%1%”:",
+                 {folderName.empty() ? translated("Current Folder") : std::string_view(folderName)});
   alert.style = platform::AlertStyle::informational;
   alert.icon = promptIcon(item);
 

@@ -4,6 +4,8 @@
 
 #include <glib.h>
 
+#include "translation/translated.h"
+
 namespace sprig::dialog {
 
 namespace {
@@ -28,16 +30,18 @@ std::string_view withoutSpaceAround(std::string_view name) {
 NameNote noteOn(std::string_view typed) {
   const auto name = withoutSpaceAround(typed);
   if (name.find('/') != std::string_view::npos) {
-    return {NoteKind::problem, "File names can’t contain “/”."};
+    return {NoteKind::problem, translated("File names can’t contain “/”.")};
   }
   if (name == "." || name == "..") {
-    return {NoteKind::problem, "A file can’t be called “" + std::string(name) + "”."};
+    return {NoteKind::problem, translated("A file can’t be called “%1%”.", {name})};
   }
   if (name.size() > maxName) {
-    return {NoteKind::problem, "This name may be too long: it has " + std::to_string(name.size()) +
-                                   " bytes, and most file systems allow " + std::to_string(maxName) + "."};
+    return {NoteKind::problem,
+            translated("This name may be too long: it has %1% bytes, and most file systems allow %2%.",
+                       {std::to_string(name.size()), std::to_string(maxName)})};
   }
-  if (name.substr(0, 1) == ".") return {NoteKind::hint, "Files whose names begin with “.” are hidden."};
+  if (name.substr(0, 1) == ".")
+    return {NoteKind::hint, translated("Files whose names begin with “.” are hidden.")};
   return {};
 }
 

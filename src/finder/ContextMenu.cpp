@@ -7,6 +7,7 @@
 #include "finder/TemplateCategories.h"
 #include "finder/visibleCount.h"
 #include "platform/Platform.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -102,7 +103,7 @@ std::unique_ptr<Menu> ContextMenu::templateMenu(const ConfigSnapshot& config) {
   auto menu = makeMenu("Sprig");
   const auto templates = enabledTemplates(config);
   if (templates.empty()) {
-    menu->items.push_back(MenuItem::titled("No Templates Configured"));
+    menu->items.push_back(MenuItem::titled(translated("No Templates Configured")));
     menu->items.back().isEnabled = false;
   } else {
     populateSubmenu(*menu, templates, config->settings);
@@ -126,17 +127,18 @@ void ContextMenu::populateSubmenu(Menu& menu, const std::vector<TemplateReferenc
 }
 
 MenuItem ContextMenu::moreTemplatesItem(const std::vector<TemplateReference>& overflow, bool showCategories) {
-  auto more = makeMenu("More Templates");
+  const auto* title = translated("More Templates");
+  auto more = makeMenu(title);
   if (showCategories) {
     for (const auto& section : groupIntoSections(overflow, sectionOrder)) {
-      auto submenu = makeMenu(section.name);
+      auto submenu = makeMenu(sectionTitle(section.name));
       for (const auto& item : section.templates) submenu->items.push_back(createMenuItem(item));
-      more->items.push_back(withSubmenu(section.name, std::move(submenu), std::nullopt));
+      more->items.push_back(withSubmenu(sectionTitle(section.name), std::move(submenu), std::nullopt));
     }
   } else {
     for (const auto& item : overflow) more->items.push_back(createMenuItem(item));
   }
-  return withSubmenu("More Templates", std::move(more), menuImage("ellipsis.circle", "More Templates"));
+  return withSubmenu(title, std::move(more), menuImage("ellipsis.circle", title));
 }
 
 MenuItem ContextMenu::createMenuItem(const TemplateReference& item) {
@@ -151,10 +153,10 @@ MenuItem ContextMenu::createMenuItem(const TemplateReference& item) {
 }
 
 MenuItem ContextMenu::settingsItem() {
-  auto entry = MenuItem::titled("Sprig Settings…");
+  auto entry = MenuItem::titled(translated("Sprig Settings…"));
   entry.action = openSettingsActionSelector;
   entry.target = &menuTarget;
-  entry.image = menuImage("gearshape", "Settings");
+  entry.image = menuImage("gearshape", translated("Settings"));
   return entry;
 }
 

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -46,6 +47,8 @@ std::string categoryDisplayName(const std::string& category) {
   }
   return text::capitalized(category);
 }
+
+std::string sectionTitle(const std::string& sectionName) { return translatedName("section", sectionName); }
 
 std::vector<TemplateSection> groupIntoSections(const std::vector<TemplateReference>& templates,
                                                const std::vector<std::string>& categoryOrder) {

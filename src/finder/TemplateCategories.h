@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "finder/TemplateReference.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -19,13 +20,17 @@ struct TemplateSection {
 
 /// The standard sections, in the order shown.
 inline constexpr std::array<std::string_view, 6> standardCategoryOrder{
-    "Code & Development", "Notes & Documents", "Office & Data",
-    "Product & Strategy", "Design & Creative", "Finance & Operations",
+    toTranslateName("section", "Code & Development"), toTranslateName("section", "Notes & Documents"),
+    toTranslateName("section", "Office & Data"),      toTranslateName("section", "Product & Strategy"),
+    toTranslateName("section", "Design & Creative"),  toTranslateName("section", "Finance & Operations"),
 };
 
 /// The section a category belongs to: a standard one for the known categories in any case, else one named
 /// after the category with each word capitalised.
 std::string categoryDisplayName(const std::string& category);
+
+/// What users read as the name of such a section.
+std::string sectionTitle(const std::string& sectionName);
 
 /// Groups templates into sections: those named in `categoryOrder` first, in its order, then the others as
 /// they first appear. Within a section the templates keep their order.

@@ -11,6 +11,7 @@
 #include "import/templateFromFile.h"
 #include "platform/Platform.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -34,9 +35,10 @@ class Surveyor {
  private:
   void visitFolder(const FileURL& folder, const std::string& category, int depth) {
     const auto& files = platform::current().files;
-    if (!visited.insert(files.resolvingSymlinks(folder)).second) return skip(folder, "was read already");
+    if (!visited.insert(files.resolvingSymlinks(folder)).second)
+      return skip(folder, toTranslate("%1% was read already"));
     auto names = files.contentsOfDirectory(folder);
-    if (!names) return skip(folder, "can't be read");
+    if (!names) return skip(folder, toTranslate("%1% can't be read"));
     std::sort(names->begin(), names->end());
     for (const auto& name : *names) {
       if (!name.starts_with('.') && !name.ends_with('~')) visit(folder.appendingPath(name), category, depth);
@@ -45,28 +47,29 @@ class Surveyor {
 
   void visit(const FileURL& entry, const std::string& category, int depth) {
     const auto kind = platform::current().files.entryKind(entry);
-    if (kind == EntryKind::none) return skip(entry, "is a link to nothing");
+    if (kind == EntryKind::none) return skip(entry, toTranslate("%1% is a link to nothing"));
     if (kind == EntryKind::other) return visitFile(entry, category);
-    if (depth == deepest) return skip(entry, "is too deep in folders");
+    if (depth == deepest) return skip(entry, toTranslate("%1% is too deep in folders"));
     const auto name = text::toValidUTF8(entry.lastPathComponent());
     visitFolder(entry, category.empty() ? name : category, depth + 1);
   }
 
   void visitFile(const FileURL& file, const std::string& category) {
-    if (result.candidates.size() == maxFiles) return skip(file, "is more than the 500 files that are read");
-    if (bytes > maxBytes) return skip(file, "is more than the 64 MiB that are read");
+    if (result.candidates.size() == maxFiles)
+      return skip(file, toTranslate("%1% is more than the 500 files that are read"));
+    if (bytes > maxBytes) return skip(file, toTranslate("%1% is more than the 64 MiB that are read"));
     const auto entry = desktopEntryIn(file);
-    if (entry && !entry->target) return skip(file, "is no link to a file of this computer");
+    if (entry && !entry->target) return skip(file, toTranslate("%1% is no link to a file of this computer"));
     const auto& source = entry ? *entry->target : file;
     auto item = templateFromFile(source);
-    if (!item) return skip(file, "can't be read, or has more than 16 MiB");
+    if (!item) return skip(file, toTranslate("%1% can't be read, or has more than 16 MiB"));
     bytes += item->content.size() + item->contentBase64.value_or("").size();
     if (entry && !entry->name.empty()) item->name = entry->name;
     if (!category.empty()) item->category = category;
     result.candidates.push_back({std::move(*item), source});
   }
 
-  void skip(const FileURL& file, std::string reason) { result.skipped.push_back({file, std::move(reason)}); }
+  void skip(const FileURL& file, const char* reason) { result.skipped.push_back({file, reason}); }
 
   ImportSurvey result;
   std::set<FileURL> visited;

@@ -7,6 +7,7 @@
 
 #include "config/ConfigDocument.h"
 #include "platform/FileURL.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -20,8 +21,8 @@ struct ImportCandidate {
 /// A file or folder that can't.
 struct SkippedFile {
   platform::FileURL file;
-  /// What comes after its name in a sentence, without a full stop.
-  std::string reason;
+  /// A sentence about "%1%", the file's name, without a full stop; not translated yet.
+  const char* reason;
 };
 
 struct ImportSurvey {

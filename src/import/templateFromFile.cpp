@@ -12,6 +12,7 @@
 #include "engine/TemplateEngine.h"
 #include "platform/Platform.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
@@ -63,8 +64,9 @@ tl::expected<TemplateItem, Error> templateFromFile(const FileURL& file) {
   const auto& files = platform::current().files;
   const auto version = files.fileVersion(file);
   if (version && version->bytes > maxTemplateBytes) {
-    return tl::unexpected(Error{platform::POSIXErrorDomain, EFBIG,
-                                file.path() + " is too large for a template: it has more than 16 MiB"});
+    return tl::unexpected(
+        Error{platform::POSIXErrorDomain, EFBIG,
+              translated("%1% is too large for a template: it has more than 16 MiB", {file.path()})});
   }
   auto content = files.contentsOfFile(file);
   if (!content) return tl::unexpected(std::move(content.error()));

@@ -16,6 +16,7 @@
 #include "import/templateFromFile.h"
 #include "platform/Platform.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
@@ -24,14 +25,12 @@ using platform::FileURL;
 namespace {
 
 constexpr std::size_t maxSteps = 100;
-constexpr const char* newName = "New Template";
 
 std::string builtinText() { return encodeConfig(defaultFallbackConfig()); }
 
-std::string inQuotes(const std::string& name) { return "“" + name + "”"; }
-
 std::string titleOfAdding(std::size_t count, const std::string& firstName) {
-  return count == 1 ? "Add " + inQuotes(firstName) : "Add " + std::to_string(count) + " Templates";
+  if (count == 1) return translated("Add “%1%”", {firstName});
+  return translatedCount("Add %1% Template", "Add %1% Templates", count);
 }
 
 /// As a sentence: begins with a capital letter, and ends in a full stop.
@@ -45,7 +44,7 @@ std::string sentence(std::string text) {
 /// With an id when it is inserted.
 TemplateItem newTemplate() {
   TemplateItem item;
-  item.name = newName;
+  item.name = translated("New Template");
   item.extensionName = ".txt";
   item.filenamePattern = item.name;
   item.icon = "doc.text";
@@ -145,26 +144,27 @@ bool SettingsModel::changeField(const TemplateKey& key, const std::string& title
   return perform(title, changeTemplate(key, *item, wanted));
 }
 
-std::string SettingsModel::titleFor(std::string_view verb, const TemplateKey& key) const {
+std::string SettingsModel::titleFor(const char* pattern, const TemplateKey& key) const {
   const auto* item = find(key);
-  return std::string(verb) + " " + inQuotes(item == nullptr ? key.id : item->name);
+  return translated(pattern, {item == nullptr ? key.id : displayName(item->id, item->name)});
 }
 
 bool SettingsModel::setEnabled(const TemplateKey& key, bool isEnabled) {
-  return changeField(key, titleFor(isEnabled ? "Show" : "Hide", key),
+  return changeField(key, titleFor(isEnabled ? toTranslate("Show “%1%”") : toTranslate("Hide “%1%”"), key),
                      [&](TemplateItem& item) { item.enabled = isEnabled; });
 }
 
 bool SettingsModel::setFavorite(const TemplateKey& key, bool isFavorite) {
-  return changeField(key, titleFor("Change", key), [&](TemplateItem& item) { item.favorite = isFavorite; });
+  return changeField(key, titleFor(toTranslate("Change “%1%”"), key),
+                     [&](TemplateItem& item) { item.favorite = isFavorite; });
 }
 
 bool SettingsModel::move(const TemplateKey& key, std::size_t position) {
-  return perform(titleFor("Move", key), moveTemplate(key, position));
+  return perform(titleFor(toTranslate("Move “%1%”"), key), moveTemplate(key, position));
 }
 
 bool SettingsModel::remove(const TemplateKey& key) {
-  return perform(titleFor("Remove", key), removeTemplate(key));
+  return perform(titleFor(toTranslate("Remove “%1%”"), key), removeTemplate(key));
 }
 
 std::optional<TemplateKey> SettingsModel::performInsert(const std::string& title, const DocumentEdit& edit) {
@@ -181,13 +181,14 @@ std::optional<TemplateKey> SettingsModel::performInsert(const std::string& title
 }
 
 std::optional<TemplateKey> SettingsModel::addNew() {
-  return performInsert(std::string("Add ") + inQuotes(newName), insertNew({newTemplate()}));
+  return performInsert(translated("Add “%1%”", {translated("New Template")}), insertNew({newTemplate()}));
 }
 
 std::optional<TemplateKey> SettingsModel::duplicate(const TemplateKey& key) {
   const auto* original = find(key);
   if (original == nullptr) return std::nullopt;
-  return performInsert(titleFor("Duplicate", key), duplicateTemplate(key, original->name + " Copy"));
+  return performInsert(titleFor(toTranslate("Duplicate “%1%”"), key),
+                       duplicateTemplate(key, translated("%1% Copy", {original->name})));
 }
 
 bool SettingsModel::addFiles(const std::vector<FileURL>& files) {
@@ -212,12 +213,12 @@ bool SettingsModel::addImported(const TemplateImport& offer, const std::vector<s
 
 bool SettingsModel::setSettings(const AppSettingsItem& wanted) {
   if (problem) return false;
-  return perform("Change Settings", changeSettings(settings(), wanted));
+  return perform(translated("Change Settings"), changeSettings(settings(), wanted));
 }
 
 bool SettingsModel::change(const TemplateKey& key, const TemplateItem& before, const TemplateItem& after,
                            int session) {
-  if (!perform(titleFor("Change", key), changeTemplate(key, before, after))) return false;
+  if (!perform(titleFor(toTranslate("Change “%1%”"), key), changeTemplate(key, before, after))) return false;
   undoSteps.back().session = session;
   if (undoSteps.size() < 2 || undoSteps[undoSteps.size() - 2].session != session) return true;
   const auto last = undoSteps.back().edit;

@@ -118,7 +118,7 @@ class SettingsModel {
   bool performStep(std::vector<Step>& from, std::vector<Step>& to);
   bool changeField(const TemplateKey& key, const std::string& title,
                    const std::function<void(TemplateItem&)>& edit);
-  std::string titleFor(std::string_view verb, const TemplateKey& key) const;
+  std::string titleFor(const char* pattern, const TemplateKey& key) const;
   void read();
   void take(ConfigDocument newDocument);
   bool fail(const ConfigEditError& error);

@@ -8,6 +8,7 @@
 #include "import/TemplateExchange.h"
 #include "platform/Platform.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
@@ -15,8 +16,9 @@ using platform::FileURL;
 
 namespace {
 
-std::string sentenceOn(const FileURL& file, const std::string& reason) {
-  return "“" + text::toValidUTF8(file.lastPathComponent()) + "” " + reason + ".";
+/// The file's name in quotes.
+std::string quoted(const FileURL& file) {
+  return translated("“%1%”", {text::toValidUTF8(file.lastPathComponent())});
 }
 
 }  // namespace
@@ -29,7 +31,8 @@ TemplateImport TemplateImport::fromFolder(const FileURL& folder, const ConfigDoc
     result.changes.emplace_back(
         [found = std::move(candidate)](ConfigDocument& current) { importTemplate(current, found); });
   }
-  for (const auto& [file, reason] : survey.skipped) result.notTaken.push_back(sentenceOn(file, reason));
+  for (const auto& [file, reason] : survey.skipped)
+    result.notTaken.push_back(translated("%1%.", {translated(reason, {quoted(file)})}));
   return result;
 }
 
@@ -39,10 +42,10 @@ TemplateImport TemplateImport::fromSharedFiles(const std::vector<FileURL>& files
     const auto text = platform::current().files.contentsOfFile(file);
     try {
       if (text) result.offerShared(ConfigDocument(*text));
-      if (!text) result.notTaken.push_back(sentenceOn(file, "can’t be read"));
+      if (!text) result.notTaken.push_back(translated("%1% can’t be read.", {quoted(file)}));
     } catch (const DecodingError& error) {
-      const auto reason = std::string("holds no templates that can be read: ") + error.what();
-      result.notTaken.push_back(sentenceOn(file, reason));
+      result.notTaken.push_back(
+          translated("%1% holds no templates that can be read: %2%.", {quoted(file), error.what()}));
     }
   }
   return result;

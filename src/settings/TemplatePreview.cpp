@@ -5,15 +5,22 @@
 #include "create/Base64.h"
 #include "engine/TemplateEngine.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
 namespace {
 
 constexpr Placeholder everywhere[] = {
-    {"{{date}}", "Date"},     {"{{time}}", "Time"},       {"{{datetime}}", "Date and Time"},
-    {"{{year}}", "Year"},     {"{{month}}", "Month"},     {"{{day}}", "Day"},
-    {"{{folder}}", "Folder"}, {"{{project}}", "Project"}, {"{{author}}", "Author"},
+    {"{{date}}", toTranslate("Date")},
+    {"{{time}}", toTranslate("Time")},
+    {"{{datetime}}", toTranslate("Date and Time")},
+    {"{{year}}", toTranslate("Year")},
+    {"{{month}}", toTranslate("Month")},
+    {"{{day}}", toTranslate("Day")},
+    {"{{folder}}", toTranslate("Folder")},
+    {"{{project}}", toTranslate("Project")},
+    {"{{author}}", toTranslate("Author")},
 };
 
 std::vector<Placeholder> withFirst(std::vector<Placeholder> first) {
@@ -40,7 +47,8 @@ std::optional<std::string> ownBytes(const TemplateItem& item) {
 std::vector<Placeholder> placeholdersOfNames() { return withFirst({}); }
 
 std::vector<Placeholder> placeholdersOfContents() {
-  return withFirst({{"{{name}}", "File Name Without Extension"}, {"{{filename}}", "File Name"}});
+  return withFirst(
+      {{"{{name}}", toTranslate("File Name Without Extension")}, {"{{filename}}", toTranslate("File Name")}});
 }
 
 }  // namespace sprig::settings

@@ -10,6 +10,7 @@
 
 #include "config/AppConfigItem.h"
 #include "platform/FileURL.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
@@ -32,7 +33,8 @@ std::optional<std::string> ownBytes(const TemplateItem& item);
 /// A placeholder and what it becomes, for people.
 struct Placeholder {
   std::string_view token;
-  std::string_view meaning;
+  /// Not translated yet.
+  const char* meaning;
 };
 
 /// Those that file names and contents know. Threads: any.

@@ -6,6 +6,7 @@
 #include <map>
 #include <sstream>
 
+#include "config/BuiltinTemplates.h"
 #include "finder/TemplateCategories.h"
 #include "finder/visibleCount.h"
 #include "text/Text.h"
@@ -30,15 +31,16 @@ std::vector<TemplateRow> templateRows(const ConfigDocument& document) {
   for (const auto& item : templates) {
     auto placement = Placement::nowhere;
     if (item.enabled) placement = offered++ < visible ? Placement::inMenu : Placement::underMoreTemplates;
-    rows.push_back({{item.id, occurrences[item.id]++},
-                    item.name,
-                    item.extensionName,
-                    item.icon,
-                    item.enabled,
-                    item.favorite,
-                    placement,
-                    folded(item.name + "\n" + item.extensionName + "\n" + item.filenamePattern + "\n" +
-                           categoryDisplayName(item.category))});
+    rows.push_back(
+        {{item.id, occurrences[item.id]++},
+         displayName(item.id, item.name),
+         item.extensionName,
+         item.icon,
+         item.enabled,
+         item.favorite,
+         placement,
+         folded(displayName(item.id, item.name) + "\n" + item.name + "\n" + item.extensionName + "\n" +
+                item.filenamePattern + "\n" + sectionTitle(categoryDisplayName(item.category)))});
   }
   return rows;
 }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "config/ConfigManager.h"
+#include "translation/translated.h"
 #include "wire/FileUri.h"
 #include "wire/Interface.h"
 
@@ -25,8 +26,6 @@ struct Question {
   DesktopCreations* creations;
   Creation creation;
 };
-
-std::string quoted(const Creation& creation) { return "“" + creation.file.lastPathComponent() + "”"; }
 
 bool isHidden(const Creation& creation) { return creation.file.lastPathComponent().starts_with('.'); }
 
@@ -76,9 +75,9 @@ void DesktopCreations::notify(const Creation& creation, Recorded recorded) {
   const bool isNeeded = recorded == Recorded::no || isHidden(creation);
   if (!isNeeded || !areNotificationsWanted()) return;
   NotificationText text;
-  text.title = "Created " + quoted(creation);
-  if (isHidden(creation)) text.body = "It is hidden, as its name begins with a dot.";
-  if (recorded == Recorded::no) text.button = "Undo";
+  text.title = translated("Created “%1%”", {creation.file.lastPathComponent()});
+  if (isHidden(creation)) text.body = translated("It is hidden, as its name begins with a dot.");
+  if (recorded == Recorded::no) text.button = translated("Undo");
   notification.show(std::move(text), [this, creation] { undo(creation); });
 }
 
@@ -103,16 +102,18 @@ void DesktopCreations::trashed(GObject* file, GAsyncResult* result, void* announ
 void DesktopCreations::remove(const Creation& creation) {
   if (creation.remove()) {
     journal.forget(creation);
-    return notification.show({"Removed " + quoted(creation), "There is no trash where it was.", ""});
+    return notification.show({translated("Removed “%1%”", {creation.file.lastPathComponent()}),
+                              translated("There is no trash where it was."), ""});
   }
   const auto reason = std::generic_category().message(errno);
   const auto state = creation.state();
-  explain(state == CreationState::untouched ? quoted(creation) + " can't be removed: " + reason
-                                            : creation.reasonToKeep(state));
+  explain(state == CreationState::untouched
+              ? translated("“%1%” can't be removed: %2%", {creation.file.lastPathComponent(), reason})
+              : creation.reasonToKeep(state));
 }
 
 void DesktopCreations::explain(const std::string& reason) {
-  notification.show({"Nothing was undone", reason + ".", ""});
+  notification.show({translated("Nothing was undone"), translated("%1%.", {reason}), ""});
 }
 
 }  // namespace sprig::desktop

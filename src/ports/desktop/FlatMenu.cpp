@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "config/BuiltinTemplates.h"
 #include "finder/ContextMenu.h"
 #include "ports/linux/SymbolIcons.h"
 #include "wire/Interface.h"
@@ -37,7 +38,7 @@ Row rowOf(const MenuItem& item, std::int32_t parent) {
     return row;
   }
   if (item.submenu) row.type = Row::Type::submenu;
-  row.title = rowText(item.title);
+  row.title = rowText(item.identifier ? displayName(*item.identifier, item.title) : item.title);
   row.isEnabled = item.isEnabled;
   if (item.image) {
     row.icon = iconOf(*item.image);

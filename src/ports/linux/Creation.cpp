@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "translation/translated.h"
+
 namespace sprig::ports {
 
 using platform::FileURL;
@@ -31,18 +33,18 @@ CreationState Creation::state() const {
 }
 
 std::string Creation::reasonToKeep(CreationState state) const {
-  const auto name = "“" + file.lastPathComponent() + "”";
+  const auto name = file.lastPathComponent();
   switch (state) {
     case CreationState::changed:
-      return name + " has been changed since it was created";
+      return translated("“%1%” has been changed since it was created", {name});
     case CreationState::replaced:
-      return name + " is something else now";
+      return translated("“%1%” is something else now", {name});
     case CreationState::gone:
-      return name + " is no longer there";
+      return translated("“%1%” is no longer there", {name});
     case CreationState::untouched:
       break;
   }
-  return name + " can't be removed";
+  return translated("“%1%” can't be removed", {name});
 }
 
 bool Creation::remove() const {

@@ -9,6 +9,7 @@
 #include "ports/terminal/FolderArgument.h"
 #include "ports/terminal/MenuBrowser.h"
 #include "ports/terminal/UserPath.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -59,7 +60,7 @@ std::optional<ExitStatus> BrowseCommand::setItems() {
 std::string BrowseCommand::heading() const {
   const auto folder = terminal.controller().targetedURL();
   const auto shown = folder ? folder : firstSelectedFolder();
-  return shown ? "New file in " + abbreviated(*shown) : "New file";
+  return shown ? translated("New file in %1%", {abbreviated(*shown)}) : translated("New file");
 }
 
 ExitStatus BrowseCommand::pickAndCreate() {
@@ -71,7 +72,7 @@ ExitStatus BrowseCommand::pickAndCreate() {
       case MenuBrowser::End::cancelled:
         return ExitStatus::cancelled;
       case MenuBrowser::End::noMenu:
-        terminal.screen().printError("the menu is switched off in the settings (“showInFinder”)");
+        terminal.screen().printError(translated("the menu is switched off in the settings (“showInFinder”)"));
         return ExitStatus::failed;
       case MenuBrowser::End::picked:
         break;

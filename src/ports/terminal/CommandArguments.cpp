@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "translation/translated.h"
+
 namespace sprig::terminal {
 
 CommandArguments::CommandArguments() {
@@ -20,7 +22,7 @@ void CommandArguments::parse(std::vector<std::string> arguments) {
     parser.parse(std::move(arguments));
   } catch (const CLI::ArgumentMismatch& error) {
     const std::string_view message = error.what();
-    throw UsageError(std::string(message.substr(0, message.find(':'))) + " needs a value");
+    throw UsageError(translated("%1% needs a value", {message.substr(0, message.find(':'))}));
   } catch (const CLI::ParseError& error) {
     throw UsageError(error.what());
   }
@@ -29,7 +31,7 @@ void CommandArguments::parse(std::vector<std::string> arguments) {
     if (!areOptionsOver && argument == "--") {
       areOptionsOver = true;
     } else if (!areOptionsOver && argument.size() > 1 && argument.front() == '-') {
-      throw UsageError("unknown option “" + argument + "”");
+      throw UsageError(translated("unknown option “%1%”", {argument}));
     } else {
       operandList.push_back(std::move(argument));
     }
@@ -37,9 +39,11 @@ void CommandArguments::parse(std::vector<std::string> arguments) {
 }
 
 const std::vector<std::string>& CommandArguments::operands(std::size_t fewest, std::size_t most) const {
-  if (operandList.size() < fewest) throw UsageError("something is missing");
-  if (operandList.size() > most) throw UsageError("don't know what to do with “" + operandList[most] + "”");
-  if (!operandList.empty() && operandList.front().empty()) throw UsageError("an argument is empty");
+  if (operandList.size() < fewest) throw UsageError(translated("something is missing"));
+  if (operandList.size() > most)
+    throw UsageError(translated("don't know what to do with “%1%”", {operandList[most]}));
+  if (!operandList.empty() && operandList.front().empty())
+    throw UsageError(translated("an argument is empty"));
   return operandList;
 }
 

@@ -10,6 +10,7 @@
 
 #include "ports/terminal/CommandArguments.h"
 #include "ports/terminal/HelpTexts.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -39,7 +40,7 @@ Request readList(CommandArguments& arguments, Arguments list) {
   arguments.addFlag("--titles", titles);
   arguments.parse(std::move(list));
   arguments.operands(0, 1);
-  if (json && titles) throw UsageError("--json and --titles exclude each other");
+  if (json && titles) throw UsageError(translated("--json and --titles exclude each other"));
   const auto format = json ? ListFormat::json : titles ? ListFormat::titles : ListFormat::people;
   return ListRequest{format, arguments.operand(0)};
 }
@@ -51,10 +52,10 @@ Request readNew(CommandArguments& arguments, Arguments list) {
   arguments.addFlag("--dry-run", isDryRun);
   arguments.parse(std::move(list));
   if (arguments.wantsHelp()) return request;
-  if (!arguments.operand(0)) throw UsageError("which template? “sprig list” shows them");
+  if (!arguments.operand(0)) throw UsageError(translated("which template? “sprig list” shows them"));
   request.templateName = arguments.operands(1, 2).front();
   request.name = arguments.operand(1);
-  if (request.folder == "") throw UsageError("--in needs a folder");
+  if (request.folder == "") throw UsageError(translated("--in needs a folder"));
   if (isDryRun) request.mode = CreationMode::dryRun;
   return request;
 }
@@ -73,7 +74,8 @@ Request readConfig(CommandArguments& arguments, Arguments list) {
     arguments.operands(1, 2);
     return ConfigRequest{ConfigTask::check, arguments.operand(1)};
   }
-  if (task != "path" && task != "init") throw UsageError("config needs one of: path, init, check");
+  if (task != "path" && task != "init")
+    throw UsageError(translated("config needs one of: path, init, check"));
   arguments.operands(1, 1);
   return ConfigRequest{task == "path" ? ConfigTask::path : ConfigTask::init, std::nullopt};
 }
@@ -103,7 +105,7 @@ std::size_t positionIn(const std::string& text) {
   const auto* end = text.data() + text.size();
   const auto [rest, failure] = std::from_chars(text.data(), end, position);
   if (failure != std::errc() || rest != end || position == 0) {
-    throw UsageError("“" + text + "” is no position; 1 is the first");
+    throw UsageError(translated("“%1%” is no position; 1 is the first", {text}));
   }
   return position;
 }
@@ -119,12 +121,14 @@ Request readTemplate(CommandArguments& arguments, Arguments list) {
   const auto* found = std::find_if(std::begin(templateTasks), std::end(templateTasks),
                                    [&](const auto& task) { return task.name == word; });
   if (found == std::end(templateTasks)) {
-    throw UsageError(
-        "template needs one of: list, show, export, add, import, edit, enable, disable, move, remove");
+    throw UsageError(translated(
+        "template needs one of: list, show, export, add, import, edit, enable, disable, move, remove"));
   }
   request.task = found->task;
-  if (request.name && request.task != TemplateTask::add) throw UsageError("--name is for “template add”");
-  if (titles && request.task != TemplateTask::list) throw UsageError("--titles is for “template list”");
+  if (request.name && request.task != TemplateTask::add)
+    throw UsageError(translated("--name is for “template add”"));
+  if (titles && request.task != TemplateTask::list)
+    throw UsageError(translated("--titles is for “template list”"));
   if (titles) request.format = ListFormat::titles;
   if (!arguments.operand(0)) return request;
   request.operands = arguments.operands(1 + found->minOperands, 1 + found->maxOperands);

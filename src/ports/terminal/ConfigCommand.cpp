@@ -17,6 +17,7 @@
 #include "ports/terminal/SourceExcerpt.h"
 #include "ports/terminal/StandardStreams.h"
 #include "ports/terminal/UserPath.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -28,9 +29,11 @@ std::string summary(const AppConfigItem& config) {
   const auto& templates = config.templates;
   const auto disabled =
       std::count_if(templates.begin(), templates.end(), [](const auto& item) { return !item.enabled; });
-  auto result = std::to_string(templates.size()) + (templates.size() == 1 ? " template" : " templates");
-  if (disabled > 0) result += ", " + std::to_string(disabled) + " of them disabled";
-  return result;
+  auto result = translatedCount("%1% template", "%1% templates", templates.size());
+  if (disabled == 0) return result;
+  // TRANSLATORS: how many templates there are, and how many of them are disabled
+  return translatedCount("%2%, %1% of them disabled", "%2%, %1% of them disabled",
+                         static_cast<std::size_t>(disabled), {result});
 }
 
 std::string readAll(std::istream& stream) { return {std::istreambuf_iterator<char>(stream), {}}; }
@@ -52,11 +55,10 @@ ExitStatus ConfigCommand::run() {
 ExitStatus ConfigCommand::path() const {
   const auto file = ConfigManager::configURL();
   if (!platform::current().files.fileExists(file)) {
-    terminal.screen().printError(
+    terminal.screen().printError(translated(
         "there is no file at that place yet, so the built-in templates are used; “sprig config init” writes "
-        "a "
-        "first file, " +
-        ConfigEditor::newDocumentURL().path());
+        "a first file, %1%",
+        {ConfigEditor::newDocumentURL().path()}));
   }
   return printData(file.path() + "\n", terminal.screen());
 }
@@ -66,7 +68,7 @@ ExitStatus ConfigCommand::init() const {
   const auto file = ConfigEditor::newDocumentURL();
   const auto active = ConfigManager::configURL();
   if (files.fileExists(active) && active != file) {
-    return refuse("another configuration file is in force already: " + active.path());
+    return refuse(translated("another configuration file is in force already: %1%", {active.path()}));
   }
   if (const auto error = files.createDirectory(file.deletingLastPathComponent()))
     return refuse(error->description);
@@ -74,23 +76,23 @@ ExitStatus ConfigCommand::init() const {
     case NewFileResult::created:
       return printData(file.path() + "\n", terminal.screen());
     case NewFileResult::existsAlready:
-      return refuse(file.path() + " exists already; nothing was changed");
+      return refuse(translated("%1% exists already; nothing was changed", {file.path()}));
     case NewFileResult::failed:
       break;
   }
-  return refuse("can't write " + file.path() + ": " + lastErrorText());
+  return refuse(translated("can't write %1%: %2%", {file.path(), lastErrorText()}));
 }
 
 ExitStatus ConfigCommand::check() const {
-  if (request.file == "-") return checkDocument("standard input", readAll(std::cin));
+  if (request.file == "-") return checkDocument(translated("standard input"), readAll(std::cin));
   if (request.file) {
     const auto file = absoluteLocation(*request.file);
-    return file ? checkFile(*request.file, *file) : refuse("the current folder is gone");
+    return file ? checkFile(*request.file, *file) : refuse(translated("the current folder is gone"));
   }
   const auto file = ConfigManager::configURL();
   if (platform::current().files.fileExists(file)) return checkFile(file.path(), file);
-  const auto text =
-      "no configuration file; the built-in templates are used: " + summary(defaultFallbackConfig());
+  const auto text = translated("no configuration file; the built-in templates are used: %1%",
+                               {summary(defaultFallbackConfig())});
   return printData(text + "\n", terminal.screen());
 }
 
@@ -124,9 +126,10 @@ void ConfigCommand::warn(const std::string& shownName, const AppConfigItem& conf
   std::string output;
   for (const auto& warning : warnings) {
     const auto [line, column] = index.position(warning.place);
-    output += screen.paragraphs(shownName + ": line " + std::to_string(line) + ", column " +
-                                    std::to_string(column) + ": warning: " + warning.text,
-                                0);
+    output +=
+        screen.paragraphs(translated("%1%: line %2%, column %3%: warning: %4%",
+                                     {shownName, std::to_string(line), std::to_string(column), warning.text}),
+                          0);
   }
   static_cast<void>(screen.write(output));
 }

@@ -9,6 +9,7 @@
 #include "finder/TemplateCategories.h"
 #include "ports/linux/SymbolIcons.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -33,27 +34,28 @@ class Inspection {
     const auto firstWithThis = firstWithId.find(text::canonicalForm(item.id))->second;
     if (firstWithThis != index) {
       warn(index, "id",
-           "“" + item.id + "” is the id of templates[" + std::to_string(firstWithThis) +
-               "], too; a pick of either creates the one that the menu shows last");
+           translated("“%1%” is the id of templates[%2%], too; a pick of either creates the one that the "
+                      "menu shows last",
+                      {item.id, std::to_string(firstWithThis)}));
     }
     const auto named = firstWithId.find(text::canonicalForm(item.name));
     if (named != firstWithId.end() && !text::isEqual(item.name, item.id)) {
       warn(index, "name",
-           "“" + item.name + "” is the id of templates[" + std::to_string(named->second) +
-               "]; a pick of one may create the other");
+           translated("“%1%” is the id of templates[%2%]; a pick of one may create the other",
+                      {item.name, std::to_string(named->second)}));
     }
     if (!ports::isKnownSymbol(item.icon)) {
       warn(index, "icon",
-           "“" + item.icon +
-               "” is none of Sprig's symbols; where the icon theme has no icon of that "
-               "name, menus show a document");
+           translated("“%1%” is none of Sprig's symbols; where the icon theme has no icon of that "
+                      "name, menus show a document",
+                      {item.icon}));
     }
     const auto section = categoryDisplayName(item.category);
     if (std::find(standardCategoryOrder.begin(), standardCategoryOrder.end(), section) ==
         standardCategoryOrder.end()) {
       warn(index, "category",
-           "“" + item.category + "” is none of Sprig's categories; its templates have a section “" + section +
-               "” of their own");
+           translated("“%1%” is none of Sprig's categories; its templates have a section “%2%” of their own",
+                      {item.category, section}));
     }
     if (item.contentBase64 && !item.contentBase64->empty()) inspectBase64(index, *item.contentBase64);
   }
@@ -61,9 +63,9 @@ class Inspection {
   void inspectBase64(std::size_t index, const std::string& encoded) {
     const auto bytes = decodeBase64(encoded);
     if (!bytes) {
-      warn(index, "contentBase64", "this is not Base64; the file gets the text of “content”");
+      warn(index, "contentBase64", translated("this is not Base64; the file gets the text of “content”"));
     } else if (bytes->empty()) {
-      warn(index, "contentBase64", "no character of this is Base64; the file is empty");
+      warn(index, "contentBase64", translated("no character of this is Base64; the file is empty"));
     }
   }
 

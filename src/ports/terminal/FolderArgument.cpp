@@ -3,6 +3,7 @@
 #include "ports/terminal/FolderArgument.h"
 
 #include "ports/terminal/UserPath.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -12,7 +13,7 @@ namespace {
 
 Located located(const std::optional<FileURL>& location, const Screen& errors) {
   if (location) return *location;
-  errors.printError("the current folder is gone");
+  errors.printError(translated("the current folder is gone"));
   return tl::unexpected(ExitStatus::failed);
 }
 
@@ -21,7 +22,7 @@ Located located(const std::optional<FileURL>& location, const Screen& errors) {
 Located existingFolder(const std::optional<std::string>& argument, const Screen& errors) {
   if (!argument) return located(currentFolder(), errors);
   if (kindOf(*argument) == PathKind::item) {
-    errors.printError("“" + *argument + "” is not a folder");
+    errors.printError(translated("“%1%” is not a folder", {*argument}));
     return tl::unexpected(ExitStatus::wrongUse);
   }
   return existingItem(*argument, errors);
@@ -29,7 +30,8 @@ Located existingFolder(const std::optional<std::string>& argument, const Screen&
 
 Located existingItem(const std::string& argument, const Screen& errors) {
   if (kindOf(argument) == PathKind::missing) {
-    errors.printError("there is no file or folder “" + argument + "” (“sprig --help” shows the usage)");
+    errors.printError(
+        translated("there is no file or folder “%1%” (“sprig --help” shows the usage)", {argument}));
     return tl::unexpected(ExitStatus::wrongUse);
   }
   return located(absoluteLocation(argument), errors);

@@ -10,6 +10,7 @@
 #include "ports/terminal/FolderArgument.h"
 #include "ports/terminal/MenuListing.h"
 #include "ports/terminal/NumberedMenu.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -22,7 +23,7 @@ ExitStatus ListCommand::run() {
   const auto menu = finderSync.menu(platform::FIMenuKind::contextualMenuForContainer);
   terminal.runPending();
   if (!menu) {
-    terminal.screen().printError("the menu is switched off in the settings (“showInFinder”)");
+    terminal.screen().printError(translated("the menu is switched off in the settings (“showInFinder”)"));
     return printData(listing(*folder, {}), terminal.screen());
   }
   return printData(listing(*folder, entriesOf(*menu)), terminal.screen());

@@ -7,6 +7,7 @@
 
 #include "config/ConfigManager.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -19,7 +20,8 @@ constexpr std::size_t numberColumns = 4;
 constexpr std::size_t markColumns = 2;
 constexpr std::size_t ruleColumns = 32;
 constexpr const char* gap = "  ";
-constexpr const char* hint = "A number or the start of a name; Return: the menu again; Ctrl-D: leave.";
+constexpr const char* hint =
+    toTranslate("A number or the start of a name; Return: the menu again; Ctrl-D: leave.");
 
 std::string rightAligned(std::string text, std::size_t columns) {
   if (text.size() < columns) text.insert(0, columns - text.size(), ' ');
@@ -70,9 +72,9 @@ void MenuBrowser::show(const NumberedMenu& rows) const {
       "\n" + output.styled(output.fittedText(heading, width, Cut::start), Style::bold) + "\n\n";
   for (const auto& row : rows.all()) shown += line(row) + "\n";
   if (!path.empty()) {
-    shown += output.styled(rightAligned("0", numberColumns), Style::bold) + gap + "Back\n";
+    shown += output.styled(rightAligned("0", numberColumns), Style::bold) + gap + translated("Back") + "\n";
   }
-  shown += "\n" + output.styled(output.paragraphs(hint, 0), Style::dim);
+  shown += "\n" + output.styled(output.paragraphs(translated(hint), 0), Style::dim);
   static_cast<void>(output.write(shown));
 }
 
@@ -120,9 +122,9 @@ MenuBrowser::Next MenuBrowser::take(const MenuItem& item) {
 
 void MenuBrowser::showCandidates(const std::vector<NumberedMenu::Row>& candidates,
                                  std::string_view input) const {
-  const auto quoted = "“" + std::string(input) + "”";
-  if (candidates.empty()) return output.printError("nothing in the menu is called " + quoted);
-  std::string shown = output.paragraphs(quoted + " could be any of these:", 0);
+  if (candidates.empty())
+    return output.printError(translated("nothing in the menu is called “%1%”", {input}));
+  std::string shown = output.paragraphs(translated("“%1%” could be any of these:", {input}), 0);
   for (const auto& row : candidates) shown += line(row) + "\n";
   static_cast<void>(output.write(shown));
 }

@@ -12,6 +12,7 @@
 #include "ports/terminal/FolderArgument.h"
 #include "ports/terminal/NearestNames.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -58,7 +59,7 @@ ExitStatus NewCommand::plan(const TemplateItem& item, const platform::FileURL& f
   const auto name = TemplateEngine::render(item, request.name, folderName, folderName).filename;
   const auto file = folder.appendingPathComponent(TemplateEngine::resolveCollision(folder, name));
   if (file) return printData(file->path() + "\n", terminal.screen());
-  terminal.screen().printError("a file can’t be called “" + name + "”");
+  terminal.screen().printError(translated("a file can’t be called “%1%”", {name}));
   return ExitStatus::failed;
 }
 
@@ -81,14 +82,16 @@ std::optional<platform::MenuItem> NewCommand::picked(const MenuState& state) con
 void NewCommand::printUnknownTemplate() const {
   std::vector<std::string> names;
   for (const auto& item : ConfigManager::shared().getConfig()->templates) names.push_back(item.name);
-  auto message = "no template is called “" + request.templateName + "”.";
-  std::string separator = " Did you mean ";
+  std::string near;
   for (const auto& name : nearestNames(request.templateName, names)) {
-    message.append(separator).append("“").append(name).append("”");
-    separator = " or ";
+    const auto quoted = translated("“%1%”", {name});
+    near = near.empty() ? quoted : translated("%1% or %2%", {near, quoted});
   }
-  if (separator == " or ") message += "?";
-  terminal.screen().printError(message + " “sprig list” shows them all.");
+  terminal.screen().printError(
+      near.empty()
+          ? translated("no template is called “%1%”. “sprig list” shows them all.", {request.templateName})
+          : translated("no template is called “%1%”. Did you mean %2%? “sprig list” shows them all.",
+                       {request.templateName, near}));
 }
 
 }  // namespace sprig::terminal

@@ -18,6 +18,7 @@
 #include "ports/terminal/FolderArgument.h"
 #include "ports/terminal/TemplateTextEdit.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -44,10 +45,12 @@ std::size_t indexOf(const AppConfigItem& config, const std::string& called) {
     if (!found.empty()) break;
   }
   if (found.empty()) {
-    throw NamingError("no template is called “" + called + "”; “sprig template list” shows them all");
+    throw NamingError(
+        translated("no template is called “%1%”; “sprig template list” shows them all", {called}));
   }
   if (found.size() > 1) {
-    throw NamingError("several templates are called “" + called + "”; “sprig template list” shows their ids");
+    throw NamingError(
+        translated("several templates are called “%1%”; “sprig template list” shows their ids", {called}));
   }
   return found.front();
 }
@@ -59,6 +62,13 @@ std::string titlesIn(const AppConfigItem& config) {
     if (item.name.find('\n') == std::string::npos) result += item.name + "\n";
   }
   return result;
+}
+
+/// In English, or in the user's language.
+bool isNo(const std::string& answer) {
+  // TRANSLATORS: the letter that answers "Edit it again? [Y/n]" with no
+  return !answer.empty() &&
+         (answer == "n" || answer == "N" || text::isEqual(text::lowercased(answer), translated("n")));
 }
 
 /// What is wrong with the text of a template; empty if nothing is.
@@ -137,21 +147,23 @@ ExitStatus TemplateCommand::add() const {
 ExitStatus TemplateCommand::addSharedIn(const platform::FileURL& file) const {
   const auto text = platform::current().files.contentsOfFile(file);
   if (!text) return refuse(text.error().description);
-  if (request.name) return refuse("--name is for one file, not for templates to share", ExitStatus::wrongUse);
+  if (request.name)
+    return refuse(translated("--name is for one file, not for templates to share"), ExitStatus::wrongUse);
   return addWith([&](ConfigDocument& document) { addShared(document, *text); });
 }
 
 ExitStatus TemplateCommand::importFolder() const {
   const auto chosen = platform::current().files.templatesDirectory();
   if (request.operands.empty() && !chosen) {
-    return refuse("you have no folder for templates; “sprig template import FOLDER” takes any",
+    return refuse(translated("you have no folder for templates; “sprig template import FOLDER” takes any"),
                   ExitStatus::wrongUse);
   }
   const auto folder =
       request.operands.empty() ? *chosen : existingFolder(request.operands.front(), terminal.screen());
   if (!folder) return folder.error();
   const auto survey = surveyFolder(*folder);
-  for (const auto& [file, reason] : survey.skipped) terminal.screen().printError(file.path() + " " + reason);
+  for (const auto& [file, reason] : survey.skipped)
+    terminal.screen().printError(translated(reason, {file.path()}));
   return addWith([&](ConfigDocument& document) {
     for (const auto& candidate : survey.candidates) importTemplate(document, candidate);
   });
@@ -187,9 +199,9 @@ ExitStatus TemplateCommand::edit() const {
     problem = problemOf(text);
     if (problem.empty()) return save(document->keyOf(index), old, reindented(text, "", indentation));
     terminal.screen().printError(problem);
-    const auto answer = terminal.lines().read({"Edit it again? [Y/n] ", "", 0, {}});
-    if (!answer || *answer == "n" || *answer == "N")
-      return refuse("nothing was changed", ExitStatus::cancelled);
+    const auto question = std::string(translated("Edit it again? [Y/n]")) + " ";
+    const auto answer = terminal.lines().read({question, "", 0, {}});
+    if (!answer || isNo(*answer)) return refuse(translated("nothing was changed"), ExitStatus::cancelled);
   }
 }
 
@@ -202,7 +214,7 @@ ExitStatus TemplateCommand::save(const TemplateKey& key, const std::string& old,
     if (!isClash) document.setText(*index, edited);
   });
   if (result && isClash) {
-    return refuse("the template was changed elsewhere meanwhile, so nothing was changed here");
+    return refuse(translated("the template was changed elsewhere meanwhile, so nothing was changed here"));
   }
   return outcomeOf(result);
 }
@@ -230,7 +242,8 @@ ExitStatus TemplateCommand::outcomeOf(const tl::expected<ConfigDocument, ConfigE
   if (result) return ExitStatus::success;
   const auto& [reason, description] = result.error();
   if (reason != ConfigEditError::Reason::broken) return refuse(description);
-  return refuse("the configuration file is broken (" + description + "); “sprig config check” tells more");
+  return refuse(
+      translated("the configuration file is broken (%1%); “sprig config check” tells more", {description}));
 }
 
 ExitStatus TemplateCommand::refuse(const std::string& reason, ExitStatus status) const {
@@ -250,7 +263,9 @@ std::string TemplateCommand::listing(const AppConfigItem& config) const {
   for (std::size_t index = 0; index < names.size(); ++index) {
     const auto& item = config.templates[index];
     result.append(names[index]).append(idColumn - columnsOf(names[index], screen.charset()), ' ');
-    result += screen.styled(screen.text(item.id + (item.enabled ? "" : "  (disabled)")), Style::dim) + '\n';
+    result += screen.styled(screen.text(item.enabled ? item.id : translated("%1%  (disabled)", {item.id})),
+                            Style::dim) +
+              '\n';
   }
   return result;
 }

@@ -15,6 +15,7 @@
 #include "ports/linux/Descriptor.h"
 #include "ports/linux/retrying.h"
 #include "ports/terminal/StandardStreams.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -61,11 +62,11 @@ bool runEditor(const std::string& path) {
 std::optional<std::string> editedText(const std::string& text, std::string& problem) {
   const TemporaryText file;
   if (!file.write(text + "\n")) {
-    problem = "can't write a temporary file: " + lastErrorText();
+    problem = translated("can't write a temporary file: %1%", {lastErrorText()});
     return std::nullopt;
   }
   if (!runEditor(file.location())) {
-    problem = "the editor failed, so nothing was changed";
+    problem = translated("the editor failed, so nothing was changed");
     return std::nullopt;
   }
   auto edited = platform::current().files.contentsOfFile(platform::FileURL(file.location()));

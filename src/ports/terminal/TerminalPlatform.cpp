@@ -6,6 +6,7 @@
 
 #include "ports/linux/InotifyFileChangeSources.h"
 #include "ports/terminal/NoFileChangeSources.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -36,7 +37,7 @@ ExitStatus TerminalPlatform::outcomeOfPick() {
   }
   if (alerts.hasShownAlert()) return ExitStatus::failed;
   if (alerts.hasCancelledQuestion()) return ExitStatus::cancelled;
-  standardError.printError("nothing was created; ~/.kestrel/sprig/extension.log says why");
+  standardError.printError(translated("nothing was created; ~/.kestrel/sprig/extension.log says why"));
   return ExitStatus::failed;
 }
 

@@ -7,6 +7,7 @@
 #include "config/ConfigManager.h"
 #include "platform/Platform.h"
 #include "ports/terminal/StandardStreams.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -15,11 +16,13 @@ namespace {
 std::string whereSettingsAre() {
   const auto file = ConfigManager::configURL();
   if (platform::current().files.fileExists(file)) {
-    return "Your templates and settings are in\n  " + file.path() +
-           "\nChange them with any editor; the next menu follows.";
+    return translated(
+        "Your templates and settings are in\n  %1%\nChange them with any editor; the next menu follows.",
+        {file.path()});
   }
-  return "You have no configuration file yet, so the built-in templates are offered.\n"
-         "“sprig config init” writes them to a file for you to edit.";
+  return translated(
+      "You have no configuration file yet, so the built-in templates are offered.\n"
+      "“sprig config init” writes them to a file for you to edit.");
 }
 
 /// A terminal would obey the control characters of a name; a program gets the very bytes.
@@ -35,7 +38,7 @@ void TerminalWorkspace::activateFileViewerSelecting(const std::vector<platform::
     revealed = true;
     if (writeFully(STDOUT_FILENO, printable(file.path()) + "\n")) continue;
     failedToPrint = true;
-    output.printError("created " + file.path() + ", but can't print that: " + lastErrorText());
+    output.printError(translated("created %1%, but can't print that: %2%", {file.path(), lastErrorText()}));
   }
 }
 

@@ -11,6 +11,7 @@
 #include "ports/terminal/DataOutput.h"
 #include "ports/terminal/StandardStreams.h"
 #include "ports/terminal/moveToTrash.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -25,7 +26,7 @@ ExitStatus UndoCommand::run() {
     return printData(lines, terminal.screen());
   }
   if (creations.empty()) {
-    terminal.screen().printError("there is nothing to undo");
+    terminal.screen().printError(translated("there is nothing to undo"));
     return ExitStatus::cancelled;
   }
   return undo(creations.front());
@@ -39,10 +40,10 @@ ExitStatus UndoCommand::undo(const Creation& creation) {
       const auto reason = lastErrorText();
       const auto stateNow = creation.state();
       if (stateNow != CreationState::untouched) return refuse(creation, stateNow);
-      terminal.screen().printError("can't remove " + creation.file.path() + ": " + reason);
+      terminal.screen().printError(translated("can't remove %1%: %2%", {creation.file.path(), reason}));
       return ExitStatus::failed;
     }
-    terminal.screen().printError("there is no trash for it, so it was removed");
+    terminal.screen().printError(translated("there is no trash for it, so it was removed"));
   }
   terminal.journal().forget(creation);
   return printData(creation.file.path() + "\n", terminal.screen());
@@ -52,8 +53,8 @@ ExitStatus UndoCommand::undo(const Creation& creation) {
 ExitStatus UndoCommand::refuse(const Creation& creation, CreationState state) {
   terminal.journal().forget(creation);
   terminal.screen().printError(
-      creation.reasonToKeep(state) +
-      ", so nothing was done; \"sprig undo\" now goes on with the creation before it");
+      translated("%1%, so nothing was done; \"sprig undo\" now goes on with the creation before it",
+                 {creation.reasonToKeep(state)}));
   return ExitStatus::failed;
 }
 

@@ -20,6 +20,7 @@
 #include "ports/terminal/TemplateCommand.h"
 #include "ports/terminal/TerminalPlatform.h"
 #include "ports/terminal/UndoCommand.h"
+#include "translation/translated.h"
 
 namespace sprig::terminal {
 
@@ -53,12 +54,12 @@ ExitStatus run(std::vector<std::string> arguments) {
   try {
     const auto commandLine = parseCommandLine(std::move(arguments));
     if (!commandLine) {
-      errors.printError(commandLine.error() + "; see “sprig --help”");
+      errors.printError(translated("%1%; see “sprig --help”", {commandLine.error()}));
       return ExitStatus::wrongUse;
     }
     return std::visit(Runner(*commandLine), commandLine->request);
   } catch (const std::bad_alloc&) {
-    errors.printError("there is not enough memory for this");
+    errors.printError(translated("there is not enough memory for this"));
     return ExitStatus::failed;
   } catch (const std::exception& error) {
     errors.printError(error.what());

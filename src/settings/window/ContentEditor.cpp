@@ -11,6 +11,7 @@
 #include "settings/window/PlaceholderButton.h"
 #include "settings/window/Widgets.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 #include "wire/Pointers.h"
 
 namespace sprig::settings {
@@ -34,10 +35,10 @@ ContentEditor::ContentEditor(Handlers editorHandlers)
       switcher(gtk_stack_switcher_new()),
       insertButton(
           makePlaceholderButton(placeholdersOfContents(), [this](const auto& token) { insert(token); })),
-      fileButton(gtk_button_new_with_label("Use a File…")),
+      fileButton(gtk_button_new_with_label(translated("Use a File…"))),
       stack(gtk_stack_new()),
-      text(makeTextView("Content")),
-      preview(makeTextView("Preview")),
+      text(makeTextView(translated("Content"))),
+      preview(makeTextView(translated("Preview"))),
       kindIcon(makeDecoration(nullptr)),
       kind(gtk_label_new("")),
       placeholderTag(gtk_text_buffer_create_tag(gtk_text_view_get_buffer(GTK_TEXT_VIEW(text)), nullptr,
@@ -52,7 +53,7 @@ ContentEditor::ContentEditor(Handlers editorHandlers)
 }
 
 void ContentEditor::makeHeader() {
-  auto* title = makeLabel("Content");
+  auto* title = makeLabel(translated("Content"));
   gtk_widget_add_css_class(title, "heading");
   gtk_widget_set_hexpand(title, TRUE);
   auto* row = makeBox(GTK_ORIENTATION_HORIZONTAL, smallGap);
@@ -63,8 +64,9 @@ void ContentEditor::makeHeader() {
 
 void ContentEditor::makeText() {
   gtk_text_view_set_editable(GTK_TEXT_VIEW(preview), FALSE);
-  gtk_stack_add_titled(GTK_STACK(stack), makeTextFrame(text, contentHeight), textPage, "Text");
-  gtk_stack_add_titled(GTK_STACK(stack), makeTextFrame(preview, contentHeight), previewPage, "Preview");
+  gtk_stack_add_titled(GTK_STACK(stack), makeTextFrame(text, contentHeight), textPage, translated("Text"));
+  gtk_stack_add_titled(GTK_STACK(stack), makeTextFrame(preview, contentHeight), previewPage,
+                       translated("Preview"));
   connect(gtk_text_view_get_buffer(GTK_TEXT_VIEW(text)), "changed", [this] {
     highlight();
     if (!isUpdating) handlers.changed();
@@ -74,9 +76,9 @@ void ContentEditor::makeText() {
 GtkWidget* ContentEditor::makeFilePage() {
   gtk_image_set_pixel_size(GTK_IMAGE(kindIcon), 48);
   gtk_label_set_wrap(GTK_LABEL(kind), TRUE);
-  auto* replace = gtk_button_new_with_label("Replace from File…");
-  auto* save = gtk_button_new_with_label("Save to File…");
-  auto* useTextButton = gtk_button_new_with_label("Use a Text");
+  auto* replace = gtk_button_new_with_label(translated("Replace from File…"));
+  auto* save = gtk_button_new_with_label(translated("Save to File…"));
+  auto* useTextButton = gtk_button_new_with_label(translated("Use a Text"));
   connect(replace, "clicked", [this] { chooseFile(); });
   connect(save, "clicked", [this] { chooseTarget(); });
   connect(useTextButton, "clicked", [this] { useText(); });
@@ -154,25 +156,25 @@ void ContentEditor::insert(const std::string& token) {
 }
 
 void ContentEditor::chooseFile() {
-  chooseInDialog(box, "Use a File", GTK_FILE_CHOOSER_ACTION_OPEN, "",
+  chooseInDialog(box, translated("Use a File"), GTK_FILE_CHOOSER_ACTION_OPEN, "",
                  [this](GFile* file) { replaceFrom(file); });
 }
 
 void ContentEditor::replaceFrom(GFile* file) {
   const wire::TextPointer path(g_file_get_path(file));
-  if (!path) return handlers.failed("Only files on this computer can be used.");
+  if (!path) return handlers.failed(translated("Only files on this computer can be used."));
   const auto bytes = platform::current().files.contentsOfFile(platform::FileURL(path.get()));
-  if (!bytes) return handlers.failed("The file can’t be read: " + bytes.error().description + ".");
-  if (bytes->empty()) return handlers.failed("The file is empty.");
-  if (bytes->size() > largestFile) return handlers.failed("The file is larger than 8 MB.");
+  if (!bytes) return handlers.failed(translated("The file can’t be read: %1%.", {bytes.error().description}));
+  if (bytes->empty()) return handlers.failed(translated("The file is empty."));
+  if (bytes->size() > largestFile) return handlers.failed(translated("The file is larger than 8 MB."));
   shown.contentBase64 = encodeBase64(*bytes);
   update();
   handlers.changed();
 }
 
 void ContentEditor::chooseTarget() {
-  chooseInDialog(box, "Save to File", GTK_FILE_CHOOSER_ACTION_SAVE, shown.name + shown.extensionName,
-                 [this](GFile* file) { saveTo(file); });
+  chooseInDialog(box, translated("Save to File"), GTK_FILE_CHOOSER_ACTION_SAVE,
+                 shown.name + shown.extensionName, [this](GFile* file) { saveTo(file); });
 }
 
 void ContentEditor::saveTo(GFile* file) {
@@ -181,7 +183,7 @@ void ContentEditor::saveTo(GFile* file) {
   g_file_replace_contents(file, bytes.data(), bytes.size(), nullptr, FALSE, G_FILE_CREATE_NONE, nullptr,
                           nullptr, &error);
   const wire::ErrorPointer owned(error);
-  if (owned) handlers.failed(std::string("The file can’t be saved: ") + owned->message + ".");
+  if (owned) handlers.failed(translated("The file can’t be saved: %1%.", {owned->message}));
 }
 
 void ContentEditor::useText() {

@@ -11,6 +11,7 @@
 #include "settings/window/ContentKind.h"
 #include "settings/window/Widgets.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
@@ -30,10 +31,6 @@ std::string kindOfContent(const TemplateItem& item) {
   return kindOf(filenameOf(item), ownBytes(item).value_or(item.content)).text;
 }
 
-std::string counted(std::size_t count, const char* noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 bool isChecked(GtkWidget* check) { return gtk_check_button_get_active(GTK_CHECK_BUTTON(check)) != FALSE; }
 
 void setChecked(GtkWidget* check, bool isOn) {
@@ -49,10 +46,10 @@ ImportPage::ImportPage(SettingsModel& settingsModel, std::function<void(std::siz
       title(makeText("")),
       skipped(gtk_menu_button_new()),
       skippedText(makeText("")),
-      all(gtk_check_button_new_with_label("All")),
+      all(gtk_check_button_new_with_label(translated("All"))),
       list(makeCard()),
       contentTitle(makeText("")),
-      content(makeTextView("Content")),
+      content(makeTextView(translated("Content"))),
       addButton(gtk_button_new()) {
   setMargins(page, pageMargin, pageMargin);
   gtk_widget_add_css_class(title, "title-3");
@@ -61,7 +58,7 @@ ImportPage::ImportPage(SettingsModel& settingsModel, std::function<void(std::siz
   gtk_widget_set_halign(addButton, GTK_ALIGN_END);
   gtk_widget_set_margin_start(all, gap);
   gtk_text_view_set_editable(GTK_TEXT_VIEW(content), FALSE);
-  setAccessibleName(list, "Templates to Add");
+  setAccessibleName(list, translated("Templates to Add"));
   gtk_widget_set_valign(list, GTK_ALIGN_START);
   auto* scroller = gtk_scrolled_window_new();
   gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller), list);
@@ -114,7 +111,8 @@ void ImportPage::show(TemplateImport newOffer) {
   checks.clear();
   const auto count = offer->entries().size();
   for (std::size_t place = 0; place < count; ++place) gtk_list_box_append(GTK_LIST_BOX(list), makeRow(place));
-  gtk_label_set_text(GTK_LABEL(title), (counted(count, "template") + " to add").c_str());
+  gtk_label_set_text(GTK_LABEL(title),
+                     translatedCount("%1% template to add", "%1% templates to add", count).c_str());
   setVisible(all, count > 1);
   showSkipped();
   showChosen();
@@ -156,9 +154,9 @@ GtkWidget* ImportPage::makeTexts(const TemplateImport::Entry& entry) const {
   gtk_widget_set_hexpand(texts, TRUE);
   gtk_box_append(GTK_BOX(texts), name);
   gtk_box_append(GTK_BOX(texts), kind);
-  std::string where = categoryDisplayName(entry.item.category);
-  if (entry.outcome == ImportOutcome::updated) where = "Has changed since it was imported";
-  if (entry.outcome == ImportOutcome::unchanged) where = "Is here already";
+  auto where = sectionTitle(categoryDisplayName(entry.item.category));
+  if (entry.outcome == ImportOutcome::updated) where = translated("Has changed since it was imported");
+  if (entry.outcome == ImportOutcome::unchanged) where = translated("Is here already");
   auto* section = makeLabel(where);
   gtk_widget_add_css_class(section, "dim-label");
   auto* line = makeBox(GTK_ORIENTATION_HORIZONTAL, gap);
@@ -172,7 +170,8 @@ void ImportPage::showSkipped() {
   std::string text;
   for (const auto& sentence : offer->skipped()) text += (text.empty() ? "" : "\n") + sentence;
   gtk_label_set_text(GTK_LABEL(skippedText), text.c_str());
-  const auto heading = counted(offer->skipped().size(), "file") + " can’t be taken";
+  const auto heading =
+      translatedCount("%1% file can’t be taken", "%1% files can’t be taken", offer->skipped().size());
   gtk_menu_button_set_label(GTK_MENU_BUTTON(skipped), heading.c_str());
   setVisible(skipped, !offer->skipped().empty());
 }
@@ -184,7 +183,8 @@ void ImportPage::showChosen() {
   setChecked(all, count == checks.size());
   gtk_check_button_set_inconsistent(GTK_CHECK_BUTTON(all), count > 0 && count < checks.size());
   isUpdating = false;
-  const auto label = count == 0 ? "Add" : "Add " + counted(count, "Template");
+  const auto label =
+      count == 0 ? translated("Add") : translatedCount("Add %1% Template", "Add %1% Templates", count);
   gtk_button_set_label(GTK_BUTTON(addButton), label.c_str());
   gtk_widget_set_sensitive(addButton, count > 0 && model.isWritable() ? TRUE : FALSE);
 }

@@ -7,6 +7,7 @@
 #include "finder/visibleCount.h"
 #include "settings/window/Widgets.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
@@ -21,8 +22,8 @@ constexpr const char* promptBehavior = "prompt";
 constexpr const char* createBehavior = "create";
 
 GtkWidget* makeChoice() {
-  static constexpr std::array<const char*, 3> choices = {"For every file", "If the template asks for it",
-                                                         nullptr};
+  const std::array<const char*, 3> choices = {translated("For every file"),
+                                              translated("If the template asks for it"), nullptr};
   return gtk_drop_down_new_from_strings(choices.data());
 }
 
@@ -41,16 +42,20 @@ MenuSettings::MenuSettings(SettingsModel& settingsModel)
       sections(gtk_switch_new()),
       asks(makeChoice()),
       notifies(gtk_switch_new()) {
-  auto* menu = makeGroup("Menu", "Menu");
-  addCardRow(menu, "Show Sprig in file managers", "", showsMenu);
-  addCardRow(menu, "Templates in the menu itself", "Further ones are under “More Templates”.", count);
-  addCardRow(menu, "Sections by category", "Groups what is under “More Templates”.", sections);
-  auto* files = makeGroup("New Files", "New Files");
+  auto* menu = makeGroup(translated("Menu"), translated("Menu"));
+  addCardRow(menu, translated("Show Sprig in file managers"), "", showsMenu);
+  addCardRow(menu, translated("Templates in the menu itself"),
+             translated("Further ones are under “More Templates”."), count);
+  addCardRow(menu, translated("Sections by category"), translated("Groups what is under “More Templates”."),
+             sections);
+  auto* files = makeGroup(translated("New Files"), translated("New Files"));
   gtk_widget_set_margin_top(gtk_widget_get_prev_sibling(files), gap);
-  addCardRow(files, "Ask for a name", "Without asking, the template gives the name.", asks);
-  addCardRow(files, "Notifications",
-             "Tell of each new file, with a button that undoes it, where the file manager itself can’t.",
-             notifies);
+  addCardRow(files, translated("Ask for a name"), translated("Without asking, the template gives the name."),
+             asks);
+  addCardRow(
+      files, translated("Notifications"),
+      translated("Tell of each new file, with a button that undoes it, where the file manager itself can’t."),
+      notifies);
   connect(showsMenu, "notify::active",
           [this] { change([this](AppSettingsItem& settings) { settings.showInFinder = isOn(showsMenu); }); });
   connect(count, "value-changed", [this] {

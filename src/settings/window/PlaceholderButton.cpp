@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "settings/window/Widgets.h"
+#include "translation/translated.h"
 #include "wire/Pointers.h"
 
 namespace sprig::settings {
@@ -12,11 +13,11 @@ namespace sprig::settings {
 GtkWidget* makePlaceholderButton(const std::vector<Placeholder>& placeholders,
                                  std::function<void(const std::string&)> insert) {
   auto* button = gtk_menu_button_new();
-  gtk_menu_button_set_label(GTK_MENU_BUTTON(button), "Insert");
-  gtk_widget_set_tooltip_text(button, "Insert a value that each new file gets");
+  gtk_menu_button_set_label(GTK_MENU_BUTTON(button), translated("Insert"));
+  gtk_widget_set_tooltip_text(button, translated("Insert a value that each new file gets"));
   const wire::ObjectPointer<GMenu> menu(g_menu_new());
   for (const auto& [token, meaning] : placeholders) {
-    const wire::ObjectPointer<GMenuItem> item(g_menu_item_new(std::string(meaning).c_str(), nullptr));
+    const wire::ObjectPointer<GMenuItem> item(g_menu_item_new(translated(meaning), nullptr));
     g_menu_item_set_action_and_target(item.get(), "placeholder.insert", "s", std::string(token).c_str());
     g_menu_append_item(menu.get(), item.get());
   }

@@ -13,6 +13,7 @@
 #include "settings/window/Widgets.h"
 #include "settings/window/WindowSize.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 #include "wire/Pointers.h"
 
 namespace sprig::settings {
@@ -40,17 +41,17 @@ SettingsWindow::SettingsWindow(SettingsModel& settingsModel, std::function<void(
       stack(gtk_stack_new()),
       titles(gtk_stack_new()),
       title(gtk_label_new("")),
-      backButton(makeIconButton("go-previous-symbolic", "Back")),
-      newButton(makeIconButton("list-add-symbolic", "New Template")),
-      searchButton(makeIconButton("edit-find-symbolic", "Search")),
+      backButton(makeIconButton("go-previous-symbolic", translated("Back"))),
+      newButton(makeIconButton("list-add-symbolic", translated("New Template"))),
+      searchButton(makeIconButton("edit-find-symbolic", translated("Search"))),
       menuButton(makeMenuButton()),
       overlay(gtk_overlay_new()),
       toast(GTK_OVERLAY(overlay)),
       list(model, {[this](const TemplateKey& key) { edit(key); },
                    [this](const std::string& name) {
-                     toast.show("Removed “" + name + "”", "Undo", [this] { undo(); });
+                     toast.show(translated("Removed “%1%”", {name}), translated("Undo"), [this] { undo(); });
                    }}) {
-  gtk_window_set_title(window, "Sprig Settings");
+  gtk_window_set_title(window, translated("Sprig Settings"));
   gtk_window_set_icon_name(window, "com.kestrel.Sprig");
   restoreSize(window, defaultWidth, defaultHeight);
   gtk_window_set_titlebar(window, makeTitleBar());
@@ -102,8 +103,8 @@ GtkWidget* SettingsWindow::makeTitleBar() {
 GtkWidget* SettingsWindow::makeMenuButton() {
   auto* button = gtk_menu_button_new();
   gtk_menu_button_set_icon_name(GTK_MENU_BUTTON(button), "open-menu-symbolic");
-  gtk_widget_set_tooltip_text(button, "Menu");
-  setAccessibleName(button, "Menu");
+  gtk_widget_set_tooltip_text(button, translated("Menu"));
+  setAccessibleName(button, translated("Menu"));
   const std::pair<const char*, void (SettingsWindow::*)()> items[] = {
       {"file", &SettingsWindow::chooseFile}, {"import", &SettingsWindow::importFolder},
       {"text", &SettingsWindow::editText},   {"undo", &SettingsWindow::undo},
@@ -117,25 +118,26 @@ GtkWidget* SettingsWindow::makeMenuButton() {
   gtk_widget_insert_action_group(GTK_WIDGET(window), "win", G_ACTION_GROUP(group.get()));
   const wire::ObjectPointer<GMenu> menu(g_menu_new());
   const wire::ObjectPointer<GMenu> news(g_menu_new());
-  g_menu_append(news.get(), "New from _File…", "win.file");
-  g_menu_append(news.get(), "_Import Templates Folder…", "win.import");
+  g_menu_append(news.get(), translated("New from _File…"), "win.file");
+  g_menu_append(news.get(), translated("_Import Templates Folder…"), "win.import");
   g_menu_append_section(menu.get(), nullptr, G_MENU_MODEL(news.get()));
   const wire::ObjectPointer<GMenu> edits(g_menu_new());
-  g_menu_append(edits.get(), "_Undo", "win.undo");
-  g_menu_append(edits.get(), "_Redo", "win.redo");
-  g_menu_append(edits.get(), "_Edit as Text", "win.text");
+  g_menu_append(edits.get(), translated("_Undo"), "win.undo");
+  g_menu_append(edits.get(), translated("_Redo"), "win.redo");
+  g_menu_append(edits.get(), translated("_Edit as Text"), "win.text");
   g_menu_append_section(menu.get(), nullptr, G_MENU_MODEL(edits.get()));
   const wire::ObjectPointer<GMenu> about(g_menu_new());
-  g_menu_append(about.get(), "_About Sprig", "win.about");
+  g_menu_append(about.get(), translated("_About Sprig"), "win.about");
   g_menu_append_section(menu.get(), nullptr, G_MENU_MODEL(about.get()));
   gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(button), G_MENU_MODEL(menu.get()));
   return button;
 }
 
 void SettingsWindow::addPages() {
-  gtk_stack_add_titled(GTK_STACK(stack), list.widget(), listPage, "Templates");
+  gtk_stack_add_titled(GTK_STACK(stack), list.widget(), listPage, translated("Templates"));
   // The others are made when they are first shown.
-  gtk_stack_add_titled(GTK_STACK(stack), makeBox(GTK_ORIENTATION_VERTICAL, 0), settingsPage, "Settings");
+  gtk_stack_add_titled(GTK_STACK(stack), makeBox(GTK_ORIENTATION_VERTICAL, 0), settingsPage,
+                       translated("Settings"));
   for (const auto* name : {editorPage, textPage, importPage})
     gtk_stack_add_named(GTK_STACK(stack), makeBox(GTK_ORIENTATION_VERTICAL, 0), name);
   hideOtherPages(GTK_STACK(stack));
@@ -154,7 +156,7 @@ void SettingsWindow::fillPage() {
     const auto whenAdded = [this](std::size_t count) {
       showPage(listPage);
       list.focusNews();
-      toast.show(count == 1 ? "Added a template" : "Added " + std::to_string(count) + " templates", "Undo",
+      toast.show(translatedCount("Added a template", "Added %1% templates", count), translated("Undo"),
                  [this] { undo(); });
     };
     gtk_box_append(page, imports.emplace(model, whenAdded).widget());
@@ -204,10 +206,10 @@ void SettingsWindow::update() {
 void SettingsWindow::updateTitleBar() {
   const bool isList = isOn(listPage);
   const bool isSwitching = isList || isOn(settingsPage);
-  const char* name = "Sprig Settings";
-  if (isOn(editorPage)) name = "Edit Template";
-  if (isOn(importPage)) name = "Add Templates";
-  if (isEditingText) name = "Edit as Text";
+  const char* name = translated("Sprig Settings");
+  if (isOn(editorPage)) name = translated("Edit Template");
+  if (isOn(importPage)) name = translated("Add Templates");
+  if (isEditingText) name = translated("Edit as Text");
   gtk_stack_set_visible_child_name(GTK_STACK(titles), isSwitching ? switcherTitle : plainTitle);
   gtk_label_set_text(GTK_LABEL(title), name);
   setVisible(backButton, !isSwitching && !model.fault());
@@ -249,11 +251,11 @@ void SettingsWindow::edit(const TemplateKey& key) {
 /// What was edited would be lost; `discard` goes on all the same, if the user wants that.
 bool SettingsWindow::isHeld(const std::function<void()>& discard) {
   if (editor && editor->isAsking()) {
-    toast.show("Choose “Reload” or “Keep Mine” first.");
+    toast.show(translated("Choose “Reload” or “Keep Mine” first."));
     return true;
   }
   if (!text || !isOn(textPage) || !text->isTyped()) return false;
-  toast.show("What you typed is not saved.", "Discard", [this, discard] {
+  toast.show(translated("What you typed is not saved."), translated("Discard"), [this, discard] {
     text->reload();
     discard();
   });
@@ -281,7 +283,7 @@ void SettingsWindow::undo() {
   if (!isOn(listPage) && !isOn(settingsPage)) return;
   const auto undone = model.undoable();
   if (!undone || !model.undo()) return;
-  toast.show("Undone: " + *undone);
+  toast.show(translated("Undone: %1%", {*undone}));
   if (isOn(listPage)) list.focusNews();
 }
 
@@ -291,10 +293,10 @@ void SettingsWindow::redo() {
 
 void SettingsWindow::chooseFile() {
   if (!isOn(listPage) || !model.isWritable()) return;
-  chooseInDialog(stack, "New from File", GTK_FILE_CHOOSER_ACTION_OPEN, "", [this](GFile* file) {
+  chooseInDialog(stack, translated("New from File"), GTK_FILE_CHOOSER_ACTION_OPEN, "", [this](GFile* file) {
     const wire::TextPointer path(g_file_get_path(file));
     if (path) return open({platform::FileURL(path.get())});
-    toast.show("Only files on this computer can be used.");
+    toast.show(translated("Only files on this computer can be used."));
   });
 }
 
@@ -319,24 +321,26 @@ void SettingsWindow::acceptFiles() {
 void SettingsWindow::importFolder() {
   if (!isOn(listPage) || !model.isWritable()) return;
   const auto usual = platform::current().files.templatesDirectory();
-  chooseInDialog(stack, "Import Templates Folder", GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER,
+  chooseInDialog(stack, translated("Import Templates Folder"), GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER,
                  usual ? usual->path() : "", [this](GFile* file) {
                    const wire::TextPointer path(g_file_get_path(file));
-                   if (!path) return toast.show("Only folders on this computer can be used.");
+                   if (!path) return toast.show(translated("Only folders on this computer can be used."));
                    const platform::FileURL folder(path.get());
-                   offer(model.templatesIn(folder), "“" + text::toValidUTF8(folder.lastPathComponent()) +
-                                                        "” has nothing that can become a template.");
+                   offer(model.templatesIn(folder),
+                         translated("“%1%” has nothing that can become a template.",
+                                    {text::toValidUTF8(folder.lastPathComponent())}));
                  });
 }
 
 void SettingsWindow::open(const std::vector<platform::FileURL>& files) {
-  if (model.fault()) return toast.show("The configuration has to be mended first.");
+  if (model.fault()) return toast.show(translated("The configuration has to be mended first."));
   std::vector<platform::FileURL> shared;
   std::vector<platform::FileURL> others;
   for (const auto& file : files)
     (file.path().ends_with(sharedTemplatesSuffix) ? shared : others).push_back(file);
   if (!others.empty() && model.addFiles(others)) list.focusNews();
-  if (!shared.empty()) offer(TemplateImport::fromSharedFiles(shared), "There are no templates in the file.");
+  if (!shared.empty())
+    offer(TemplateImport::fromSharedFiles(shared), translated("There are no templates in the file."));
 }
 
 /// Or says why there is nothing to choose from.
@@ -354,8 +358,8 @@ void SettingsWindow::offer(TemplateImport found, const std::string& otherwise) {
 
 void SettingsWindow::showAbout() {
   gtk_show_about_dialog(window, "program-name", "Sprig", "logo-icon-name", "com.kestrel.Sprig", "version",
-                        SPRIG_VERSION, "comments", "New files from templates, where you are working",
-                        nullptr);
+                        SPRIG_VERSION, "comments",
+                        translated("New files from templates, where you are working"), nullptr);
 }
 
 }  // namespace sprig::settings

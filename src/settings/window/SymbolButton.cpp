@@ -7,6 +7,7 @@
 
 #include "ports/linux/SymbolIcons.h"
 #include "settings/window/Widgets.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
@@ -32,7 +33,7 @@ SymbolButton::SymbolButton(std::function<void()> whenChosen)
   auto* popover = gtk_popover_new();
   gtk_popover_set_child(GTK_POPOVER(popover), makeChoice());
   gtk_menu_button_set_popover(GTK_MENU_BUTTON(button), popover);
-  gtk_widget_set_tooltip_text(button, "Choose a Symbol");
+  gtk_widget_set_tooltip_text(button, translated("Choose a Symbol"));
   gtk_widget_set_valign(button, GTK_ALIGN_CENTER);
 }
 
@@ -42,7 +43,7 @@ GtkWidget* SymbolButton::makeChoice() {
   gtk_flow_box_set_max_children_per_line(GTK_FLOW_BOX(box), choicesInLine);
   gtk_flow_box_set_selection_mode(GTK_FLOW_BOX(box), GTK_SELECTION_NONE);
   gtk_flow_box_set_homogeneous(GTK_FLOW_BOX(box), TRUE);
-  setAccessibleName(box, "Symbols");
+  setAccessibleName(box, translated("Symbols"));
   for (const auto& symbol : symbols) {
     auto* picture = makeDecoration(drawableIcon(symbol).c_str());
     gtk_image_set_pixel_size(GTK_IMAGE(picture), choiceSize);
@@ -66,7 +67,7 @@ GtkWidget* SymbolButton::makeChoice() {
 void SymbolButton::show(const std::string& symbol) {
   chosen = symbol;
   gtk_image_set_from_icon_name(GTK_IMAGE(image), drawableIcon(chosen).c_str());
-  setAccessibleName(button, "Symbol: " + nameOf(chosen));
+  setAccessibleName(button, translated("Symbol: %1%", {nameOf(chosen)}));
 }
 
 }  // namespace sprig::settings

@@ -11,6 +11,7 @@
 #include "settings/window/PlaceholderButton.h"
 #include "settings/window/Widgets.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 #include "wire/Pointers.h"
 
 namespace sprig::settings {
@@ -72,8 +73,8 @@ GtkWidget* TemplateEditor::makeBar() {
   auto* box = makeBox(GTK_ORIENTATION_HORIZONTAL, gap);
   gtk_widget_add_css_class(box, "sprig-bar");
   gtk_widget_set_hexpand(barText, TRUE);
-  auto* reload = gtk_button_new_with_label("Reload");
-  auto* keep = gtk_button_new_with_label("Keep Mine");
+  auto* reload = gtk_button_new_with_label(translated("Reload"));
+  auto* keep = gtk_button_new_with_label(translated("Keep Mine"));
   connect(reload, "clicked", [this] {
     draft->reload();
     show();
@@ -92,7 +93,7 @@ GtkWidget* TemplateEditor::makeBar() {
 GtkWidget* TemplateEditor::makeNameRow() {
   gtk_widget_set_hexpand(name, TRUE);
   gtk_widget_set_valign(name, GTK_ALIGN_CENTER);
-  auto* label = makeLabel("Name in the menu");
+  auto* label = makeLabel(translated("Name in the menu"));
   for (const auto* style : {"dim-label", "caption"}) gtk_widget_add_css_class(label, style);
   labelWidget(label, name);
   auto* column = makeBox(GTK_ORIENTATION_VERTICAL, smallGap);
@@ -117,14 +118,14 @@ GtkWidget* TemplateEditor::makeFields() {
   gtk_box_append(GTK_BOX(patternBox), pattern);
   gtk_box_append(GTK_BOX(patternBox), insert);
   auto* card = makeCard();
-  setAccessibleName(card, "Template");
-  addCardRow(card, "File name", "", patternBox);
-  setAccessibleName(pattern, "File name");
-  addCardRow(card, "Extension", "", extension);
-  addCardRow(card, "Category", "Its section under “More Templates”", category);
-  setAccessibleName(entryOf(category), "Category");
-  addCardRow(card, "Always ask for a name", "", asks);
-  addCardRow(card, "Favourite", "", favorite);
+  setAccessibleName(card, translated("Template"));
+  addCardRow(card, translated("File name"), "", patternBox);
+  setAccessibleName(pattern, translated("File name"));
+  addCardRow(card, translated("Extension"), "", extension);
+  addCardRow(card, translated("Category"), translated("Its section under “More Templates”"), category);
+  setAccessibleName(entryOf(category), translated("Category"));
+  addCardRow(card, translated("Always ask for a name"), "", asks);
+  addCardRow(card, translated("Favourite"), "", favorite);
   return card;
 }
 
@@ -132,7 +133,7 @@ GtkWidget* TemplateEditor::makePreviewRow() {
   gtk_widget_set_hexpand(previewName, TRUE);
   gtk_label_set_selectable(GTK_LABEL(previewName), TRUE);
   gtk_widget_set_focusable(previewName, FALSE);
-  gtk_widget_set_tooltip_text(folderButton, "Try it in another folder");
+  gtk_widget_set_tooltip_text(folderButton, translated("Try it in another folder"));
   gtk_widget_set_valign(folderButton, GTK_ALIGN_CENTER);
   connect(folderButton, "clicked", [this] { chooseFolder(); });
   for (const auto* style : {"dim-label", "caption"}) gtk_widget_add_css_class(previewNote, style);
@@ -199,18 +200,20 @@ void TemplateEditor::showBar() {
   setVisible(bar, state != TemplateDraft::State::good || !model.isWritable());
   setVisible(barButtons, state == TemplateDraft::State::changedElsewhere);
   gtk_widget_set_sensitive(form, state != TemplateDraft::State::gone && model.isWritable() ? TRUE : FALSE);
-  std::string said = "The configuration is read-only.";
-  if (state == TemplateDraft::State::changedElsewhere) said = "This template was changed elsewhere, too.";
-  if (state == TemplateDraft::State::gone) said = "This template was removed elsewhere.";
+  std::string said = translated("The configuration is read-only.");
+  if (state == TemplateDraft::State::changedElsewhere)
+    said = translated("This template was changed elsewhere, too.");
+  if (state == TemplateDraft::State::gone) said = translated("This template was removed elsewhere.");
   gtk_label_set_text(GTK_LABEL(barText), said.c_str());
 }
 
 void TemplateEditor::showPreview() {
   auto preview = previewOf(draft->item(), folder);
   const auto filename = text::toValidUTF8(preview.filename);
-  gtk_label_set_text(GTK_LABEL(previewName), ("The next file: “" + shownText(filename) + "”").c_str());
+  gtk_label_set_text(GTK_LABEL(previewName),
+                     translated("The next file: “%1%”", {shownText(filename)}).c_str());
   const auto place = text::toValidUTF8(folder.lastPathComponent());
-  gtk_button_set_label(GTK_BUTTON(folderButton), ("in " + place).c_str());
+  gtk_button_set_label(GTK_BUTTON(folderButton), translated("in %1%", {place}).c_str());
   const auto note = dialog::noteOn(filename);
   gtk_label_set_text(GTK_LABEL(previewNote), note.text.c_str());
   setVisible(previewNote, !note.text.empty());
@@ -260,12 +263,13 @@ void TemplateEditor::write() {
 }
 
 void TemplateEditor::chooseFolder() {
-  chooseInDialog(page, "Try It in a Folder", GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER, "", [this](GFile* file) {
-    const wire::TextPointer path(g_file_get_path(file));
-    if (!path || !draft) return;
-    folder = platform::FileURL(path.get());
-    showPreview();
-  });
+  chooseInDialog(page, translated("Try It in a Folder"), GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER, "",
+                 [this](GFile* file) {
+                   const wire::TextPointer path(g_file_get_path(file));
+                   if (!path || !draft) return;
+                   folder = platform::FileURL(path.get());
+                   showPreview();
+                 });
 }
 
 void TemplateEditor::insertInPattern(const std::string& token) {

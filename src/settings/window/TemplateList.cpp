@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "settings/window/Widgets.h"
+#include "translation/translated.h"
 #include "wire/Pointers.h"
 
 namespace sprig::settings {
@@ -34,7 +35,7 @@ TemplateList::TemplateList(SettingsModel& settingsModel, Handlers pageHandlers)
       empty(makeBox(GTK_ORIENTATION_VERTICAL, gap)),
       emptyTitle(gtk_label_new("")),
       emptyText(gtk_label_new("")),
-      emptyButton(gtk_button_new_with_label("New Template")) {
+      emptyButton(gtk_button_new_with_label(translated("New Template"))) {
   makePage();
   makeEmptyPage();
   makeActions();
@@ -53,7 +54,7 @@ void TemplateList::makePage() {
 
 GtkWidget* TemplateList::makeSearch() {
   gtk_widget_set_size_request(search, columnWidth / 2, -1);
-  setAccessibleName(search, "Search Templates");
+  setAccessibleName(search, translated("Search Templates"));
   gtk_search_bar_set_child(GTK_SEARCH_BAR(searchBar), search);
   gtk_search_bar_connect_entry(GTK_SEARCH_BAR(searchBar), GTK_EDITABLE(search));
   // Not "search-changed", which waits until the user pauses.
@@ -151,12 +152,14 @@ GMenuModel* TemplateList::menuOf(const TemplateKey& key) const {
   };
   const auto* item = model.find(key);
   const bool isFavorite = item != nullptr && item->favorite;
-  addSection({{"_Edit…", "template.edit"},
-              {"_Duplicate", "template.duplicate"},
-              {isFavorite ? "No _Favourite" : "Mark as _Favourite", "template.favorite"}});
   addSection(
-      {{"Move _Up", "template.up"}, {"Move Do_wn", "template.down"}, {"Move to _Top", "template.top"}});
-  addSection({{"_Remove", "template.remove"}});
+      {{translated("_Edit…"), "template.edit"},
+       {translated("_Duplicate"), "template.duplicate"},
+       {isFavorite ? translated("No _Favourite") : translated("Mark as _Favourite"), "template.favorite"}});
+  addSection({{translated("Move _Up"), "template.up"},
+              {translated("Move Do_wn"), "template.down"},
+              {translated("Move to _Top"), "template.top"}});
+  addSection({{translated("_Remove"), "template.remove"}});
   return G_MENU_MODEL(menu);
 }
 
@@ -184,22 +187,23 @@ void TemplateList::showFound() {
   setVisible(rows.widget(), isAny);
   setVisible(empty, !isAny);
   setVisible(emptyButton, hasNone && model.isWritable());
-  gtk_label_set_text(GTK_LABEL(emptyTitle), hasNone ? "No Templates" : "Nothing Found");
-  gtk_label_set_text(GTK_LABEL(emptyText),
-                     hasNone
-                         ? "A template is a name and a text for new files. Make one, and the Sprig menu of "
-                           "your file manager offers it."
-                         : "No template has this in its name, extension or category.");
+  gtk_label_set_text(GTK_LABEL(emptyTitle),
+                     hasNone ? translated("No Templates") : translated("Nothing Found"));
+  gtk_label_set_text(
+      GTK_LABEL(emptyText),
+      hasNone ? translated("A template is a name and a text for new files. Make one, and the Sprig menu of "
+                           "your file manager offers it.")
+              : translated("No template has this in its name, extension or category."));
 }
 
 void TemplateList::updateNote() {
   std::string text;
   if (!model.isWritable()) {
-    text = "The configuration is read-only, so that nothing can be changed here.";
+    text = translated("The configuration is read-only, so that nothing can be changed here.");
   } else if (model.text().empty()) {
-    text = "These templates come with Sprig. Change, remove or add whatever you like.";
+    text = translated("These templates come with Sprig. Change, remove or add whatever you like.");
   } else if (!model.settings().showInFinder.value_or(true)) {
-    text = "Sprig doesn’t show in file managers now. “Settings” above has the switch.";
+    text = translated("Sprig doesn’t show in file managers now. “Settings” above has the switch.");
   }
   gtk_label_set_text(GTK_LABEL(note), text.c_str());
   setVisible(note, !text.empty());

@@ -3,6 +3,7 @@
 #include "settings/window/TemplateRowView.h"
 
 #include "settings/window/Widgets.h"
+#include "translation/translated.h"
 #include "wire/Pointers.h"
 
 namespace sprig::settings {
@@ -22,11 +23,15 @@ GVariant* variantOf(const TemplateKey& key) {
 
 /// For screen readers, after the name.
 std::string descriptionOf(const TemplateRow& row, std::size_t position, std::size_t count) {
-  std::string text = std::to_string(position + 1) + " of " + std::to_string(count);
-  if (!row.extensionName.empty()) text += ", " + row.extensionName;
-  if (row.isFavorite) text += ", favourite";
-  if (row.placement == Placement::underMoreTemplates) text += ", under “More Templates”";
-  if (row.placement == Placement::nowhere) text += ", not in the menu";
+  auto text = translated("%1% of %2%", {std::to_string(position + 1), std::to_string(count)});
+  const auto add = [&text](const std::string& fact) {
+    // TRANSLATORS: between the facts on a template, for screen readers
+    text += translated(", ") + fact;
+  };
+  if (!row.extensionName.empty()) add(row.extensionName);
+  if (row.isFavorite) add(translated("favourite"));
+  if (row.placement == Placement::underMoreTemplates) add(translated("under “More Templates”"));
+  if (row.placement == Placement::nowhere) add(translated("not in the menu"));
   return text;
 }
 
@@ -71,7 +76,7 @@ GtkWidget* TemplateRowView::makeContent() {
   gtk_label_set_max_width_chars(GTK_LABEL(extension), extensionWidth);
   for (const auto* style : {"dim-label", "sprig-extension"}) gtk_widget_add_css_class(extension, style);
   gtk_widget_add_css_class(star, "dim-label");
-  gtk_widget_set_tooltip_text(star, "Favourite");
+  gtk_widget_set_tooltip_text(star, translated("Favourite"));
   gtk_widget_set_valign(enabled, GTK_ALIGN_CENTER);
   gtk_menu_button_set_icon_name(GTK_MENU_BUTTON(menuButton), "view-more-symbolic");
   gtk_menu_button_set_has_frame(GTK_MENU_BUTTON(menuButton), FALSE);
@@ -98,8 +103,8 @@ void TemplateRowView::show(const TemplateRow& data, const Place& where) {
   setStyle(GTK_WIDGET(row), "last", where.isLast);
   setAccessibleName(GTK_WIDGET(row), data.name);
   setAccessibleDescription(GTK_WIDGET(row), descriptionOf(data, where.position, where.count));
-  setAccessibleName(enabled, "Show “" + data.name + "” in the menu");
-  setAccessibleName(menuButton, "Menu of “" + data.name + "”");
+  setAccessibleName(enabled, translated("Show “%1%” in the menu", {data.name}));
+  setAccessibleName(menuButton, translated("Menu of “%1%”", {data.name}));
   isUpdating = false;
 }
 

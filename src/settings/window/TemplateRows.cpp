@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "settings/window/Widgets.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
@@ -50,7 +51,7 @@ TemplateRows::TemplateRows(const SettingsModel& settingsModel, TemplateRowView::
         return viewIn(target)->drop(dragged, isBelow);
       }) {
   for (auto* part : {above, list, below}) gtk_box_append(GTK_BOX(column), part);
-  setAccessibleName(list, "Templates");
+  setAccessibleName(list, translated("Templates"));
   g_signal_connect(list, "row-activated",
                    G_CALLBACK(+[](GtkListBox*, GtkListBoxRow* row, TemplateRows* self) {
                      self->activated(viewIn(row)->key());
@@ -254,7 +255,7 @@ void TemplateRows::updateDivider(GtkListBoxRow* row) const {
   if (!place || place != geometry.divided || !inSight.has(*place))
     return gtk_list_box_row_set_header(row, nullptr);
   if (gtk_list_box_row_get_header(row) != nullptr) return;
-  auto* header = makeLabel("Under “More Templates”");
+  auto* header = makeLabel(translated("Under “More Templates”"));
   for (const auto* style : {"sprig-divider", "dim-label", "caption"}) gtk_widget_add_css_class(header, style);
   gtk_list_box_row_set_header(row, header);
 }

@@ -6,6 +6,7 @@
 
 #include "settings/window/Widgets.h"
 #include "text/Text.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
@@ -17,13 +18,13 @@ TextPage::TextPage(SettingsModel& settingsModel, std::function<void(const std::s
       explanation(makeText("")),
       reason(makeText("")),
       bar(makeBar()),
-      view(makeTextView("Configuration")),
+      view(makeTextView(translated("Configuration"))),
       buffer(gtk_text_view_get_buffer(GTK_TEXT_VIEW(view))),
       markedLine(gtk_text_buffer_create_tag(buffer, nullptr, "paragraph-background", "rgba(237,51,59,0.25)",
                                             nullptr)),
-      saveButton(gtk_button_new_with_label("Save")),
-      restoreButton(gtk_button_new_with_label("Restore Backup")),
-      afreshButton(gtk_button_new_with_label("Start Afresh")) {
+      saveButton(gtk_button_new_with_label(translated("Save"))),
+      restoreButton(gtk_button_new_with_label(translated("Restore Backup"))),
+      afreshButton(gtk_button_new_with_label(translated("Start Afresh"))) {
   setMargins(page, pageMargin, pageMargin);
   // Its brackets, in every language.
   gtk_widget_set_direction(view, GTK_TEXT_DIR_LTR);
@@ -36,10 +37,10 @@ TextPage::TextPage(SettingsModel& settingsModel, std::function<void(const std::s
 }
 
 GtkWidget* TextPage::makeBar() {
-  auto* text = makeText("The file was changed elsewhere, too.");
+  auto* text = makeText(translated("The file was changed elsewhere, too."));
   gtk_widget_set_hexpand(text, TRUE);
-  auto* reloadButton = gtk_button_new_with_label("Reload");
-  auto* keepButton = gtk_button_new_with_label("Keep Mine");
+  auto* reloadButton = gtk_button_new_with_label(translated("Reload"));
+  auto* keepButton = gtk_button_new_with_label(translated("Keep Mine"));
   connect(reloadButton, "clicked", [this] { reload(); });
   connect(keepButton, "clicked", [this] { keepMine(); });
   auto* box = makeBox(GTK_ORIENTATION_HORIZONTAL, smallGap);
@@ -49,13 +50,15 @@ GtkWidget* TextPage::makeBar() {
 }
 
 GtkWidget* TextPage::makeButtons() {
-  gtk_widget_set_tooltip_text(restoreButton, "Go back to the last configuration that this program has kept");
-  gtk_widget_set_tooltip_text(afreshButton,
-                              "Begin with the templates that come with Sprig; a copy of this text is kept");
+  gtk_widget_set_tooltip_text(restoreButton,
+                              translated("Go back to the last configuration that this program has kept"));
+  gtk_widget_set_tooltip_text(
+      afreshButton, translated("Begin with the templates that come with Sprig; a copy of this text is kept"));
   gtk_widget_add_css_class(saveButton, "suggested-action");
   connect(saveButton, "clicked", [this] { save(); });
   connect(restoreButton, "clicked", [this] {
-    if (replaceTyped([this] { return model.restoreBackup(); })) tell("The backup is in force again.");
+    if (replaceTyped([this] { return model.restoreBackup(); }))
+      tell(translated("The backup is in force again."));
   });
   connect(afreshButton, "clicked", [this] { startAfresh(); });
   auto* space = makeLabel("");
@@ -100,8 +103,8 @@ void TextPage::check() {
   gtk_text_buffer_remove_tag(buffer, markedLine, &begin, &end);
   const bool isUnreadable = model.fault() && !model.fault()->position;
   const auto fault = isUnreadable ? model.fault() : SettingsModel::faultIn(textIn(buffer));
-  const char* good =
-      isTyped() ? "This text can be read. Save it, and it is in force." : "This text is in force.";
+  const char* good = isTyped() ? translated("This text can be read. Save it, and it is in force.")
+                               : translated("This text is in force.");
   gtk_label_set_text(GTK_LABEL(reason), fault ? fault->reason.c_str() : good);
   if (fault) mark(*fault);
   updateButtons(!fault);
@@ -111,10 +114,11 @@ void TextPage::updateButtons(bool isSaveable) {
   const bool isBroken = model.fault().has_value();
   const bool canWrite = model.isWritable() && (!isBroken || model.fault()->position);
   const bool isAsking = isTyped() && shown != model.editableText();
-  gtk_label_set_text(GTK_LABEL(title), isBroken ? "Your configuration can’t be read" : "Your configuration");
+  gtk_label_set_text(GTK_LABEL(title), isBroken ? translated("Your configuration can’t be read")
+                                                : translated("Your configuration"));
   gtk_label_set_text(GTK_LABEL(explanation),
-                     isBroken ? "Until it can, the menu has the templates that come with Sprig."
-                              : "The file that keeps your templates and settings.");
+                     isBroken ? translated("Until it can, the menu has the templates that come with Sprig.")
+                              : translated("The file that keeps your templates and settings."));
   setVisible(bar, isAsking);
   setVisible(afreshButton, isBroken);
   gtk_text_view_set_editable(GTK_TEXT_VIEW(view), canWrite && text::isValidUTF8(*shown) ? TRUE : FALSE);
@@ -135,7 +139,7 @@ void TextPage::mark(const TextFault& fault) {
 void TextPage::save() {
   const auto old = shown.value_or("");
   if (replaceTyped([&] { return model.saveText(old, textIn(buffer)); }))
-    tell("The configuration is saved, and in force.");
+    tell(translated("The configuration is saved, and in force."));
 }
 
 /// Does what leaves nothing of what was typed unsaved, unless it fails.
@@ -150,7 +154,7 @@ bool TextPage::replaceTyped(const std::function<bool()>& replace) {
 void TextPage::startAfresh() {
   std::optional<platform::FileURL> copy;
   replaceTyped([&] { return (copy = model.startAfresh()).has_value(); });
-  if (copy) tell("The old text is kept in “" + copy->path() + "”.");
+  if (copy) tell(translated("The old text is kept in “%1%”.", {copy->path()}));
 }
 
 }  // namespace sprig::settings

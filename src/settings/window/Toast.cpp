@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "settings/window/Widgets.h"
+#include "translation/translated.h"
 
 namespace sprig::settings {
 
@@ -27,7 +28,7 @@ Toast::Toast(GtkOverlay* overlay)
   auto* box = makeBox(GTK_ORIENTATION_HORIZONTAL, gap);
   gtk_widget_add_css_class(box, "sprig-toast");
   setMargins(box, pageMargin, pageMargin);
-  auto* close = makeIconButton("window-close-symbolic", "Close");
+  auto* close = makeIconButton("window-close-symbolic", translated("Close"));
   gtk_widget_add_css_class(close, "flat");
   gtk_widget_add_css_class(close, "circular");
   gtk_box_append(GTK_BOX(box), label);
