@@ -17,7 +17,12 @@ install(FILES ${made}/dbus/${settings_service} DESTINATION ${data}/dbus-1/servic
 configure_file(systemd/${service}.in systemd/${service} @ONLY)
 install(FILES ${made}/systemd/${service} DESTINATION lib/systemd/user COMPONENT sprig-desktop)
 install(TARGETS sprig-settings COMPONENT sprig-desktop)
-install(FILES com.kestrel.Sprig.desktop DESTINATION ${data}/applications COMPONENT sprig-desktop)
+add_custom_command(OUTPUT ${made}/com.kestrel.Sprig.desktop
+  COMMAND ${MSGFMT} --desktop --template=${CMAKE_CURRENT_SOURCE_DIR}/com.kestrel.Sprig.desktop -d ${PROJECT_SOURCE_DIR}/po
+          --output-file=${made}/com.kestrel.Sprig.desktop
+  DEPENDS com.kestrel.Sprig.desktop ${SPRIG_TRANSLATIONS})
+add_custom_target(sprig-desktop-entry ALL DEPENDS ${made}/com.kestrel.Sprig.desktop)
+install(FILES ${made}/com.kestrel.Sprig.desktop DESTINATION ${data}/applications COMPONENT sprig-desktop)
 install(FILES mime/com.kestrel.Sprig.xml DESTINATION ${data}/mime/packages COMPONENT sprig-desktop)
 include(release.cmake)
 configure_file(metainfo/com.kestrel.Sprig.metainfo.xml.in com.kestrel.Sprig.metainfo.xml @ONLY)
