@@ -245,7 +245,7 @@ TEST_F(Dialogs, CancelAQuestionAndLogAnAlertWhenTheWindowIsLost) {
     play(row.script);
     log.takeLines();
     EXPECT_EQ(ask(), std::nullopt) << row.what;
-    const std::string question = "[SprigFinder] No dialog for \"New Meeting Notes\": ";
+    const std::string question = "[SprigFinder] No dialog for the name of a new file: ";
     const auto lines = log.takeLines();
     ASSERT_EQ(lines.size(), 1U) << row.what;
     EXPECT_TRUE(lines[0].starts_with(question) && lines[0].find(row.reason) != std::string::npos) << lines[0];

@@ -68,7 +68,9 @@ void DesktopApplication::run(DialogSession& session, const platform::Alert& aler
 }
 
 void DesktopApplication::logLoss(const platform::Alert& alert, const std::string& reason) {
-  log.log("[SprigFinder] No dialog for \"" + onOneLine(alert.messageText) + "\": " + onOneLine(reason));
+  const std::string what = isQuestion(alert) ? "the name of a new file" : "a message";
+  log.log("[SprigFinder] No dialog for " + what + ": " + onOneLine(reason));
+  // Nobody else tells the user.
   if (!isQuestion(alert))
     log.log("[SprigFinder] " + onOneLine(alert.messageText + " " + alert.informativeText));
 }

@@ -38,7 +38,7 @@ Row rowOf(const MenuItem& item, std::int32_t parent) {
     return row;
   }
   if (item.submenu) row.type = Row::Type::submenu;
-  row.title = rowText(item.identifier ? displayName(*item.identifier, item.title) : item.title);
+  row.title = rowTitle(item);
   row.isEnabled = item.isEnabled;
   if (item.image) {
     row.icon = iconOf(*item.image);
@@ -144,6 +144,10 @@ std::string rowText(const std::string& text) {
   const std::string_view carried(valid.get());
   if (carried.size() <= wire::maxTextBytes) return std::string(carried);
   return wire::shortened(carried, charactersOfLongText);
+}
+
+std::string rowTitle(const MenuItem& item) {
+  return rowText(item.identifier ? displayName(*item.identifier, item.title) : item.title);
 }
 
 FlatMenu flattened(const Menu& menu) {

@@ -29,6 +29,9 @@ inline constexpr std::string_view settingsAction = "settings";
 /// A text as rows have it: UTF-8 without NUL, and cut in the middle when it is too long for one.
 std::string rowText(const std::string& text);
 
+/// What users read as the entry's title, in their language.
+std::string rowTitle(const platform::MenuItem& item);
+
 /// The rows of a menu, within the bounds of the bus: when there are too many templates, the last ones are
 /// left out. Actions are named after what they do and to what, so the same menu built again has the same
 /// ones.

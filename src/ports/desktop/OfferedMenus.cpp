@@ -47,7 +47,7 @@ VariantPointer OfferedMenus::rowsOf(const platform::Menu& menu) {
   const auto flat = flattened(menu);
   if (flat.leftOut > 0 && !std::exchange(hasLoggedLeftOut, true)) logTemplatesLeftOut(flat.leftOut);
   for (const auto& [action, item] : flat.entries) {
-    offered.insert_or_assign(action, Entry{item->title, item->identifier});
+    offered.insert_or_assign(action, Entry{item->title, rowTitle(*item), item->identifier});
   }
   return rowBytes(flat.rows);
 }
@@ -73,7 +73,7 @@ MenuItem OfferedMenus::picked(const std::string& action, const std::string& titl
   // The menu may come from a process before this one; then its names have to do.
   item.identifier =
       entry != offered.end() ? entry->second.identifier : action.substr(templateActionPrefix.size());
-  if (entry != offered.end() && (title.empty() || title == rowText(entry->second.title))) {
+  if (entry != offered.end() && (title.empty() || title == entry->second.shownTitle)) {
     item.title = entry->second.title;
   }
   return item;

@@ -41,6 +41,8 @@ class OfferedMenus {
   /// What is left of a template's entry when its menu has gone: by this the template is found.
   struct Entry {
     std::string title;
+    /// The same in the user's language.
+    std::string shownTitle;
     std::optional<std::string> identifier;
   };
 

@@ -36,6 +36,9 @@ platform::FileURL folderAtFirst() {
   return platform::FileURL(folder != nullptr && *folder == '/' ? folder : "/");
 }
 
+/// What users read as the category.
+std::string sectionOf(const std::string& category) { return sectionTitle(categoryDisplayName(category)); }
+
 }  // namespace
 
 TemplateEditor::TemplateEditor(SettingsModel& settingsModel,
@@ -158,7 +161,7 @@ void TemplateEditor::open(const TemplateKey& key) {
   isUpdating = true;
   gtk_combo_box_text_remove_all(GTK_COMBO_BOX_TEXT(category));
   for (const auto& known : categories) {
-    gtk_combo_box_text_append_text(GTK_COMBO_BOX_TEXT(category), categoryDisplayName(known).c_str());
+    gtk_combo_box_text_append_text(GTK_COMBO_BOX_TEXT(category), sectionOf(known).c_str());
   }
   show();
   gtk_widget_grab_focus(name);
@@ -185,7 +188,7 @@ void TemplateEditor::show() {
   setText(pattern, item.filenamePattern);
   setText(extension, item.extensionName);
   if (categoryIn(textOf(entryOf(category))) != item.category) {
-    setText(entryOf(category), categoryDisplayName(item.category));
+    setText(entryOf(category), sectionOf(item.category));
   }
   gtk_switch_set_active(GTK_SWITCH(asks), item.requiresInput ? TRUE : FALSE);
   gtk_switch_set_active(GTK_SWITCH(favorite), item.favorite ? TRUE : FALSE);
@@ -224,9 +227,9 @@ void TemplateEditor::showPreview() {
 /// What stands for a section in the file; the text itself for a section of the user's own.
 std::string TemplateEditor::categoryIn(const std::string& text) const {
   auto current = draft ? draft->shown().category : std::string();
-  if (draft && categoryDisplayName(current) == text) return current;
+  if (draft && sectionOf(current) == text) return current;
   for (const auto& known : categories) {
-    if (categoryDisplayName(known) == text) return known;
+    if (sectionOf(known) == text) return known;
   }
   return text;
 }
