@@ -243,3 +243,14 @@ def test_where_memory_does_not_suffice_for_the_document_it_is_none(home):
     listed, checked = (home.run_shell(f'ulimit -v 300000; exec "$0" {command}') for command in ("list", "config check"))
     assert (listed.returncode, listed.stdout[:13]) == (0, "Markdown Note") and "not enough memory for it" in listed.stderr
     assert (checked.returncode, checked.stderr) == (3, "sprig: there is not enough memory for this\n")
+
+
+@pytest.mark.parametrize("language, more", [("ar", "قوالب أخرى"), ("de", "Weitere Vorlagen"), ("es", "Más plantillas"),
+                                            ("fr", "Autres modèles"), ("ja", "その他のテンプレート"), ("zh_CN", "更多模板")])
+def test_people_read_their_language_and_files_and_programs_know_nothing_of_it(home, language, more):
+    language = {"LC_ALL": "C.UTF-8", "LANGUAGE": language}
+    menu = home.run("list", **language).stdout
+    assert f"\n{more}\n" in menu and "Markdown Note " in menu
+    made = home.run("--verbose", "new", "Plain Text", **language)
+    assert (made.stdout, made.returncode) == (f"{home.demo}/Untitled.txt\n", 0)
+    assert "templateAction SUCCESS: Created file" in made.stderr

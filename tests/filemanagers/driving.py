@@ -76,6 +76,14 @@ class SprigDesktop(Desktop):
             self.end_extension()
             self.change_environment(before)
 
+    @contextlib.contextmanager
+    def speaking(self, language):
+        """Whatever is started meanwhile, by the bus, too, speaks it."""
+        self.change_environment({"LANGUAGE": language})
+        yield
+        self.end_extension()
+        self.change_environment({"LANGUAGE": ""})
+
     def change_environment(self, news):
         self.environment |= news
         self.ask_bus("UpdateActivationEnvironment", news)

@@ -29,6 +29,25 @@ def test_a_newcomer_makes_meeting_notes_with_the_mouse(desktop, folder, open_man
     assert made.read_text().startswith("# Meeting Notes — 20")
 
 
+@pytest.mark.parametrize("language, more, notes, title", [
+    ("de", "Weitere Vorlagen", "Besprechungsnotizen", "Neu: Besprechungsnotizen"),
+    ("ar", "قوالب أخرى", "ملاحظات اجتماع", "جديد: ملاحظات اجتماع")])
+def test_menu_and_prompt_speak_the_language_of_the_user_and_files_do_not(desktop, folder, open_manager, language, more, notes,
+                                                                         title):
+    with desktop.speaking(language):
+        manager = open_manager(folder)
+        manager.open_menu(manager.background())
+        manager.pick("Sprig")
+        assert manager.submenu("Sprig")[10] == more
+        manager.point(notes)
+        desktop.picture(f"menu-{language}")
+        manager.pick(notes)
+        desktop.prompt(title)
+        desktop.picture(f"prompt-{language}")
+        desktop.press("Return")
+        manager.shows(wait_for(lambda: next(folder.glob("Meeting Notes 20*.md"), None), "the file"))
+
+
 def test_a_template_is_picked_on_an_item_with_the_keyboard(desktop, folder, manager):
     desktop.click(manager.on("inner"))
     wait_to_see(lambda: "inner" in manager.selected_rows(), "the folder to be selected")
