@@ -77,12 +77,14 @@ class SprigDesktop(Desktop):
             self.change_environment(before)
 
     @contextlib.contextmanager
-    def speaking(self, language):
-        """Whatever is started meanwhile, by the bus, too, speaks it."""
-        self.change_environment({"LANGUAGE": language})
+    def speaking(self, locale):
+        """Whatever is started meanwhile, by the bus, too, speaks its language."""
+        news = self.home.speaking(locale)
+        before = {name: self.environment.get(name, "") for name in news}
+        self.change_environment(news)
         yield
         self.end_extension()
-        self.change_environment({"LANGUAGE": ""})
+        self.change_environment(before)
 
     def change_environment(self, news):
         self.environment |= news

@@ -29,21 +29,20 @@ def test_a_newcomer_makes_meeting_notes_with_the_mouse(desktop, folder, open_man
     assert made.read_text().startswith("# Meeting Notes — 20")
 
 
-@pytest.mark.parametrize("language, more, notes, title", [
-    ("de", "Weitere Vorlagen", "Besprechungsnotizen", "Neu: Besprechungsnotizen"),
-    ("ar", "قوالب أخرى", "ملاحظات اجتماع", "جديد: ملاحظات اجتماع")])
-def test_menu_and_prompt_speak_the_language_of_the_user_and_files_do_not(desktop, folder, open_manager, language, more, notes,
-                                                                         title):
-    with desktop.speaking(language):
+@pytest.mark.parametrize("locale, more, notes, title", [
+    ("de_DE", "Weitere Vorlagen", "Besprechungsnotizen", "Neu: Besprechungsnotizen"),
+    ("ar_EG", "قوالب أخرى", "ملاحظات اجتماع", "جديد: ملاحظات اجتماع")])
+def test_menu_and_prompt_speak_the_language_of_the_user_and_files_do_not(desktop, folder, open_manager, locale, more, notes, title):
+    with desktop.speaking(locale):
         manager = open_manager(folder)
         manager.open_menu(manager.background())
         manager.pick("Sprig")
         assert manager.submenu("Sprig")[10] == more
         manager.point(notes)
-        desktop.picture(f"menu-{language}")
+        desktop.picture(f"menu-{locale}")
         manager.pick(notes)
         desktop.prompt(title)
-        desktop.picture(f"prompt-{language}")
+        desktop.picture(f"prompt-{locale}")
         desktop.press("Return")
         manager.shows(wait_for(lambda: next(folder.glob("Meeting Notes 20*.md"), None), "the file"))
 

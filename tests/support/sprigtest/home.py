@@ -61,6 +61,14 @@ class Home:
         merged = {**self.environment, **changes}
         return {key: value for key, value in merged.items() if value is not None}
 
+    def speaking(self, locale):
+        """What the environment of people has who speak its language. The locale is made, as few systems have many."""
+        assert os.path.isdir("/usr/share/i18n"), "there is nothing to make locales of: install the Debian package locales"
+        folder = self.path / "locales"
+        folder.mkdir(exist_ok=True)
+        subprocess.run(["localedef", "-i", locale, "-f", "UTF-8", folder / f"{locale}.UTF-8"], check=True)
+        return {"LOCPATH": str(folder), "LC_ALL": f"{locale}.UTF-8"}
+
     def write(self, name, text):
         """Writes a file whole, as editors do: nobody sees a half of it."""
         file = self.path / name
