@@ -22,7 +22,7 @@ struct ImportCandidate {
 struct SkippedFile {
   platform::FileURL file;
   /// A sentence about "%1%", the file's name, without a full stop; not translated yet.
-  const char* reason;
+  const char* reason = "";
 };
 
 struct ImportSurvey {

@@ -3,9 +3,9 @@
 #include "translation/translated.h"
 
 #include <libintl.h>
-#include <locale.h>
 
 #include <boost/format.hpp>
+#include <clocale>
 #include <filesystem>
 #include <span>
 #include <system_error>
