@@ -67,7 +67,10 @@ class Home:
         folder = self.path / "locales"
         folder.mkdir(exist_ok=True)
         subprocess.run(["localedef", "-i", locale, "-f", "UTF-8", folder / f"{locale}.UTF-8"], check=True)
-        return {"LOCPATH": str(folder), "LC_ALL": f"{locale}.UTF-8"}
+        # What the C library makes of LOCPATH it keeps for ever.
+        self.write(".lsan", "leak:argz_add_sep\n")
+        return {"LOCPATH": str(folder), "LC_ALL": f"{locale}.UTF-8",
+                "LSAN_OPTIONS": f"suppressions={self.path}/.lsan:print_suppressions=0"}
 
     def write(self, name, text):
         """Writes a file whole, as editors do: nobody sees a half of it."""
