@@ -82,9 +82,10 @@ class SprigDesktop(Desktop):
         news = self.home.speaking(locale)
         before = {name: self.environment.get(name, "") for name in news}
         self.change_environment(news)
-        yield
-        self.end_extension()
-        self.change_environment(before)
+        try:
+            yield
+        finally:
+            self.change_environment(before)
 
     def change_environment(self, news):
         self.environment |= news
