@@ -8,7 +8,7 @@ namespace sprig::settings {
 
 namespace {
 
-/// Of the desktop's specification for applications on the bus.
+/// As org.freedesktop.Application has it.
 constexpr const char* tokenKey = "activation-token";
 /// The same of older senders.
 constexpr const char* startupKey = "desktop-startup-id";
