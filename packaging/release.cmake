@@ -17,27 +17,3 @@ string(FIND "${RELEASE_CHANGES}" "\n * " first_item)
 string(SUBSTRING "${RELEASE_CHANGES}" ${first_item} -1 RELEASE_CHANGES)
 string(REGEX REPLACE "\n \\* ([^\n]+)" "\n          <li>\\1</li>" RELEASE_CHANGES "${RELEASE_CHANGES}")
 string(STRIP "${RELEASE_CHANGES}" RELEASE_CHANGES)
-
-# What can be said only where the project has an address: HOMEPAGE_ELEMENT, SCREENSHOTS_ELEMENT.
-set(HOMEPAGE_ELEMENT)
-set(SCREENSHOTS_ELEMENT)
-# sprig_screenshot(FILE CAPTION [ATTRIBUTE]): adds a picture of docs/screenshots.
-macro(sprig_screenshot file caption)
-  if(NOT EXISTS ${PROJECT_SOURCE_DIR}/docs/screenshots/${file})
-    message(FATAL_ERROR "There is no docs/screenshots/${file}")
-  endif()
-  string(APPEND SCREENSHOTS_ELEMENT "
-    <screenshot${ARGN}>
-      <caption>${caption}</caption>
-      <image>${SPRIG_HOMEPAGE}/screenshots/${file}</image>
-    </screenshot>")
-endmacro()
-if(SPRIG_HOMEPAGE)
-  set(HOMEPAGE_ELEMENT "\n  <url type=\"homepage\">${SPRIG_HOMEPAGE}</url>")
-  sprig_screenshot(nautilus-menu.png "The menu, in GNOME Files" " type=\"default\"")
-  sprig_screenshot(thunar-prompt.png "The name of the new file, in Thunar")
-  sprig_screenshot(nemo-more-templates.png "More templates, in sections, in Nemo")
-  sprig_screenshot(settings-list.png "Templates in the order of the menu")
-  sprig_screenshot(settings-editor.png "A template, with the name of the next file")
-  set(SCREENSHOTS_ELEMENT "\n  <screenshots>${SCREENSHOTS_ELEMENT}\n  </screenshots>")
-endif()

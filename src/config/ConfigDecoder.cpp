@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "config/ConfigFields.h"
 
@@ -43,54 +44,57 @@ struct Path {
 /// A value that is none of a configuration.
 struct ValueError {
   std::vector<JsonStep> place;
-  std::string problem;
+  LocalizedText problem;
 };
 
 const char* nameOfType(const json::value& value) {
   switch (value.kind()) {
     case json::kind::null:
-      return "null";
+      return toTranslate("null");
     case json::kind::bool_:
-      return value.get_bool() ? "true" : "false";
+      return value.get_bool() ? toTranslate("true") : toTranslate("false");
     case json::kind::string:
-      return "a string";
+      return toTranslate("a string");
     case json::kind::array:
-      return "a list";
+      return toTranslate("a list");
     case json::kind::object:
-      return "an object";
+      return toTranslate("an object");
     default:
-      return "a number";
+      return toTranslate("a number");
   }
 }
 
-[[noreturn]] void fail(const Path& path, const std::string& what) {
+[[noreturn]] void fail(const Path& path, const LocalizedText& what) {
   const auto place = path.text();
-  throw ValueError{path.steps(), (place.empty() ? "the document" : place) + ": " + what};
+  // TRANSLATORS: where in a document, and what is wrong there
+  throw ValueError{path.steps(),
+                   localized("%1%: %2%", {place.empty() ? localized("the document") : place, what})};
 }
 
+/// `expected` is a text to translate.
 [[noreturn]] void failType(const Path& path, const char* expected, const json::value& found) {
-  fail(path, std::string("expected ") + expected + ", found " + nameOfType(found));
+  fail(path, localized("expected %1%, found %2%", {localized(expected), localized(nameOfType(found))}));
 }
 
 const json::object& objectAt(const json::value& value, const Path& path) {
   if (const auto* object = value.if_object()) return *object;
-  failType(path, "an object", value);
+  failType(path, toTranslate("an object"), value);
 }
 
 const json::array& listAt(const json::value& value, const Path& path) {
   if (const auto* list = value.if_array()) return *list;
-  failType(path, "a list", value);
+  failType(path, toTranslate("a list"), value);
 }
 
 void decode(const json::value& value, const Path& path, std::string& result) {
   const auto* text = value.if_string();
-  if (text == nullptr) failType(path, "a string", value);
+  if (text == nullptr) failType(path, toTranslate("a string"), value);
   result.assign(text->data(), text->size());
 }
 
 void decode(const json::value& value, const Path& path, bool& result) {
   const auto* flag = value.if_bool();
-  if (flag == nullptr) failType(path, "true or false", value);
+  if (flag == nullptr) failType(path, toTranslate("true or false"), value);
   result = *flag;
 }
 
@@ -98,11 +102,12 @@ void decode(const json::value& value, const Path& path, std::int64_t& result) {
   if (const auto* integer = value.if_int64()) {
     result = *integer;
   } else if (value.is_uint64()) {
-    fail(path, "expected an integer of at most 9223372036854775807, found a larger one");
+    fail(path, localized("expected an integer of at most 9223372036854775807, found a larger one"));
   } else if (value.is_double()) {
-    fail(path, "expected an integer, found a number with a fraction or exponent, or beyond 64 bits");
+    fail(path,
+         localized("expected an integer, found a number with a fraction or exponent, or beyond 64 bits"));
   } else {
-    failType(path, "an integer", value);
+    failType(path, toTranslate("an integer"), value);
   }
 }
 
@@ -125,7 +130,7 @@ void decodeMember(const json::value* found, const Path& path, std::optional<Valu
 
 template <typename Value>
 void decodeMember(const json::value* found, const Path& path, Value& result) {
-  if (found == nullptr) fail(path, "missing");
+  if (found == nullptr) fail(path, localized("missing"));
   decode(*found, path, result);
 }
 
@@ -137,21 +142,34 @@ void decode(const json::value& value, const Path& path, Record& record) {
   });
 }
 
-std::string quoteByte(char found) {
+LocalizedText quoteByte(char found) {
   if (found >= 0x20 && found < 0x7F) return std::string("\"") + found + "\"";
-  char text[16];
-  std::snprintf(text, sizeof text, "byte 0x%02X", static_cast<unsigned>(static_cast<unsigned char>(found)));
-  return text;
+  char number[8];
+  std::snprintf(number, sizeof number, "0x%02X", static_cast<unsigned>(static_cast<unsigned char>(found)));
+  return localized("byte %1%", {std::string(number)});
 }
 
-std::string describeSyntaxError(std::string_view rest, const boost::system::error_code& error) {
-  if (rest.empty()) return "the document ends too early";
+/// What the parser says is wrong with a text; what is missing here stays in English.
+[[maybe_unused]] constexpr const char* parserMessages[] = {
+    toTranslate("syntax error"),
+    toTranslate("exponent overflow"),
+    toTranslate("illegal leading surrogate"),
+    toTranslate("illegal trailing surrogate"),
+    toTranslate("expected hex digit"),
+    toTranslate("expected utf16 escape"),
+};
+
+LocalizedText describeSyntaxError(std::string_view rest, const boost::system::error_code& error) {
+  if (rest.empty()) return localized("the document ends too early");
   if (error == json::error::too_deep) {
-    return "nested more than " + std::to_string(maximumNesting) + " levels deep";
+    return localized("nested more than %1% levels deep", {std::to_string(maximumNesting)});
   }
+  const auto found = quoteByte(rest[0]);
   if (error == json::error::extra_data)
-    return "expected the end of the document, found " + quoteByte(rest[0]);
-  return error.message() + " at " + quoteByte(rest[0]);
+    return localized("expected the end of the document, found %1%", {found});
+  const auto message = error.message();
+  // TRANSLATORS: what is wrong with a document, and the letter where that shows
+  return localized("%1% at %2%", {localized(message.c_str()), found});
 }
 
 std::string_view withoutByteOrderMark(std::string_view document) {
@@ -160,17 +178,20 @@ std::string_view withoutByteOrderMark(std::string_view document) {
   const auto beginning = document.substr(0, 4);
   if (beginning.starts_with("\xFF\xFE"sv) || beginning.starts_with("\xFE\xFF"sv) ||
       beginning.find('\0') != std::string_view::npos) {
-    throw DecodingError({}, "the document is not UTF-8 text (it looks like UTF-16 or UTF-32)");
+    throw DecodingError({}, localized("the document is not UTF-8 text (it looks like UTF-16 or UTF-32)"));
   }
   return document;
 }
 
 }  // namespace
 
-DecodingError::DecodingError(TextPosition position, const std::string& problem)
-    : std::runtime_error("line " + std::to_string(position.line) + ", column " +
-                         std::to_string(position.column) + ": " + problem),
-      place(position) {}
+DecodingError::DecodingError(LocalizedText sentence, TextPosition position)
+    : std::runtime_error(sentence.english), text(std::move(sentence)), place(position) {}
+
+DecodingError::DecodingError(TextPosition position, const LocalizedText& problem)
+    : DecodingError(localized("line %1%, column %2%: %3%",
+                              {std::to_string(position.line), std::to_string(position.column), problem}),
+                    position) {}
 
 namespace {
 

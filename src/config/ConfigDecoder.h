@@ -8,18 +8,24 @@
 
 #include "config/AppConfigItem.h"
 #include "config/JsonIndex.h"
+#include "translation/translated.h"
 
 namespace sprig {
 
 /// Why a document is not a configuration: one sentence that names the place, and the value if there is one,
-/// "line 41, column 16: templates[3].enabled: expected true or false, found a number".
+/// "line 41, column 16: templates[3].enabled: expected true or false, found a number". `what()` is it in
+/// English.
 class DecodingError : public std::runtime_error {
  public:
-  DecodingError(TextPosition position, const std::string& problem);
+  DecodingError(TextPosition position, const LocalizedText& problem);
 
   TextPosition position() const { return place; }
+  const LocalizedText& sentence() const { return text; }
 
  private:
+  DecodingError(LocalizedText sentence, TextPosition position);
+
+  LocalizedText text;
   TextPosition place;
 };
 

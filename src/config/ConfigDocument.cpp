@@ -298,14 +298,14 @@ std::optional<std::string> ConfigDocument::otherText(std::size_t index, const st
   const auto* entry = root.find("templates")->value.entries[index].value.find(key);
   if (entry == nullptr || document[entry->value.begin] != '"') return std::nullopt;
   const auto& value = entry->value;
-  const auto plain = document.substr(value.begin + 1, value.end - value.begin - 2);
+  auto plain = document.substr(value.begin + 1, value.end - value.begin - 2);
   if (plain.find('\\') == std::string::npos) return plain;
   return boost::json::value_to<std::string>(
       boost::json::parse(document.substr(value.begin, value.end - value.begin)));
 }
 
 void ConfigDocument::setOtherText(std::size_t index, const std::string& key, const std::string& text) {
-  if (!text::isValidUTF8(text)) throw DecodingError({}, "the text of \"" + key + "\" is not UTF-8");
+  if (!text::isValidUTF8(text)) throw DecodingError({}, localized("the text of \"%1%\" is not UTF-8", {key}));
   Editor editor(*this);
   const auto object = [&]() -> const JsonValue& { return editor.list().entries[index].value; };
   editor.writeMember(object, key.c_str(), text, depthOfTemplates + 1);

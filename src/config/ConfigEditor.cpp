@@ -87,12 +87,12 @@ tl::expected<ConfigDocument, ConfigEditError> ConfigEditor::changed(const std::o
   try {
     document.emplace(text ? *text : encodeConfig(defaultFallbackConfig()));
   } catch (const DecodingError& error) {
-    return refusal(Reason::broken, error.what());
+    return refusal(Reason::broken, error.sentence().shown);
   }
   try {
     change(*document);
   } catch (const DecodingError& error) {
-    return refusal(Reason::invalid, error.what());
+    return refusal(Reason::invalid, error.sentence().shown);
   }
   return std::move(*document);
 }
@@ -125,7 +125,7 @@ std::optional<ConfigEditError> ConfigEditor::replaceText(const std::optional<std
   try {
     static_cast<void>(decodeConfig(wanted));
   } catch (const DecodingError& error) {
-    return refusal(Reason::invalid, error.what()).value();
+    return refusal(Reason::invalid, error.sentence().shown).value();
   }
   const auto found = read();
   if (!found) return found.error();

@@ -26,6 +26,14 @@ AppConfigItem readConfig(const FileURL& url) {
   return decodeConfig(*document);
 }
 
+/// Why a document couldn't be loaded.
+LocalizedText describe(const std::exception& error) {
+  if (const auto* decoding = dynamic_cast<const DecodingError*>(&error)) return decoding->sentence();
+  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)
+    return localized("there is not enough memory for it");
+  return std::string(error.what());
+}
+
 }  // namespace
 
 ConfigManager& ConfigManager::shared() { return platform::current().shared.get<ConfigManager>(make); }
@@ -128,10 +136,9 @@ ConfigManager::Outcome ConfigManager::loadConfigLocked(const FileURL& url) {
              std::to_string(active) + " active) from " + url.path());
     return {std::move(config), {}};
   } catch (const std::exception& error) {
-    const bool isOutOfMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
-    std::string problem = isOutOfMemory ? "there is not enough memory for it" : error.what();
-    logSprig("Error decoding config.json: " + problem + ". Using fallback.");
-    return {std::make_shared<const AppConfigItem>(defaultFallbackConfig()), std::move(problem)};
+    auto problem = describe(error);
+    logSprig("Error decoding config.json: " + problem.english + ". Using fallback.");
+    return {std::make_shared<const AppConfigItem>(defaultFallbackConfig()), std::move(problem.shown)};
   }
 }
 

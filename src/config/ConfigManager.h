@@ -47,7 +47,7 @@ class ConfigManager : public std::enable_shared_from_this<ConfigManager> {
   ConfigSnapshot getConfig() const;
   ConfigSnapshot config() const { return getConfig(); }
 
-  /// Why the built-in templates are in force although there is a document; absent otherwise.
+  /// Why the built-in templates are in force although there is a document, for people; absent otherwise.
   std::optional<std::string> problem() const;
 
   /// Loads the document again now.

@@ -56,7 +56,8 @@ endif()
 
 if("nemo" IN_LIST SPRIG_MANAGERS)
   pkg_check_modules(NEMO REQUIRED IMPORTED_TARGET libnemo-extension)
-  sprig_module(nemo sprig_filemanagers_gtk3 PkgConfig::NEMO)
+  set_target_properties(sprig_translation PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  sprig_module(nemo sprig_filemanagers_gtk3 sprig_translation PkgConfig::NEMO)
 endif()
 
 if("nautilus" IN_LIST SPRIG_MANAGERS)

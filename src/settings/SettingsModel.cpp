@@ -240,7 +240,7 @@ std::optional<TextFault> SettingsModel::faultIn(const std::string& text) {
   try {
     static_cast<void>(decodeConfig(text));
   } catch (const DecodingError& error) {
-    return TextFault{sentence(error.what()), error.position()};
+    return TextFault{sentence(error.sentence().shown), error.position()};
   }
   return std::nullopt;
 }

@@ -44,8 +44,8 @@ TemplateImport TemplateImport::fromSharedFiles(const std::vector<FileURL>& files
       if (text) result.offerShared(ConfigDocument(*text));
       if (!text) result.notTaken.push_back(translated("%1% can’t be read.", {quoted(file)}));
     } catch (const DecodingError& error) {
-      result.notTaken.push_back(
-          translated("%1% holds no templates that can be read: %2%.", {quoted(file), error.what()}));
+      result.notTaken.push_back(translated("%1% holds no templates that can be read: %2%.",
+                                           {quoted(file), error.sentence().shown}));
     }
   }
   return result;

@@ -86,6 +86,16 @@ std::string translatedCount(const char* one, const char* many, std::size_t count
   return filled(dngettext(catalogue(), one, many, count), all);
 }
 
+LocalizedText localized(const char* text, std::initializer_list<LocalizedText> values) {
+  std::vector<std::string_view> english;
+  std::vector<std::string_view> shown;
+  for (const auto& value : values) {
+    english.emplace_back(value.english);
+    shown.emplace_back(value.shown);
+  }
+  return {filled(text, english), filled(translated(text), shown)};
+}
+
 std::string translatedName(const char* context, const std::string& name) {
   const auto key = std::string(context) + contextEnd + name;
   const char* text = translated(key.c_str());

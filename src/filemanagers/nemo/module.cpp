@@ -16,6 +16,7 @@ extern "C" {
 #include "filemanagers/gtk3/beforeNextMenu.h"
 #include "filemanagers/gtk3/endOldMenuWidgets.h"
 #include "filemanagers/gtk3/themedIcon.h"
+#include "translation/translated.h"
 
 namespace sprig::filemanagers {
 
@@ -69,7 +70,10 @@ GList* backgroundItems(NemoMenuProvider* provider, GtkWidget* window, NemoFileIn
 
 /// The name in Nemo's list of extensions.
 GList* nameAndDescription(NemoNameAndDescProvider* /*provider*/) {
-  return g_list_prepend(nullptr, g_strdup("Sprig:::Create new files from templates"));
+  return guardCallback([] {
+    return g_list_prepend(
+        nullptr, g_strdup(("Sprig:::" + std::string(translated("New files from templates"))).c_str()));
+  });
 }
 
 void fillMenuProvider(void* functions, void* /*data*/) {

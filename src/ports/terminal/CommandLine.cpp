@@ -180,7 +180,7 @@ tl::expected<CommandLine, std::string> parseCommandLine(Arguments arguments) {
     result.request = command.read(parsed, std::move(arguments));
     result.logging = parsed.isVerbose() ? Logging::verbose : Logging::quiet;
     if (parsed.wantsVersion()) result.request = TextRequest{"sprig " SPRIG_VERSION "\n"};
-    if (parsed.wantsHelp()) result.request = TextRequest{command.help};
+    if (parsed.wantsHelp()) result.request = TextRequest{translated(command.help)};
     return result;
   } catch (const UsageError& error) {
     return tl::unexpected(std::string(error.what()));

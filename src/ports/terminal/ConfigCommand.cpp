@@ -137,7 +137,7 @@ void ConfigCommand::warn(const std::string& shownName, const AppConfigItem& conf
 void ConfigCommand::explain(const std::string& shownName, const DecodingError& problem,
                             std::string_view document) const {
   const auto& screen = terminal.screen();
-  const auto heading = screen.text(shownName) + ": " + screen.text(problem.what()) + "\n";
+  const auto heading = screen.text(shownName) + ": " + screen.text(problem.sentence().shown) + "\n";
   static_cast<void>(screen.write(heading + excerptAt(problem.position(), document, screen)));
 }
 

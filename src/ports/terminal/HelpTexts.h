@@ -2,10 +2,14 @@
 
 #pragma once
 
-/// What `--help` prints, in at most 80 columns. The manual page says the same at length.
+#include "translation/translated.h"
+
+/// What `--help` prints, in at most 80 columns, also when it is translated. The manual page says the same at
+/// length.
 namespace sprig::terminal {
 
-inline constexpr const char* browseHelp = R"help(sprig - new files from templates, where you are working
+inline constexpr const char* browseHelp =
+    toTranslate(R"help(sprig - new files from templates, where you are working
 
 Usage:
   sprig [FOLDER]        pick a template from the menu; the file is created in
@@ -34,9 +38,9 @@ Examples:
   sprig config init                   write the built-in templates to a file
 
 Exit status: 0 done, 1 cancelled or nothing to undo, 2 wrong use, 3 failed.
-)help";
+)help");
 
-inline constexpr const char* listHelp = R"help(Usage: sprig list [--json | --titles] [FOLDER]
+inline constexpr const char* listHelp = toTranslate(R"help(Usage: sprig list [--json | --titles] [FOLDER]
 
 Prints the menu of FOLDER (default: the current folder): the templates with
 their ids, by either of which "sprig new" knows them.
@@ -50,9 +54,10 @@ Options:
 Examples:
   sprig list
   sprig list --json | jq -r '.items[].title'
-)help";
+)help");
 
-inline constexpr const char* newHelp = R"help(Usage: sprig new TEMPLATE [NAME] [--in FOLDER] [--dry-run]
+inline constexpr const char* newHelp =
+    toTranslate(R"help(Usage: sprig new TEMPLATE [NAME] [--in FOLDER] [--dry-run]
 
 Creates a file from TEMPLATE (an id or a name) without asking. The file is
 called NAME, completed with the template's extension; without NAME, as the
@@ -69,9 +74,9 @@ Examples:
   sprig new 'Meeting Notes'
   sprig new builtin-tsx Button --in src/components
   sprig new 'Plain Text' -- -draft-
-)help";
+)help");
 
-inline constexpr const char* detectHelp = R"help(Usage: sprig detect [FOLDER]
+inline constexpr const char* detectHelp = toTranslate(R"help(Usage: sprig detect [FOLDER]
 
 Prints the kinds of software project FOLDER (default: the current folder)
 belongs to, one a line, sorted; nothing when there are none. Marker files such
@@ -83,9 +88,9 @@ Options:
 
 Example:
   sprig detect ~/projects/site
-)help";
+)help");
 
-inline constexpr const char* configHelp = R"help(Usage: sprig config path
+inline constexpr const char* configHelp = toTranslate(R"help(Usage: sprig config path
        sprig config init
        sprig config check [FILE]
 
@@ -103,9 +108,9 @@ Options:
 Examples:
   $EDITOR "$(sprig config init)"
   sprig config check && sprig list
-)help";
+)help");
 
-inline constexpr const char* templateHelp = R"help(Usage: sprig template [list] [--titles]
+inline constexpr const char* templateHelp = toTranslate(R"help(Usage: sprig template [list] [--titles]
        sprig template show | edit TEMPLATE
        sprig template add FILE [--name NAME]
        sprig template import [FOLDER]
@@ -141,9 +146,9 @@ The five last documents that were changed are kept in ~/.local/state/sprig.
 Examples:
   sprig template add ~/Letterhead.odt --name Letter
   sprig template disable 'Excel Spreadsheet' 'Word Document'
-)help";
+)help");
 
-inline constexpr const char* undoHelp = R"help(Usage: sprig undo
+inline constexpr const char* undoHelp = toTranslate(R"help(Usage: sprig undo
        sprig undo --list
 
 Moves the file that was created last, here or in a file manager, to the trash
@@ -157,6 +162,6 @@ Options:
 
 Where there is no trash, the untouched file is removed. Exit status 1: there
 is nothing to undo.
-)help";
+)help");
 
 }  // namespace sprig::terminal

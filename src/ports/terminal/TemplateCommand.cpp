@@ -77,7 +77,7 @@ std::string problemOf(const std::string& text) {
     static_cast<void>(decodeTemplate(text));
     return "";
   } catch (const DecodingError& error) {
-    return error.what();
+    return error.sentence().shown;
   }
 }
 
