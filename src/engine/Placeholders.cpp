@@ -53,12 +53,12 @@ struct Surroundings {
     if (key == "author") return author();
     const auto twoDigits = TemplateEngine::formatTwoDigits;
     const auto parts = platform::current().clock.components(date);
-    const auto year = std::to_string(parts.year);
+    auto year = std::to_string(parts.year);
     if (key == "year") return year;
     if (key == "month") return twoDigits(parts.month);
     if (key == "day") return twoDigits(parts.day);
-    const auto day = year + "-" + twoDigits(parts.month) + "-" + twoDigits(parts.day);
-    const auto time = twoDigits(parts.hour) + ":" + twoDigits(parts.minute) + ":" + twoDigits(parts.second);
+    auto day = year + "-" + twoDigits(parts.month) + "-" + twoDigits(parts.day);
+    auto time = twoDigits(parts.hour) + ":" + twoDigits(parts.minute) + ":" + twoDigits(parts.second);
     if (key == "date") return day;
     if (key == "time") return time;
     if (key == "datetime") return day + " " + time;
