@@ -2,6 +2,7 @@
 
 #include <glib.h>
 
+#include <fstream>
 #include <string>
 
 #include "dialog/drawInSoftware.h"
@@ -11,11 +12,21 @@
 
 namespace {
 
+/// As the program was started with it: newer releases of GTK take what they know out of the environment
+/// before `main`. Empty where there is none.
+std::string initialVariable(const std::string& name) {
+  std::ifstream environment("/proc/self/environ");
+  for (std::string entry; std::getline(environment, entry, '\0');) {
+    if (entry.starts_with(name + "=")) return entry.substr(name.size() + 1);
+  }
+  return {};
+}
+
 /// Of whoever has started this; no program that this starts is to use it again.
 std::string takeActivationToken() {
   std::string token;
   for (const auto* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
-    if (const char* value = g_getenv(variable); value != nullptr && token.empty()) token = value;
+    if (token.empty()) token = initialVariable(variable);
     g_unsetenv(variable);
   }
   return token;

@@ -15,7 +15,9 @@ BY_THE_BUS = f"""{SETTINGS} --gapplication-service &
 until gdbus call --session -d com.kestrel.Sprig -o /com/kestrel/Sprig -m org.freedesktop.Application.Open \\
   "['sprig://settings']" "{{'desktop-startup-id': <'the-clicks'>}}"; do :; done 2>&-
 wait"""
-BY_ANOTHER_START = f"{SETTINGS} & gdbus wait --session com.kestrel.Sprig; XDG_ACTIVATION_TOKEN=the-clicks {SETTINGS}; wait"
+# When the window is there.
+BY_ANOTHER_START = f"""{SETTINGS} 2>&1 | tee /dev/stderr |
+{{ grep -q -m 1 '[.]ack_configure('; XDG_ACTIVATION_TOKEN=the-clicks {SETTINGS}; exec cat; }}"""
 
 
 @pytest.mark.parametrize("command, token", [([SETTINGS, "sprig://settings"], "the-clicks"), (["sh", "-c", BY_THE_BUS], ""),
