@@ -62,16 +62,19 @@ class Settings(Gtk4Program):
         assert self.sees({"push button"}, name).ask("Action", "DoAction", "(i)", 0)
 
     def take_file(self, file):
-        """In a dialog for files. Newer releases of GTK take the first Return for a choice only."""
-        self.desktop.type(str(file))
-        self.press("Return")
-
+        """In a dialog for files. What is typed while it looks at a folder is lost, and newer releases of GTK take the
+        first Return for a choice only."""
         def is_chosen():
             return any(has(cell, "SELECTED") for window in windows(self.process.pid)[1:]
                        for cell in nodes(window, {"table cell"}, file.name))
-        wait_to_see(lambda: len(windows(self.process.pid)) == 1 or is_chosen(), "the choice")
-        if len(windows(self.process.pid)) > 1:
+
+        def enter():
+            if not wait_to_see(lambda: [is_chosen()])[0]:
+                self.press("ctrl+a")
+                self.desktop.type(str(file))
             self.press("Return")
+            time.sleep(1)
+        wait_to_see(lambda: len(windows(self.process.pid)) == 1, "the choice", between=enter)
 
     def rows(self):
         return [row.name for row in self.seen({"list item"})]
