@@ -45,8 +45,10 @@ void sendPick(const PickedEntry& entry, const MenuRequest& request, const ClickO
   call << QString::fromStdString(entry.action) << static_cast<std::uint32_t>(request.kind)
        << textsOf(request.targets) << platformData(entry, origin);
   const auto pending = QDBusConnection::sessionBus().asyncCall(call);
-  auto* watcher = new QDBusPendingCallWatcher(pending, QCoreApplication::instance());
-  QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, answered);
+  auto watcher = std::make_unique<QDBusPendingCallWatcher>(pending);
+  QObject::connect(watcher.get(), &QDBusPendingCallWatcher::finished, watcher.get(), answered);
+  // Its own end is its answer's.
+  watcher.release()->setParent(QCoreApplication::instance());
 }
 
 }  // namespace sprig::filemanagers
