@@ -10,13 +10,15 @@ import os
 import pathlib
 import re
 import signal
+import subprocess
 import time
 
 from gi.repository import Gio, GLib
 from sprigtest.desktop import Desktop, install_settings
+from sprigtest.home import need
 from sprigtest.screenreader import (WITHIN_WINDOW, Accessible, area, area_in_gtk4, children, has, middle, nodes,
                                     on_change, selection_in, text_of, wait_to_see, windows)
-from sprigtest.waiting import output_of, settled, wait_for
+from sprigtest.waiting import DEADLINE, output_of, settled, wait_for
 from sprigtest.wayland import compositor
 
 PROGRAMS = pathlib.Path(os.environ["SPRIG_PROGRAMS"])
@@ -65,16 +67,17 @@ class SprigDesktop(Desktop):
 
     @contextlib.contextmanager
     def on_wayland(self):
-        """Whatever is started meanwhile, by the bus, too, is on a Wayland compositor. Gives what reads all that was
-        asked of that."""
-        with compositor() as screen:
-            news = {"GDK_BACKEND": "wayland", "WAYLAND_DEBUG": "client",
-                    "WAYLAND_DISPLAY": f"{screen['XDG_RUNTIME_DIR']}/{screen['WAYLAND_DISPLAY']}"}
+        """Whatever is started meanwhile, by the bus, too, is on a Wayland compositor."""
+        with compositor() as environment:
+            screen = WaylandScreen(self, environment)
+            news = {"GDK_BACKEND": "wayland", "QT_QPA_PLATFORM": "wayland", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+                    "WAYLAND_DEBUG": "client", "WAYLAND_DISPLAY": screen.display}
             before = {name: self.environment.get(name, "") for name in news}
             self.change_environment(news)
-            yield lambda: self.output.read_text(errors="replace")
+            yield screen
             self.end_extension()
             self.change_environment(before)
+            screen.stop()
 
     @contextlib.contextmanager
     def speaking(self, locale):
@@ -163,6 +166,30 @@ class SprigDesktop(Desktop):
 
     def picture(self, name, crop=without_empty_edges):
         super().picture(f"{os.environ['SPRIG_MANAGER']}-{name}", crop)
+
+
+class WaylandScreen:
+    """A compositor's, with a keyboard."""
+
+    def __init__(self, desktop, environment):
+        self.desktop = desktop
+        self.environment = environment
+        self.display = f"{environment['XDG_RUNTIME_DIR']}/{environment['WAYLAND_DISPLAY']}"
+        # Without one that stays, menus close.
+        self.keyboard = subprocess.Popen([need("wtype", "wtype"), "-s", str(1000 * DEADLINE)], env=environment,
+                                         stderr=subprocess.DEVNULL)
+
+    def stop(self):
+        self.keyboard.kill()
+        self.keyboard.wait()
+
+    def press(self, *keys):
+        subprocess.run(["wtype", *(word for key in keys for word in ("-k", key))], env=self.environment, check=True,
+                       stderr=subprocess.DEVNULL)
+
+    def said(self):
+        """All that was asked of the compositor."""
+        return self.desktop.output.read_text(errors="replace")
 
 
 class FileManager:
@@ -517,14 +544,20 @@ class Dolphin(FileManager):
     below_rows = 200
 
     def __init__(self, desktop, folder):
+        self.listen()
+        super().__init__(desktop, folder)
+
+    def listen(self):
         self.menus = []
         self.focused = None
         self.listening = [on_change("showing", self._shown), on_change("focused", self._focused)]
-        super().__init__(desktop, folder)
 
-    def stop(self):
+    def stop_listening(self):
         for end in self.listening:
             end()
+
+    def stop(self):
+        self.stop_listening()
         super().stop()
         output_of("pkill", "-x", "dolphin")
         wait_for(lambda: not self._pids(), "the other windows to go")
