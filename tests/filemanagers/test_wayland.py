@@ -3,7 +3,6 @@
 
 import os
 import re
-import time
 
 import pytest
 from driving import Dolphin, LabelledEntry, Nautilus
@@ -49,10 +48,7 @@ class DolphinOnWayland(Dolphin):
         self.process = screen.desktop.launch(*(word.format(folder) for word in self.command))
 
     def open_submenu(self):
-        def ask():
-            self.desktop.press("Menu")
-            time.sleep(1)
-        wait_to_see(self.has_menu, "the menu", between=ask)
+        self.open_menu(None)
         self.enter_by_keys("Sprig")
 
     def pick(self, name):

@@ -68,13 +68,18 @@ class Settings(Gtk4Program):
             return any(has(cell, "SELECTED") for window in windows(self.process.pid)[1:]
                        for cell in nodes(window, {"table cell"}, file.name))
 
-        def enter():
-            if not wait_to_see(lambda: [is_chosen()])[0]:
-                self.press("ctrl+a")
-                self.desktop.type(str(file))
-            self.press("Return")
-            time.sleep(1)
-        wait_to_see(lambda: len(windows(self.process.pid)) == 1, "the choice", between=enter)
+        entered = 0
+
+        def has_ended():
+            nonlocal entered
+            if len(windows(self.process.pid)) > 1 and time.monotonic() - entered > 1:
+                if not is_chosen():
+                    self.press("ctrl+a")
+                    self.desktop.type(str(file))
+                self.press("Return")
+                entered = time.monotonic()
+            return len(windows(self.process.pid)) == 1
+        wait_to_see(has_ended, "the end of the dialog")
 
     def rows(self):
         return [row.name for row in self.seen({"list item"})]
