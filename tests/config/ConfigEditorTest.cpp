@@ -126,6 +126,9 @@ TEST_F(ConfigEditorTest, ReplacesABrokenTextOnlyByAValidOneAndOnlyTheOneThatWasR
   EXPECT_EQ(text(), "{");
   EXPECT_FALSE(editor.replaceText("{", defaults));
   EXPECT_EQ(text(), defaults);
+  // Another change in the same moment has no backup of its own.
+  EXPECT_FALSE(ConfigEditor().replaceText(defaults, without(1)));
+  write(defaults);
   EXPECT_EQ(platform.files.contentsOfFile(ConfigEditor::backups().at(0)), "{");
   platform.calls->meanwhile = [this] { write(without(4)); };
   EXPECT_EQ(editor.replaceText(defaults, without(1))->reason, Reason::changedMeanwhile);
