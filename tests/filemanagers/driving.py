@@ -74,10 +74,12 @@ class SprigDesktop(Desktop):
                     "WAYLAND_DEBUG": "client", "WAYLAND_DISPLAY": screen.display}
             before = {name: self.environment.get(name, "") for name in news}
             self.change_environment(news)
-            yield screen
-            self.end_extension()
-            self.change_environment(before)
-            screen.stop()
+            try:
+                yield screen
+            finally:
+                self.end_extension()
+                self.change_environment(before)
+                screen.stop()
 
     @contextlib.contextmanager
     def speaking(self, locale):
