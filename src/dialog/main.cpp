@@ -120,21 +120,11 @@ class Run {
   bool isOver = false;
 };
 
-std::string takeVariable(const char* name) {
-  const char* value = g_getenv(name);
-  std::string result = value == nullptr ? "" : value;
-  g_unsetenv(name);
-  return result;
-}
-
 void run() {
   Run run;
-  auto show = run.waitForShow();
+  const auto show = run.waitForShow();
   if (!show) return;
   drawInSoftware();
-  // GTK looks at the older variable only.
-  const auto token = takeVariable("XDG_ACTIVATION_TOKEN");
-  if (show->activationToken.empty()) show->activationToken = token;
   // What window managers and compositors know our windows by, and what people are told.
   g_set_prgname("com.kestrel.Sprig");
   g_set_application_name("Sprig");
