@@ -171,10 +171,10 @@ class SprigDesktop(Desktop):
 
 
 class WaylandScreen:
-    """A compositor's, with a keyboard."""
+    """A desktop on a compositor, with a keyboard; for file managers that are used with it."""
 
     def __init__(self, desktop, environment):
-        self.desktop = desktop
+        self.launch, self.end, self.output = desktop.launch, desktop.end, desktop.output
         self.environment = environment
         self.display = f"{environment['XDG_RUNTIME_DIR']}/{environment['WAYLAND_DISPLAY']}"
         # Without one that stays, menus close.
@@ -195,7 +195,7 @@ class WaylandScreen:
 
     def said(self):
         """All that was asked of the compositor."""
-        return self.desktop.output.read_text(errors="replace")
+        return self.output.read_text(errors="replace")
 
 
 class FileManager:
@@ -222,8 +222,12 @@ class FileManager:
     def __init__(self, desktop, folder):
         self.desktop = desktop
         self.process = desktop.launch(*(word.format(folder) for word in self.command))
-        self.window = wait_for(self._large_window, f"the window of {self.command[0]}")
-        desktop.activate(self.window)
+        self.window = self.find_window()
+
+    def find_window(self):
+        window = wait_for(self._large_window, f"the window of {self.command[0]}")
+        self.desktop.activate(window)
+        return window
 
     @staticmethod
     def choose_view(desktop, view):
@@ -550,20 +554,14 @@ class Dolphin(FileManager):
     below_rows = 200
 
     def __init__(self, desktop, folder):
-        self.listen()
-        super().__init__(desktop, folder)
-
-    def listen(self):
         self.menus = []
         self.focused = None
         self.listening = [on_change("showing", self._shown), on_change("focused", self._focused)]
-
-    def stop_listening(self):
-        for end in self.listening:
-            end()
+        super().__init__(desktop, folder)
 
     def stop(self):
-        self.stop_listening()
+        for end in self.listening:
+            end()
         super().stop()
         output_of("pkill", "-x", "dolphin")
         wait_for(lambda: not self._pids(), "the other windows to go")

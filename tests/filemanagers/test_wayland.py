@@ -12,12 +12,14 @@ from sprigtest.screenreader import children, wait_to_see
 from sprigtest.waiting import output_of, wait_for
 
 
-class NautilusOnWayland(Nautilus):
-    """Used as screen readers do it."""
+class OnWayland:
+    @staticmethod
+    def find_window():
+        """Nobody is told of windows there."""
 
-    def __init__(self, screen, folder):
-        self.desktop = screen.desktop
-        self.process = screen.desktop.launch(*(word.format(folder) for word in self.command))
+
+class NautilusOnWayland(OnWayland, Nautilus):
+    """Used as screen readers do it."""
 
     @staticmethod
     def do(accessible):
@@ -35,17 +37,8 @@ class NautilusOnWayland(Nautilus):
         self.do(wait_to_see(found, name)[0])
 
 
-class DolphinOnWayland(Dolphin):
+class DolphinOnWayland(OnWayland, Dolphin):
     """Used with the keyboard."""
-
-    def stop(self):
-        self.stop_listening()
-        self.desktop.desktop.end(self.process)
-
-    def __init__(self, screen, folder):
-        self.listen()
-        self.desktop = screen
-        self.process = screen.desktop.launch(*(word.format(folder) for word in self.command))
 
     def open_submenu(self):
         self.open_menu(None)
