@@ -6,7 +6,7 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${SPRIG_TRANSLATI
 function(sprig_translated source result)
   get_filename_component(source ${source} ABSOLUTE)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${source})
-  # The folder tells where XML has texts.
+  # The folder tells where descriptions of MIME types have texts; for software centres' gettext itself knows.
   execute_process(
     COMMAND ${CMAKE_COMMAND} -E env GETTEXTDATADIRS=${PROJECT_SOURCE_DIR}/po
             ${MSGFMT} ${ARGN} --template=${source} -d ${PROJECT_SOURCE_DIR}/po --output-file=${made}/${result}
