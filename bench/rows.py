@@ -94,6 +94,7 @@ FELT = [("start", "start", milliseconds, statistics.median, 10e6),
         ("right click to menu, 1,000 templates", "menu of 1000", milliseconds, statistics.median, 1e6),
         ("memory written, 11 templates", "memory with 11", megabytes, statistics.median, 1.5e6),
         ("memory written, 1,000 templates", "memory with 1000", megabytes, statistics.median, None)]
+GROWTH = {"select": "changes of the selection", "open": "opened menus", "save": "saves of 400 templates"}
 MANAGERS = {"nautilus": "GNOME Files", "nemo": "Nemo", "caja": "Caja", "thunar": "Thunar", "dolphin": "Dolphin"}
 
 ROWS = [
@@ -142,4 +143,7 @@ ROWS = [
     *(More(f"{name}: {what}", f"felt/{manager}/{measure}/with", "without Sprig", f"felt/{manager}/{measure}/without",
            limit, unit, of)
       for manager, name in MANAGERS.items() for what, measure, unit, of, limit in FELT),
+    *(More(f"{name} grows in 1,000 {steps}", f"growth/{manager}/{step}/with", "without Sprig",
+           f"growth/{manager}/{step}/without", 2e6)
+      for manager, name in MANAGERS.items() for step, steps in GROWTH.items()),
 ]

@@ -3,7 +3,7 @@
 cost, measured in the same run and alternating with it. Medians of all repetitions.
 
 Usage: run.py BUILD RESULTS [PART…], where BUILD is a build folder with the benchmarks in it and RESULTS the file to
-write. Without parts, all are measured; otherwise the rest of the table is as it was.
+write, in which the samples of other parts stay. Without parts, all are measured but "growth", which takes two hours.
 """
 
 import json
@@ -20,13 +20,15 @@ HERE = pathlib.Path(__file__).resolve().parent
 # The programs, each with the repetitions of its benchmarks and which of them are run together.
 PROGRAMS = [("config", 15, "."), ("files", 15, "."), ("menu", 15, "."), ("render", 9, "."),
             ("bus", 1, "warm"), ("bus", 1, "cold")]
-PARTS = {name for name, *_ in PROGRAMS} | {"start", "desktop", "felt"}
+USUAL_PARTS = {name for name, *_ in PROGRAMS} | {"start", "desktop", "felt"}
+PARTS = USUAL_PARTS | {"growth"}
 STARTS = 100
 HEAD = ("operation", "ours", "against", "floor", "ratio", "limit", "verdict")
 # Of each file manager: the package that tells where it looks for modules, and its variable for that.
 MODULES = {"thunar": ("thunarx-3", "extensionsdir"), "caja": ("libcaja-extension", "extensiondir"),
            "nemo": ("libnemo-extension", "extensiondir"), "nautilus": ("libnautilus-extension-4", "extensiondir")}
-SESSIONS = 4  # of each file manager, with our module and without
+# Of each file manager, with our module and without.
+SESSIONS = {"felt": 4, "growth": 1}
 
 
 def environment(home):
@@ -114,15 +116,16 @@ def run_desktop(build):
     return run_session(build, "thunar", build / "modules/thunar", "desktop.py")
 
 
-def run_felt(build):
+def run_managers(build, part):
+    """What the script of that name measures in each file manager."""
     samples = {}
     with tempfile.TemporaryDirectory(dir=build) as nothing:
         os.chmod(nothing, 0o755)  # the session is another user's
         for manager in (*MODULES, "dolphin"):
-            print(f"felt in {manager}", file=sys.stderr, flush=True)
-            for _ in range(SESSIONS):
+            print(f"{part} in {manager}", file=sys.stderr, flush=True)
+            for _ in range(SESSIONS[part]):
                 for modules in (build / "modules" / manager, pathlib.Path(nothing)):
-                    for name, values in run_session(build, manager, modules, "felt.py").items():
+                    for name, values in run_session(build, manager, modules, f"{part}.py").items():
                         samples.setdefault(name, []).extend(values)
     return samples
 
@@ -138,8 +141,8 @@ def measure(build, parts):
             samples.update(run_starts(build, env))
     if "desktop" in parts:
         samples.update(run_desktop(build))
-    if "felt" in parts:
-        samples.update(run_felt(build))
+    for part in SESSIONS.keys() & parts:
+        samples.update(run_managers(build, part))
     return samples
 
 
@@ -151,10 +154,10 @@ def print_table(lines):
 
 def main():
     build, results = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
-    parts = set(sys.argv[3:] or PARTS)
+    parts = set(sys.argv[3:] or USUAL_PARTS)
     if unknown := parts - PARTS:
         sys.exit(f"there is no part {', '.join(unknown)}; there are {', '.join(sorted(PARTS))}")
-    samples = json.loads(results.read_text())["samples"] if parts != PARTS and results.exists() else {}
+    samples = json.loads(results.read_text())["samples"] if results.exists() else {}
     samples.update(measure(build, parts))
     lines = [row.cells(samples) for row in ROWS if {row.ours, getattr(row, "floor", row.ours)} <= samples.keys()]
     print_table(lines)

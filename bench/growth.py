@@ -1,59 +1,54 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""How much private memory a file manager comes to hold, as a program for session.sh.
+"""Measures by how much private memory a file manager grows, with Sprig's module or without, in changes of the selection,
+opened menus, and saves of a configuration of 400 templates with a change of the selection after each. Prints the samples
+as JSON, bytes: ten times what each tenth of the run added.
 
-Usage: manager_memory.py MANAGER COUNT. Prints as JSON by how many kB the manager grows in so many changes of the
-selection, opened menus, and saves of a configuration of 400 templates with a change of the selection after each; and how
-often Sprig's module was asked for a menu meanwhile.
+Runs where the tests of the file managers do, in session.sh.
 """
 
+import itertools
 import json
+import os
 import pathlib
 import re
-import statistics
-import sys
 import time
-
-TESTS = pathlib.Path(__file__).parents[1] / "tests"
-sys.path[:0] = [str(TESTS / name) for name in ("support", "filemanagers")]
 
 from driving import MANAGERS, SprigDesktop
 from sprigtest.home import template, throw_away_home
 from sprigtest.waiting import output_of, settled
 
+MANAGER = os.environ["SPRIG_MANAGER"]
+WITH = os.environ["SPRIG_WITH"]
+COUNT = 1000
 TEMPLATES = 400
 # With a screen reader, toolkits keep what they have shown.
 ENVIRONMENT = {"G_MESSAGES_DEBUG": "Sprig", "NO_AT_BRIDGE": "1", "GTK_A11Y": "none", "QT_ACCESSIBILITY": "0"}
 
 
-def private_kilobytes(pid):
+def private_memory(pid):
     said = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text()
-    return sum(int(size) for size in re.findall(r"Private_(?:Clean|Dirty): +(\d+)", said))
+    return 1024 * sum(int(size) for size in re.findall(r"Private_(?:Clean|Dirty): +(\d+)", said))
 
 
 class Measurement:
-    def __init__(self, desktop, manager, tenth):
+    def __init__(self, desktop, manager):
         self.desktop = desktop
         self.manager = manager
-        self.tenth = tenth
 
     def queries(self):
         return self.desktop.output.read_bytes().count(b"asked for a menu")
 
     def memory(self):
-        return settled(lambda: private_kilobytes(self.manager.process.pid), "the memory",
-                       between=lambda: time.sleep(0.3))
+        return settled(lambda: private_memory(self.manager.process.pid), "the memory", between=lambda: time.sleep(0.3))
 
     def growth(self, step):
-        """As it is in most tenths of the run: what windows are drawn on comes and goes, 10 MB at once."""
+        """Of each tenth of a run after the first steps, which bring what is loaded when it is needed."""
         sizes = []
-        for count in range(11):
-            if count == 1:  # the first ones bring what is loaded when it is needed
-                asked = self.queries()
-            for number in range(self.tenth):
-                step(count * self.tenth + number)
+        for tenth in range(11):
+            for number in range(COUNT // 10):
+                step(tenth * COUNT // 10 + number)
             sizes.append(self.memory())
-        grown = [after - before for before, after in zip(sizes, sizes[1:])]
-        return {"kB": 10 * statistics.median(grown), "queries": self.queries() - asked, "tenths": grown}
+        return [10 * (after - before) for before, after in itertools.pairwise(sizes)]
 
     def select(self, number):
         output_of("xdotool", "key", "--delay", "120", "Up" if number % 2 else "Down")
@@ -77,12 +72,15 @@ def main():
         desktop.environment |= ENVIRONMENT
         try:
             desktop.start()
-            manager = MANAGERS[sys.argv[1]](desktop, home.demo)
+            manager = MANAGERS[MANAGER](desktop, home.demo)
             desktop.click(manager.middle())
             desktop.press("ctrl+a")
-            measurement = Measurement(desktop, manager, int(sys.argv[2]) // 10)
+            measurement = Measurement(desktop, manager)
             steps = measurement.select, measurement.open, measurement.save
-            print(json.dumps({step.__name__: measurement.growth(step) for step in steps}))
+            samples = {f"growth/{MANAGER}/{step.__name__}/{WITH}": measurement.growth(step) for step in steps}
+            # Some ask on each change of the selection, the others for each menu that is opened.
+            assert WITH == "without" or measurement.queries() > COUNT, "Sprig's module was hardly asked for menus"
+            print(json.dumps(samples))
             manager.stop()
         finally:
             desktop.stop()
