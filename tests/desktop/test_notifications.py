@@ -108,15 +108,6 @@ def test_a_file_that_was_touched_stays_and_the_notification_says_why(desktop, na
     assert created.file.read_text() == "mine"
 
 
-def test_where_there_is_no_trash_the_file_is_removed(desktop):
-    created = Created(desktop).pick()
-    created.service.says()
-    desktop.home.write(".local/share/Trash", "no folder")
-    created.service.presses("undo-1")
-    assert created.service.says(2) == ("Removed “Note”", "There is no trash where it was.", [])
-    assert not created.file.exists() and created.journal() == ""
-
-
 HIDDEN = "It is hidden, as its name begins with a dot."
 
 

@@ -9,7 +9,7 @@ import select
 import subprocess
 
 import pytest
-from sprigtest.desktop import Desktop, Gtk4Program, keep_failures
+from sprigtest.desktop import Desktop, Gtk4Program, pytest_runtest_makereport
 from sprigtest.home import SOURCE, throw_away_home
 from sprigtest.screenreader import middle, nodes
 from sprigtest.waiting import DEADLINE, output_of, wait_for
@@ -81,9 +81,6 @@ class Dialog(Gtk4Program):
         """Presses the button of that name with the mouse."""
         self.desktop.click(middle(self.place(next(nodes(self.accessible(), {"push button"}, name)))))
 
-    def close_by_window_manager(self):
-        output_of("wmctrl", "-i", "-c", self.window)
-
     def ends(self):
         """The exit status and what was said on standard error."""
         errors = self.process.communicate(timeout=DEADLINE)[1].decode()
@@ -121,8 +118,3 @@ def open_dialog(desktop):
     for dialog in dialogs:
         dialog.process.kill()
         dialog.process.communicate()
-
-
-@pytest.hookimpl(hookwrapper=True)
-def pytest_runtest_makereport(item):
-    keep_failures(item, (yield).get_result())

@@ -2,12 +2,14 @@
 """The dialogs as their users see them: windows on a real X server with a window manager, keys, mouse, screen reader."""
 
 import json
+import os
 import signal
 
 import pytest
 from conftest import ALERT, BASE, PROMPT
 from sprigtest.screenreader import WITHIN_WINDOW, area, nodes, selection_in, wait_to_see
 from sprigtest.waiting import DEADLINE, output_of, wait_for
+from sprigtest.wayland import compositor
 
 NAME = "Meeting Notes 2026-11-16.md"
 LONG = "\n".join(f"Line {number} of many that nobody reads to the end of" for number in range(400))
@@ -34,7 +36,6 @@ def field_of(dialog):
     (lambda it: it.click("Create"), {"event": "button", "button": 0, "text": NAME}),
     (lambda it: it.click("Cancel"), {"event": "button", "button": 1, "text": NAME}),
     (lambda it: it.press("alt+F4"), {"event": "close", "text": NAME}),
-    (lambda it: it.close_by_window_manager(), {"event": "close", "text": NAME}),
 ])
 def test_a_prompt_reports_what_the_user_does_and_stays_until_told(open_dialog, act, event):
     dialog = open_dialog(PROMPT, BASE).shown()
@@ -206,3 +207,16 @@ def test_an_icon_that_is_installed_with_sprig_comes_before_a_stand_in_that_the_t
     dialog = open_dialog({**ALERT, "icon": names}, XDG_DATA_DIRS=f"{tmp_path}:/usr/share").shown()
     # The middle of the theme's sheet of paper is empty.
     wait_for(lambda: sum(dialog.picture(tmp_path / "dialog.png").getpixel((39, 39))) < 300, "the square")
+
+
+def test_under_wayland_the_token_of_the_click_gives_the_window_the_focus(open_dialog):
+    with compositor() as environment:
+        dialog = open_dialog({**ALERT, "activationToken": "the-clicks", "parentWindow": "wayland:the-managers"}, **environment)
+        os.set_blocking(dialog.process.stderr.fileno(), False)
+        said = []
+
+        def has_asked():
+            said.append(dialog.process.stderr.read() or b"")
+            return all(request in b"".join(said) for request in (
+                b'.activate("the-clicks", ', b', "the-managers")', b".set_parent_of(", b'.set_app_id("com.kestrel.Sprig")'))
+        wait_for(has_asked, "the requests")

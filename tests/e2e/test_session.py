@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """A user at a terminal, from the menu to the file."""
 
-import datetime
 import os
 import re
 import signal
@@ -11,28 +10,6 @@ import pytest
 
 from sprigtest.home import BUILTINS, template
 from sprigtest.waiting import wait_for
-
-
-def today():
-    return datetime.datetime.now(datetime.timezone.utc).date().isoformat()
-
-
-def test_a_newcomer_is_offered_the_built_in_templates_and_the_last_one_below_more(home):
-    session = home.sprig().sees("New file in ~/demo", *BUILTINS, "───", "11  More Templates ›", "12  Sprig Settings…")
-    session.at_menu().types("11\r").sees("› More Templates", "1  Excel Spreadsheet", "0  Back")
-    session.at_menu().types("0\r").sees("New file in ~/demo\r\n", "Markdown Note")
-    session.at_menu().types("\x04").ends(1)
-
-
-def test_a_second_pick_gets_a_number_and_each_file_has_its_content(home):
-    begin = today()
-    first, second = (
-        home.sprig().at_menu().types("3\r").sees("New Meeting Notes", "in “demo”:", "> Meeting Notes ").types("\r").ends(0)
-        for _ in range(2))
-    day = re.search(r"[\d-]{10}", first)[0]
-    assert begin <= day <= today()
-    assert [first, second] == [f"{home.demo}/Meeting Notes {day}{end}.md\n" for end in ("", " 2")]
-    assert open(first.rstrip("\n")).read().startswith(f"# Meeting Notes — {day}\n\n**Date:** {day} ")
 
 
 @pytest.mark.parametrize("keys, name", [

@@ -156,17 +156,6 @@ class ThunarItemsTest : public testing::Test {
   MenuItems<ThunarMenus> items{client};
 };
 
-TEST_F(ThunarItemsTest, AThousandMenusAreMadeOfTheSameItems) {
-  std::set<void*> made;
-  for (int count = 0; count < 1000; ++count) {
-    auto* list = open("file:///home/ann/demo");
-    ASSERT_NE(list, nullptr);
-    made.insert(list->data);
-    close(list);
-  }
-  EXPECT_EQ(made.size(), 1U);
-}
-
 TEST_F(ThunarItemsTest, AnOpenMenuKeepsItsFolderWhileAnotherIsAskedFor) {
   auto* first = open("file:///home/ann/one");
   auto* second = open("file:///home/ann/two");

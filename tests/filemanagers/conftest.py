@@ -9,7 +9,7 @@ import shutil
 
 import pytest
 from driving import MANAGERS, SprigDesktop
-from sprigtest.desktop import keep_failures
+from sprigtest.desktop import pytest_runtest_makereport
 from sprigtest.home import template, throw_away_home
 
 # What Sprig has file managers and toolkits complain of; they have complaints of their own.
@@ -81,8 +81,3 @@ def manager(desktop, folder, open_manager):
                       template("Hidden", enabled=False), defaultBehavior="create", maxVisibleTemplates=2,
                       showCategories=False)
     return open_manager(folder)
-
-
-@pytest.hookimpl(hookwrapper=True)
-def pytest_runtest_makereport(item):
-    keep_failures(item, (yield).get_result())

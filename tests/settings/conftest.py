@@ -8,7 +8,7 @@ import subprocess
 import time
 
 import pytest
-from sprigtest.desktop import Desktop, Gtk4Program, install_settings, keep_failures
+from sprigtest.desktop import Desktop, Gtk4Program, install_settings, pytest_runtest_makereport
 from sprigtest.home import SOURCE, template, throw_away_home
 from sprigtest.screenreader import has, middle, nodes, text_of, wait_to_see, windows
 from sprigtest.waiting import DEADLINE, output_of, settled, wait_for
@@ -190,8 +190,3 @@ def open_settings(desktop):
 @pytest.fixture
 def settings(open_settings):
     return open_settings()
-
-
-@pytest.hookimpl(hookwrapper=True)
-def pytest_runtest_makereport(item):
-    keep_failures(item, (yield).get_result())

@@ -9,6 +9,7 @@ import subprocess
 import tempfile
 import time
 
+import pytest
 from sprigtest.home import SOURCE, need
 from sprigtest.screenreader import Area, area_in_gtk4, wait_to_see, windows
 from sprigtest.waiting import output_of, settled, wait_for
@@ -187,7 +188,8 @@ class Gtk4Program:
         return self
 
 
-def keep_failures(item, report):
-    """For a hook that hears of each test's outcome as long as all its windows are there."""
-    if report.failed and "desktop" in item.funcargs:
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport(item):
+    """Hears of each test's outcome as long as all its windows are there; of the tests whose conftest imports it."""
+    if (yield).get_result().failed and "desktop" in item.funcargs:
         item.funcargs["desktop"].keep(item.name)
