@@ -26,10 +26,12 @@ class MountWatch {
 
  private:
   static gboolean tableChanged(int descriptor, GIOCondition condition, void* self) noexcept;
+  static gboolean callIsDue(void* self) noexcept;
 
   const std::function<void()> haveChanged;
   const ports::Descriptor table;
-  std::unique_ptr<GSource, wire::Releaser<g_source_unref>> source;
+  std::unique_ptr<GSource, wire::Releaser<g_source_unref>> tableSource;
+  guint dueCall = 0;  // 0: none
 };
 
 }  // namespace sprig::desktop
