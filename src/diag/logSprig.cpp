@@ -35,11 +35,13 @@ void logSprig(std::string_view message) {
   const auto home = platform.users.homeDirectory();
   if (!home) return;
   const auto file = home->appendingPath(".kestrel/sprig/extension.log");
-  // A refusal shows when the file is written, and then the line is lost anyway.
-  static_cast<void>(platform.files.createDirectory(file.deletingLastPathComponent()));
   const auto line = "[" + timestamp(platform.clock.now()) + "] " + std::string(message) + "\n";
-  if (!text::isValidUTF8(line)) return;
-  static_cast<void>(platform.files.appendData(line, file));
+  const bool isUnicode = text::isValidUTF8(line);
+  const auto append = [&] { return isUnicode ? platform.files.appendData(line, file) : std::nullopt; };
+  if (isUnicode && !append()) return;
+  // Only the first line of all needs the folder. A refusal shows when the file is written once more.
+  static_cast<void>(platform.files.createDirectory(file.deletingLastPathComponent()));
+  static_cast<void>(append());
 }
 
 }  // namespace sprig
