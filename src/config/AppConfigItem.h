@@ -10,7 +10,8 @@
 namespace sprig {
 
 /// The configuration document as records: plain values, copied freely. An absent optional field and an empty
-/// one are different values. `docs/config-format.md` describes the document for its writers.
+/// one are different values. Texts are Unicode, which the decoder sees to. `docs/config-format.md` describes
+/// the document for its writers.
 
 /// The project types a template is meant for. Carried for other programs; the menu does not apply it.
 struct TemplateScope {

@@ -22,13 +22,13 @@ using platform::FileURL;
 namespace {
 
 /// What to write: the template's own bytes if it has usable ones, else its rendered text. Nothing when that
-/// text is not Unicode, as a folder or account name with stray bytes can make it.
-std::optional<std::string> bytesOf(const TemplateItem& item, std::string renderedContent) {
+/// text is not Unicode.
+std::optional<std::string> bytesOf(const TemplateItem& item, RenderedTemplate& rendered) {
   if (item.contentBase64 && !item.contentBase64->empty()) {
     if (auto decoded = decodeBase64(*item.contentBase64)) return decoded;
   }
-  if (!text::isValidUTF8(renderedContent)) return std::nullopt;
-  return renderedContent;
+  if (!rendered.isContentUnicode) return std::nullopt;
+  return std::move(rendered.content);
 }
 
 /// How long a name is chosen again because others take each one at the same moment.
@@ -124,7 +124,7 @@ std::optional<FileURL> FileCreator::createFile(const TemplateItem& item, const F
   const auto folderName = folder.lastPathComponent();
   const auto now = platform.clock.now();
   auto rendered = TemplateEngine::render(item, customName, folderName, folderName, now);
-  const auto bytes = bytesOf(item, std::move(rendered.content));
+  const auto bytes = bytesOf(item, rendered);
   if (!bytes) {
     showErrorDialog(translated("Encoding error"), translated("Unable to encode template content."));
     return std::nullopt;
@@ -139,9 +139,11 @@ std::optional<FileURL> FileCreator::createFile(const TemplateItem& item, const F
     return std::nullopt;
   }
   platform.systemLog.log("[SprigFinder] Successfully wrote file to " + file->path());
-  platform.creations.created(*file);
-  platform.mainQueue.async(
-      [file = *file] { platform::current().workspace.activateFileViewerSelecting({file}); });
+  platform.mainQueue.async([file = *file] {
+    const auto& services = platform::current();
+    services.workspace.activateFileViewerSelecting({file});
+    services.creations.created(file);
+  });
   return *file;
 }
 

@@ -6,6 +6,7 @@
 
 #include "engine/TemplateEngine.h"
 #include "platform/Platform.h"
+#include "text/Text.h"
 
 namespace sprig {
 
@@ -84,27 +85,35 @@ std::size_t nextOpening(std::string_view text, std::size_t index) {
 
 }  // namespace
 
+PlaceholderValues::Entry PlaceholderValues::entryOf(std::string_view key, std::string value) {
+  const bool isUnicode = text::isValidUTF8(value);
+  return {std::string(key), std::move(value), isUnicode};
+}
+
 void PlaceholderValues::set(std::string_view key, std::string value) {
   const auto old =
       std::find_if(values.begin(), values.end(), [&](const auto& entry) { return entry.key == key; });
   if (old == values.end()) {
-    values.push_back({std::string(key), std::move(value)});
+    values.push_back(entryOf(key, std::move(value)));
   } else {
-    old->value = std::move(value);
+    *old = entryOf(key, std::move(value));
   }
 }
 
-std::optional<std::string_view> PlaceholderValues::find(std::string_view key) const {
-  for (const auto& entry : values) {
-    if (entry.key == key) return entry.value;
+std::optional<PlaceholderValues::Value> PlaceholderValues::find(std::string_view key) const {
+  auto entry =
+      std::find_if(values.begin(), values.end(), [&](const auto& known) { return known.key == key; });
+  if (entry == values.end()) {
+    auto made = makeValue ? makeValue(key) : std::nullopt;
+    if (!made) return std::nullopt;
+    entry = values.insert(values.end(), entryOf(key, std::move(*made)));
   }
-  auto made = makeValue ? makeValue(key) : std::nullopt;
-  if (!made) return std::nullopt;
-  return values.emplace_back(Entry{std::string(key), std::move(*made)}).value;
+  return Value{entry->value, entry->isUnicode};
 }
 
-std::string substitutePlaceholders(std::string_view text, const PlaceholderValues& values) {
-  std::string result;
+Substitution substitutePlaceholders(std::string_view text, const PlaceholderValues& values) {
+  Substitution substitution;
+  auto& result = substitution.text;
   // Values are seldom much longer than their placeholders. Growing later would copy a large text once more.
   result.reserve(text.size() + text.size() / 8);
   std::size_t copied = 0;
@@ -116,12 +125,13 @@ std::string substitutePlaceholders(std::string_view text, const PlaceholderValue
       continue;
     }
     result += text.substr(copied, brace - copied);
-    result += *value;
+    result += value->text;
+    substitution.hasUnicodeValues &= value->isUnicode;
     brace += token->length;
     copied = brace;
   }
   result += text.substr(copied);
-  return result;
+  return substitution;
 }
 
 PlaceholderValues makePlaceholderValues(const std::optional<std::string>& folderName,

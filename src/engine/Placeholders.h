@@ -28,17 +28,33 @@ class PlaceholderValues {
   /// Replaces the value that the key has had.
   void set(std::string_view key, std::string value);
 
+  struct Value {
+    std::string_view text;
+    bool isUnicode;
+  };
+
   /// Nothing for a key that is not known. What is viewed stays until the next call.
-  std::optional<std::string_view> find(std::string_view key) const;
+  std::optional<Value> find(std::string_view key) const;
 
  private:
   struct Entry {
     std::string key;
     std::string value;
+    bool isUnicode;
   };
+
+  static Entry entryOf(std::string_view key, std::string value);
+
   Maker makeValue;
   /// Those that were set, and those that have been made.
   mutable std::vector<Entry> values;
+};
+
+/// A text with values in it.
+struct Substitution {
+  std::string text;
+  /// Whether each value in it is Unicode. So is the text then, if it was so before.
+  bool hasUnicodeValues = true;
 };
 
 /// The text with its placeholders filled in; everything else, unknown keys and other spellings included,
@@ -46,7 +62,7 @@ class PlaceholderValues {
 /// types can expand.
 ///
 /// Threads: any. Cost: linear in the text.
-std::string substitutePlaceholders(std::string_view text, const PlaceholderValues& values);
+Substitution substitutePlaceholders(std::string_view text, const PlaceholderValues& values);
 
 /// The values shared by file names and contents: "date", "time", "datetime", "year", "month", "day",
 /// "project", "folder" and "author".

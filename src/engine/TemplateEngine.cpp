@@ -29,7 +29,7 @@ std::string suggestedFilename(const TemplateItem& item, PlaceholderValues& value
   auto pattern = text::trimWhitespaceAndNewlines(item.filenamePattern);
   if (pattern.empty()) pattern = untitled;
   values.set("name", std::string(untitled));
-  return completeExtension(substitutePlaceholders(pattern, values), item.extensionName);
+  return completeExtension(substitutePlaceholders(pattern, values).text, item.extensionName);
 }
 
 std::string numbered(const std::string& stem, std::int64_t number, const std::string& extension) {
@@ -48,7 +48,8 @@ RenderedTemplate TemplateEngine::render(const TemplateItem& item, const std::opt
       typed.empty() ? suggestedFilename(item, values) : completeExtension(typed, item.extensionName);
   values.set("name", parseFilenameComponents(filename).base);
   values.set("filename", filename);
-  return {std::move(filename), substitutePlaceholders(item.content, values)};
+  auto content = substitutePlaceholders(item.content, values);
+  return {std::move(filename), std::move(content.text), content.hasUnicodeValues};
 }
 
 std::string TemplateEngine::renderSuggestedFilename(const TemplateItem& item,

@@ -24,6 +24,8 @@ struct FilenameComponents {
 struct RenderedTemplate {
   std::string filename;
   std::string content;
+  /// False when a folder's or an account's name with stray bytes got into the content.
+  bool isContentUnicode = true;
 };
 
 /// Turns templates into names and texts. No state.

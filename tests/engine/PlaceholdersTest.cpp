@@ -28,12 +28,12 @@ TEST(Placeholders, AreReplacedInTheirTwoSpellingsAndNoOther) {
         Row{"{{name", "{{name"}, Row{"{{name}", "{{name}"}, Row{"{", "{"}, Row{"{{", "{{"}, Row{"{{ ", "{{ "},
         Row{"{{date}}", "{{name}}"}, Row{"{{zero}}{name}}", "{name}}"}, Row{"{{{zero}}{name}}", "{{name}}"},
         Row{"grüße {{name}} \xFF", "grüße N \xFF"}}) {
-    EXPECT_EQ(substitutePlaceholders(row.text, values), row.expected) << row.text;
+    EXPECT_EQ(substitutePlaceholders(row.text, values).text, row.expected) << row.text;
   }
   for (std::size_t place = 0; place < 150; ++place) {
     const std::string before(place, 'x');
     const std::string after(150 - place, '}');
-    EXPECT_EQ(substitutePlaceholders(before + "{{name}}" + after, values), before + "N" + after) << place;
+    EXPECT_EQ(substitutePlaceholders(before + "{{name}}" + after, values).text, before + "N" + after);
   }
 }
 
@@ -42,8 +42,9 @@ TEST(Placeholders, TakeTheirValuesFromOneInstantAndTheSurroundings) {
   const auto render = [](std::optional<std::string> folder, std::optional<std::string> project,
                          platform::Instant date) {
     return substitutePlaceholders(
-        "{{date}}|{{time}}|{{datetime}}|{{year}}|{{month}}|{{day}}|{{project}}|{{folder}}|{{author}}",
-        makePlaceholderValues(folder, project, date));
+               "{{date}}|{{time}}|{{datetime}}|{{year}}|{{month}}|{{day}}|{{project}}|{{folder}}|{{author}}",
+               makePlaceholderValues(folder, project, date))
+        .text;
   };
   const auto march = test::TestClock::at(2026, 3, 7, 0, 0, 0);
   EXPECT_EQ(render("src", "app", march), "2026-03-07|00:00:00|2026-03-07 00:00:00|2026|03|07|app|src|jdoe");

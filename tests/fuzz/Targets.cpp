@@ -57,7 +57,7 @@ std::string filledIn(std::string_view text, const PlaceholderValues& values) {
       for (const std::string space : {"", " "}) {
         const auto token = "{{" + space + std::string(key) + space + "}}";
         if (!text.starts_with(token)) continue;
-        result += *values.find(key);
+        result += values.find(key)->text;
         length = token.size();
       }
     }
@@ -121,11 +121,12 @@ void tryRendering(std::string_view input) {
   item.content = input;
 
   const auto date = platform.clock.now();
-  const auto [name, content] = TemplateEngine::render(item, typedName, folder, std::nullopt, date);
+  const auto [name, content, isUnicode] = TemplateEngine::render(item, typedName, folder, std::nullopt, date);
   auto values = makePlaceholderValues(folder, std::nullopt, date);
   values.set("filename", name);
   values.set("name", TemplateEngine::parseFilenameComponents(name).base);
   check(content == filledIn(item.content, values), "each placeholder is filled in once");
+  check(!isUnicode || !text::isValidUTF8(input) || text::isValidUTF8(content), "Unicode stays Unicode");
   if (!text::trimWhitespaceAndNewlines(typedName).empty()) {
     check(name.starts_with(text::trimWhitespaceAndNewlines(typedName)), "a typed name stays");
   } else {
