@@ -30,6 +30,8 @@ int SystemCalls::changeOwner(int descriptor, uid_t owner, gid_t group) {
 
 int SystemCalls::changeMode(int descriptor, mode_t mode) { return ::fchmod(descriptor, mode); }
 
+void SystemCalls::beginFlush(int descriptor) { ::sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE); }
+
 int SystemCalls::flush(int descriptor) { return ::fsync(descriptor); }
 
 int SystemCalls::close(int descriptor) { return ::close(descriptor); }

@@ -24,6 +24,8 @@ class SystemCalls {
   virtual int status(int descriptor, struct stat& result);
   virtual int changeOwner(int descriptor, uid_t owner, gid_t group);
   virtual int changeMode(int descriptor, mode_t mode);
+  /// Has what was written begin to go to the disk, where that is possible; without waiting for it.
+  virtual void beginFlush(int descriptor);
   virtual int flush(int descriptor);
   virtual int close(int descriptor);
   /// The attributes (`STATX_ATTR_…`) of what is open.

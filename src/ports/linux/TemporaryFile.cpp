@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cinttypes>
@@ -25,6 +26,7 @@ using platform::FileVersion;
 namespace {
 
 constexpr mode_t newFileMode = 0666;
+constexpr std::size_t pieceSize = std::size_t{4} << 20U;
 /// How long the folder's lock is waited for. Who holds it longer has stopped, or isn't one of us.
 constexpr auto lockPatience = std::chrono::seconds(1);
 
@@ -71,7 +73,11 @@ OpenFile TemporaryFile::createHidden() {
 }
 
 std::optional<Error> TemporaryFile::write(std::string_view data, Flush flush) {
-  if (!file->writeAll(data)) return failed("writing the data");
+  // The disk is at work on the beginning of a large file while the rest is copied.
+  for (auto rest = data; !rest.empty(); rest.remove_prefix(std::min(rest.size(), pieceSize))) {
+    if (!file->writeAll(rest.substr(0, pieceSize))) return failed("writing the data");
+    if (flush == Flush::toDisk && rest.size() > pieceSize) calls->beginFlush(file->descriptor());
+  }
   if (flush == Flush::toDisk && !file->flush()) return failed("flushing the data to the disk");
   if (!hidden.empty() && !file->close()) return failed("closing the file");
   return std::nullopt;
