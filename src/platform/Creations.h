@@ -6,9 +6,9 @@
 
 namespace sprig::platform {
 
-/// Is told of every file that the product has created, so that the user can take the creation back.
+/// Is told of every file that the product has created and shown, so that the user can take the creation back.
 ///
-/// Threads:   any. The caller waits for a small file to be written, and for no other program.
+/// Threads:   main. The caller waits for a small file to be written, and for no other program.
 /// Ownership: keeps copies.
 /// Failure:   none: the file is there, and that it can't be taken back by us is no reason to say otherwise.
 class Creations {

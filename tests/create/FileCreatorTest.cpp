@@ -38,10 +38,10 @@ TEST_F(Creator, WritesTheRenderedTextUnderAFreeNameAndRevealsIt) {
   EXPECT_EQ(contentOf("Projects notes.md"), "mine");
   EXPECT_EQ(platform.systemLog.lines(),
             std::vector<std::string>{"[SprigFinder] Successfully wrote file to " + created->path()});
-  EXPECT_EQ(platform.creations.files, std::vector<FileURL>{*created});
   EXPECT_TRUE(platform.workspace.revealed.empty()) << "the reveal waits for the main queue";
   platform.mainQueue.runPending();
   EXPECT_EQ(platform.workspace.revealed, std::vector<FileURL>{*created});
+  EXPECT_EQ(platform.creations.files, platform.workspace.revealed);
   EXPECT_TRUE(platform.application.shown.empty());
   EXPECT_EQ(test::namesIn(*platform.users.home), std::vector<std::string>{}) << "no line in the log file";
 }

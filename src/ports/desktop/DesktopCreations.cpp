@@ -35,18 +35,14 @@ bool areNotificationsWanted() {
 
 }  // namespace
 
-DesktopCreations::DesktopCreations(GDBusConnection& connection, platform::MainQueue& mainQueue,
-                                   platform::FileURL journalFolder)
+DesktopCreations::DesktopCreations(GDBusConnection& connection, platform::FileURL journalFolder)
     : bus(static_cast<GDBusConnection*>(g_object_ref(&connection))),
-      queue(mainQueue),
       journal(std::move(journalFolder)),
       notification(connection) {}
 
 void DesktopCreations::created(const platform::FileURL& file) {
   journal.created(file);
-  auto creation = Creation::of(file);
-  if (!creation) return;
-  queue.async([this, creation = std::move(*creation)] { askFileManager(creation); });
+  if (const auto creation = Creation::of(file)) askFileManager(*creation);
 }
 
 void DesktopCreations::askFileManager(const Creation& creation) {

@@ -5,7 +5,6 @@
 #include <gio/gio.h>
 
 #include "platform/Creations.h"
-#include "platform/MainQueue.h"
 #include "ports/desktop/Click.h"
 #include "ports/desktop/Notification.h"
 #include "ports/linux/CreationJournal.h"
@@ -16,16 +15,14 @@ namespace sprig::desktop {
 /// Creations behind file managers: kept in the journal, put on the list of what can be undone in the file
 /// manager that was clicked in, and where that has none, told of in a notification that has a button for it.
 ///
-/// Threads:   creations come from any thread; the rest is the main thread's, whose main context must not run
-///            any more once this has gone.
-/// Ownership: holds the connection; the queue outlives this.
+/// Threads:   the main thread, whose main context must not run any more once this has gone.
+/// Ownership: holds the connection.
 /// Failure:   silent, but for a creation that the user wants taken back and that can't be: a notification
 /// says
 ///            why.
 class DesktopCreations final : public platform::Creations {
  public:
-  DesktopCreations(GDBusConnection& connection, platform::MainQueue& mainQueue,
-                   platform::FileURL journalFolder);
+  DesktopCreations(GDBusConnection& connection, platform::FileURL journalFolder);
 
   /// What is created from now on was asked for by this click.
   void setClick(Click newClick) { click = std::move(newClick); }
@@ -44,7 +41,6 @@ class DesktopCreations final : public platform::Creations {
   void explain(const std::string& reason);
 
   const wire::ObjectPointer<GDBusConnection> bus;
-  platform::MainQueue& queue;
   ports::CreationJournal journal;
   Notification notification;
   Click click;

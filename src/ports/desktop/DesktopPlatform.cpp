@@ -11,7 +11,8 @@ namespace sprig::desktop {
 DesktopPlatform::DesktopPlatform(GDBusConnection& connection, platform::SystemLog& systemLog,
                                  platform::Application& application)
     : workspace(connection),
-      creations(connection, mainQueue, files.stateDirectory()),
+      creations(connection, files.stateDirectory()),
+      // In the order in which they are declared there.
       services{files,   users,     process,   clock,  systemLog,   mainQueue, fileChanges,
                volumes, workspace, creations, images, application, controller} {
   scope.emplace(services);
