@@ -106,26 +106,39 @@ void create(benchmark::State& state) {
 }
 BENCHMARK(create)->Name("create/ours")->Arg(1'000)->Arg(20'000'000)->UseManualTime();
 
-bool writeBare(const FileURL& folder, const FileURL& target, const std::string& content) {
+enum class Naming { rename, link };
+
+bool writeBare(const FileURL& folder, const FileURL& target, const std::string& content, Naming naming) {
   auto temporary = (folder.path() + "/.XXXXXX");
   const ports::Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-  return ::write(file.get(), content.data(), content.size()) == static_cast<ssize_t>(content.size()) &&
-         ::fsync(file.get()) == 0 &&
+  const bool isWritten =
+      ::write(file.get(), content.data(), content.size()) == static_cast<ssize_t>(content.size()) &&
+      ::fsync(file.get()) == 0;
+  if (naming == Naming::link) {
+    return isWritten && ::link(temporary.c_str(), target.path().c_str()) == 0 &&
+           ::unlink(temporary.c_str()) == 0;
+  }
+  return isWritten &&
          ::renameat2(AT_FDCWD, temporary.c_str(), AT_FDCWD, target.path().c_str(), RENAME_NOREPLACE) == 0;
 }
 
-void writeFloor(benchmark::State& state) {
+void writeFloor(benchmark::State& state, Naming naming) {
   const test::TemporaryFolder folder;
   const auto content = contentFor(state);
   const auto target = folder / "Report.txt";
   for (auto _ : state) {
     const Timer timer;
-    if (!writeBare(folder.url(), target, content)) return state.SkipWithError("no file was written");
+    if (!writeBare(folder.url(), target, content, naming)) return state.SkipWithError("no file was written");
     state.SetIterationTime(timer.seconds());
     std::filesystem::remove(target.path());
   }
 }
-BENCHMARK(writeFloor)->Name("create/floor")->Arg(1'000)->Arg(20'000'000)->UseManualTime();
+BENCHMARK_CAPTURE(writeFloor, rename, Naming::rename)
+    ->Name("create/floor")
+    ->Arg(1'000)
+    ->Arg(20'000'000)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(writeFloor, link, Naming::link)->Name("create/linked")->Arg(1'000)->UseManualTime();
 
 // --- Project detection
 // --------------------------------------------------------------------------------------

@@ -116,6 +116,7 @@ ROWS = [
             f"free name/opening/{count}", 1.3) for count in (0, 3)),
     *(Ratio(f"create a file of {text}", f"create/ours/{size}", "mkostemp, write, fsync, rename",
             f"create/floor/{size}", 1.2) for size, text in ((1_000, "1 kB"), (20_000_000, "20 MB"))),
+    Ratio("the same of 1 kB", "create/ours/1000", "those, with link and unlink", "create/linked/1000", 1.2),
     *(Ratio(f"menu of {count:,} templates", f"menu/ours/{count}", "their titles copied", f"menu/floor/{count}")
       for count in (11, 100, 1_000)),
     Ratio("project detection", "detect/ours", "four folders listed", "detect/floor", 1.5),
