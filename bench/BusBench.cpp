@@ -158,6 +158,7 @@ void someTimes(benchmark::internal::Benchmark* bench) {
 }
 
 BENCHMARK(warmMenu)->Name("bus warm/ours")->Apply(manyTimes);
+BENCHMARK_CAPTURE(warmCall, bytes, &Bus::menu)->Name("bus warm/bytes")->Apply(manyTimes);
 BENCHMARK_CAPTURE(warmCall, property, &Bus::revision)->Name("bus warm/property")->Apply(manyTimes);
 BENCHMARK_CAPTURE(warmCall, nothing, &Bus::empty)->Name("bus warm/floor")->Apply(manyTimes);
 

@@ -38,6 +38,7 @@ void decode(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(decodeConfig(text));
 }
 BENCHMARK(decode)->Name("decode/ours")->Arg(11)->Arg(1000)->Arg(10000);
+BENCHMARK(decode)->Name("curve/decode")->RangeMultiplier(10)->Range(10, 100'000)->UseRealTime();
 BENCHMARK(decode)->Name("reload/floor")->Arg(reloadedTemplates)->UseRealTime();
 
 void parse(benchmark::State& state) {
@@ -49,6 +50,8 @@ BENCHMARK(parse)->Name("decode/floor")->Arg(11)->Arg(1000)->Arg(10000);
 /// Saves a configuration, each time with another version, and waits for the menu that is made of it.
 class Reload {
  public:
+  explicit Reload(std::int64_t templates) : config(firstConfiguration(templates)) {}
+
   /// One small write into the file, which is one event; seconds from there.
   double afterWrite() {
     const auto version = std::to_string(++config.version);
@@ -72,8 +75,8 @@ class Reload {
   }
 
  private:
-  static AppConfigItem firstConfiguration() {
-    auto result = configuration(reloadedTemplates);
+  static AppConfigItem firstConfiguration(std::int64_t templates) {
+    auto result = configuration(static_cast<std::size_t>(templates));
     result.version = 1'000'000'000;  // those after it are as long
     return result;
   }
@@ -83,18 +86,29 @@ class Reload {
     benchmark::DoNotOptimize(extension.menu());
   }
 
-  AppConfigItem config = firstConfiguration();
+  AppConfigItem config;
   const off_t versionPlace = static_cast<off_t>(encodeConfig(config).find("1000000000"));
   Extension extension{config};
   const ports::Descriptor file{::open(extension.configFile().path().c_str(), O_WRONLY | O_CLOEXEC)};
 };
 
 void reload(benchmark::State& state, double (Reload::*save)()) {
-  Reload document;
+  Reload document(state.range(0));
   for (auto _ : state) state.SetIterationTime((document.*save)());
 }
-BENCHMARK_CAPTURE(reload, written, &Reload::afterWrite)->Name("reload/ours")->UseManualTime();
-BENCHMARK_CAPTURE(reload, renamed, &Reload::afterRename)->Name("reload/renamed")->UseManualTime();
+BENCHMARK_CAPTURE(reload, written, &Reload::afterWrite)
+    ->Name("reload/ours")
+    ->Arg(reloadedTemplates)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(reload, renamed, &Reload::afterRename)
+    ->Name("reload/renamed")
+    ->Arg(reloadedTemplates)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(reload, curve, &Reload::afterWrite)
+    ->Name("curve/reload")
+    ->RangeMultiplier(10)
+    ->Range(10, 100'000)
+    ->UseManualTime();
 
 }  // namespace
 

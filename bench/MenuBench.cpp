@@ -19,6 +19,7 @@ void buildMenu(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(extension.menu());
 }
 BENCHMARK(buildMenu)->Name("menu/ours")->Arg(11)->Arg(100)->Arg(1000);
+BENCHMARK(buildMenu)->Name("curve/menu")->RangeMultiplier(10)->Range(10, 100'000)->UseRealTime();
 
 void copyTitles(benchmark::State& state) {
   const auto config = configuration(static_cast<std::size_t>(state.range(0)));

@@ -169,12 +169,12 @@ class Measuring(SprigDesktop):
     def measure_settings(self):
         # What our windows are drawn by, for the bare one, too.
         self.environment["GSK_RENDERER"] = "cairo"
-        for count in (0, 11, 1000):
+        for count in (0, 11, 1000, 100_000):
             self.configure(*(template(f"Template {number}") for number in range(count)))
             keys = subprocess.run([BENCH / "sprig-bench-search", str(KEYS)], env=self.environment, check=True,
                                   stdout=subprocess.PIPE, stderr=self.log, text=True, timeout=DEADLINE).stdout
             self.samples[f"search/{count}"] = [int(time) for time in keys.split()]
-            for _ in range(STARTS if count else 0):
+            for _ in range(STARTS if count in (11, 1000) else 0):
                 self.note(f"settings/ours/{count}", self.start_of(self.active, PROGRAMS / "sprig-settings"))
                 bare = (BENCH / "sprig-bench-bare-window", "Bare", *SETTINGS_SIZE, str(count))
                 self.note(f"settings/floor/{count}", self.start_of(self.active, *bare))

@@ -100,8 +100,8 @@ MANAGERS = {"nautilus": "GNOME Files", "nemo": "Nemo", "caja": "Caja", "thunar":
 ROWS = [
     *(Ratio(f"decode {count:,} templates", f"decode/ours/{count}", JSON, f"decode/floor/{count}", 1.6)
       for count in (11, 1_000, 10_000)),
-    Ratio("reload 1,000 templates, to the menu", "reload/ours", "their decoding", "reload/floor/1000", 1.5),
-    Ratio("the same, saved by renaming", "reload/renamed", "their decoding", "reload/floor/1000"),
+    Ratio("reload 1,000 templates, to the menu", "reload/ours/1000", "their decoding", "reload/floor/1000", 1.5),
+    Ratio("the same, saved by renaming", "reload/renamed/1000", "their decoding", "reload/floor/1000"),
     *(Ratio(f"render {text}, {filled}", f"render/ours/{size}/{kind}", COPY, f"render/floor/{size}/{kind}",
             {(100_000, 0): 8, (100_000, 1): 8, (10_000_000, 1): 4}.get((size, kind)))
       for size, text in SIZES.items() for kind, filled in FILLED.items()),
@@ -122,6 +122,7 @@ ROWS = [
     Ratio("project detection", "detect/ours", "four folders listed", "detect/floor", 1.5),
     Ratio("project detection, cached", "detect/cached", "not cached", "detect/ours", 0.01),
     Ratio("menu over the bus, 30 rows", "bus warm/ours", "an empty call, " + BARE, "bus warm/floor", 1.6),
+    Ratio("the same, as the bytes that come", "bus warm/bytes", "an empty call, " + BARE, "bus warm/floor", 1.6),
     Ratio("the same, 99th percentile", "bus warm/ours", "an empty call, " + BARE, "bus warm/floor",
           of=percentile_99),
     Ratio("menu over the bus, 30 rows", "bus warm/ours", "a property of the same", "bus warm/property"),
@@ -138,6 +139,10 @@ ROWS = [
     *(Ratio(f"a key in their search, of {count:,}", f"search/{count}", "an empty list's", "search/0")
       for count in (11, 1_000)),
     Within("the slowest key of those, of 1,000", "search/1000", 16.7e6, of=max),
+    *(Ratio(f"{what} {count:,} templates, each", f"curve/{curve}/{count}", f"of {count // 10:,}",
+            f"curve/{curve}/{count // 10}", scale=10)
+      for curve, what in (("decode", "decode"), ("reload", "reload"), ("menu", "menu of"), ("list", "sprig list of"))
+      for count in (10_000, 100_000)),
     Within("start of sprig list", "start/ours", 5e6),
     Ratio("start of sprig list", "start/ours", "/bin/true", "start/true"),
     Ratio("start of sprig list", "start/ours", "git --version", "start/git"),

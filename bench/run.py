@@ -17,11 +17,13 @@ import time
 from rows import ROWS
 
 HERE = pathlib.Path(__file__).resolve().parent
-# The programs, each with the repetitions of its benchmarks and which of them are run together.
-PROGRAMS = [("config", 15, "."), ("files", 15, "."), ("menu", 15, "."), ("render", 9, "."),
-            ("bus", 1, "warm"), ("bus", 1, "cold")]
-USUAL_PARTS = {name for name, *_ in PROGRAMS} | {"start", "desktop", "felt"}
+# By parts the programs, each with the repetitions of its benchmarks and which of them are run together.
+PROGRAMS = [("config", "config", 15, "-curve"), ("files", "files", 15, "."), ("menu", "menu", 15, "-curve"),
+            ("render", "render", 9, "."), ("bus", "bus", 1, "warm"), ("bus", "bus", 1, "cold"),
+            ("curves", "config", 3, "curve"), ("curves", "menu", 3, "curve")]
+USUAL_PARTS = {part for part, *_ in PROGRAMS} | {"start", "desktop", "felt"}
 PARTS = USUAL_PARTS | {"growth"}
+LISTS = 11  # of each length
 STARTS = 100
 HEAD = ("operation", "ours", "against", "floor", "ratio", "limit", "verdict")
 # Of each file manager: the package that tells where it looks for modules, and its variable for that.
@@ -89,6 +91,49 @@ def run_starts(build, env):
     return samples
 
 
+def configure(home, templates):
+    file = home / ".config/sprig/config.json"
+    file.parent.mkdir(parents=True, exist_ok=True)
+    file.write_text(json.dumps({"version": 1, "settings": {}, "templates": list(templates)}))
+
+
+def numbered(number, **changes):
+    return {"id": f"t{number}", "name": f"Template {number}", "extension": ".md", "filenamePattern": "Notes", "content": "x",
+            "icon": "doc.text", "category": "notes", "enabled": True, "favorite": False, "requiresInput": False,
+            "isBuiltin": False} | changes
+
+
+def run_lists(build, home, env):
+    """The start of `sprig list` with ever more templates."""
+    print("lists", file=sys.stderr, flush=True)
+    samples = {}
+    with open(os.devnull, "wb") as silence:
+        for count in (10, 100, 1_000, 10_000, 100_000):
+            configure(home, map(numbered, range(count)))
+            samples[f"curve/list/{count}"] = [time_of((str(build / "bin/sprig"), "list"), env, silence.fileno())
+                                              for _ in range(LISTS)]
+    return samples
+
+
+# The most memory that a command takes, told by a process that has little itself: children begin with their parent's.
+PEAK = """import resource, subprocess, sys
+subprocess.run(sys.argv[1:], check=True, stdout=subprocess.DEVNULL)
+print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)"""
+
+
+def run_contents(build, home, env):
+    """The most memory that `sprig new` takes for contents of so many bytes."""
+    print("contents", file=sys.stderr, flush=True)
+    samples = {}
+    for size in (1_000_000, 10_000_000, 100_000_000, 900_000_000):
+        configure(home, [numbered(1, content="of {{year}} " * (size // 12))])
+        said = subprocess.run(["/usr/bin/python3", "-c", PEAK, build / "bin/sprig", "new", "t1"], cwd=home, env=env,
+                              check=True, stdout=subprocess.PIPE).stdout
+        samples[f"content/{size}"] = [1024 * int(said)]
+        (home / "Notes.md").unlink()
+    return samples
+
+
 def folder_of_modules(manager):
     if manager == "dolphin":
         return max(pathlib.Path("/usr/lib").glob("*/qt*/plugins/kf*/kfileitemaction"))
@@ -134,11 +179,14 @@ def measure(build, parts):
     samples = {}
     with tempfile.TemporaryDirectory(prefix="home-", dir=build) as home:
         env = environment(pathlib.Path(home))
-        for name, repetitions, pattern in PROGRAMS:
-            if name in parts:
-                samples.update(run_program(build, name, repetitions, pattern, env))
+        for part, *program in PROGRAMS:
+            if part in parts:
+                samples.update(run_program(build, *program, env))
         if "start" in parts:
             samples.update(run_starts(build, env))
+        if "curves" in parts:
+            samples.update(run_lists(build, pathlib.Path(home), env))
+            samples.update(run_contents(build, pathlib.Path(home), env))
     if "desktop" in parts:
         samples.update(run_desktop(build))
     for part in SESSIONS.keys() & parts:
@@ -164,6 +212,10 @@ def main():
     results.parent.mkdir(parents=True, exist_ok=True)
     results.write_text(json.dumps({"rows": [dict(zip(HEAD, line)) for line in lines], "samples": samples}, indent=1))
     print(f"\nAll samples are in {results}.")
+    if "curves" in parts:
+        picture = results.with_name("curves.svg")
+        subprocess.run([sys.executable, "-B", HERE / "curves.py", results, picture], check=True)
+        print(f"How operations grow is drawn in {picture}.")
 
 
 main()
