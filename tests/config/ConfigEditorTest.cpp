@@ -59,6 +59,9 @@ class ConfigEditorTest : public testing::Test {
 TEST_F(ConfigEditorTest, WritesTheFirstDocumentOnTheFirstChangeOnly) {
   EXPECT_TRUE(editor.update([](ConfigDocument&) {}));
   EXPECT_EQ(text(), "none");
+  platform.makeFile("container", "in the way");
+  EXPECT_EQ(editor.update(disable(2)).error().reason, Reason::inaccessible);
+  std::filesystem::remove(folder.path());
   EXPECT_TRUE(ConfigEditor::isWritable());
   platform.files.readOnly = {folder.deletingLastPathComponent()};
   EXPECT_FALSE(ConfigEditor::isWritable()) << "no folder can be made there";
@@ -87,6 +90,8 @@ TEST_F(ConfigEditorTest, KeepsModeAndLinkAndABackupOfWhatItFound) {
   for (const char* foreign : {"config-notes.txt", "notes.json"}) {
     platform.files.appendData("not a backup", platform.files.stateDirectory().appendingPath(foreign));
   }
+  std::ofstream(target) << defaults;
+  ASSERT_TRUE(ConfigEditor().update(disable(1)));
   ASSERT_EQ(ConfigEditor::backups().size(), 1U);
   EXPECT_EQ(platform.files.contentsOfFile(ConfigEditor::backups()[0]), defaults);
   for (std::size_t index = 2; index < 9; ++index) ASSERT_TRUE(ConfigEditor().update(disable(index)));
@@ -184,10 +189,11 @@ TEST_F(ConfigEditorTest, LeavesTheOldTextOrTheNewOneWhicheverCallFails) {
     for (int call = 1;; ++call) {
       write(defaults);
       platform.calls->failCall(call, EIO);
-      const bool isChanged = editor.update(disable(1)).has_value();
+      const auto outcome = editor.update(disable(1));
+      EXPECT_TRUE(outcome || outcome.error().reason == Reason::inaccessible) << call;
       const bool isOver = platform.calls->made < call;
       platform.calls->failCall(0, 0);
-      EXPECT_TRUE(text() == without(1) || (!isChanged && text() == defaults)) << call << text();
+      EXPECT_TRUE(text() == without(1) || (!outcome && text() == defaults)) << call << text();
       EXPECT_EQ(strangers(), std::vector<std::string>{}) << call;
       if (isOver) break;
     }

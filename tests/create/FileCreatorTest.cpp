@@ -85,6 +85,7 @@ TEST_F(Creator, ExplainsWhyItCouldNotWrite) {
   for (const auto& row : {
            Row{{"NSCocoaErrorDomain", 513, "D"}, "Permission Denied", permission},
            Row{{"NSCocoaErrorDomain", 512, "D"}, "Couldn't create the file.", other},
+           Row{{"NSCocoaErrorDomain", EEXIST, "D"}, "Couldn't create the file.", other},
            Row{{"NSPOSIXErrorDomain", 513, "D\nE"}, "Couldn't create the file.", other},
        }) {
     platform.files.refusals = {{"first", 1, "dropped"}, row.error};

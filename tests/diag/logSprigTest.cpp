@@ -18,6 +18,8 @@ struct LogSprig : testing::Test {
 
 TEST_F(LogSprig, AddsALineToBothLogs) {
   platform.clock.zone = std::chrono::hours(5);
+  logSprig("\xFF");
+  EXPECT_EQ(test::namesIn(file.deletingLastPathComponent()), std::vector<std::string>{});
   logSprig("first");
   EXPECT_EQ(test::readFile(file), "[2026-11-16 09:05:02 +0000] first\n");
   platform.clock.instant = test::TestClock::at(1969, 12, 31, 23, 59, 59);
@@ -29,8 +31,9 @@ TEST_F(LogSprig, AddsALineToBothLogs) {
             "[1969-12-31 23:59:59 +0000] 100% of %@ %s\nsecond line\n"
             "[1969-12-31 23:59:59 +0000] \n");
   EXPECT_EQ(platform.systemLog.lines(),
-            (std::vector<std::string>{"[SprigFinder] first", "[SprigFinder] 100% of %@ %s\nsecond line",
-                                      "[SprigFinder] folder \xFF", "[SprigFinder] "}))
+            (std::vector<std::string>{"[SprigFinder] \xFF", "[SprigFinder] first",
+                                      "[SprigFinder] 100% of %@ %s\nsecond line", "[SprigFinder] folder \xFF",
+                                      "[SprigFinder] "}))
       << "text that is not Unicode stays out of the file";
 }
 

@@ -61,7 +61,7 @@ TEST(Equality, IsCanonicalEquivalence) {
 TEST(Length, CountsUTF16CodeUnits) {
   EXPECT_EQ(utf16Length("abc"), 3U);
   EXPECT_EQ(utf16Length("\u00E9\u20AC"), 2U);
-  EXPECT_EQ(utf16Length("\U0001F600!"), 3U);
+  EXPECT_EQ(utf16Length("\U0001F600!\U00010000"), 5U);
   EXPECT_EQ(utf16Length("\uFFFF"), 1U);
 }
 
