@@ -28,6 +28,7 @@ class PlaceholderValues {
   /// Replaces the value that the key has had.
   void set(std::string_view key, std::string value);
 
+  /// What a placeholder becomes.
   struct Value {
     std::string_view text;
     bool isUnicode;
