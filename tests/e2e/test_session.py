@@ -2,7 +2,6 @@
 """A user at a terminal, from the menu to the file."""
 
 import os
-import re
 import signal
 import subprocess
 
@@ -10,6 +9,13 @@ import pytest
 
 from sprigtest.home import BUILTINS, template
 from sprigtest.waiting import wait_for
+
+
+def test_a_newcomer_is_offered_the_built_in_templates_and_the_last_one_below_more(home):
+    session = home.sprig().sees("New file in ~/demo", *BUILTINS, "───", "11  More Templates ›", "12  Sprig Settings…")
+    session.at_menu().types("11\r").sees("› More Templates", "1  Excel Spreadsheet", "0  Back")
+    session.at_menu().types("0\r").sees("New file in ~/demo\r\n", "Markdown Note")
+    session.at_menu().types("\x04").ends(1)
 
 
 @pytest.mark.parametrize("keys, name", [
